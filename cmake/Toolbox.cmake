@@ -1,0 +1,46 @@
+# What every target of the tree shares: warnings, sanitizers, a compiler cache and a fast linker.
+
+find_program(TABULET_CCACHE ccache)
+if(TABULET_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${TABULET_CCACHE})
+endif()
+
+# Linking is a large part of an incremental build; lld does it several times faster than ld.
+find_program(TABULET_LLD ld.lld)
+if(TABULET_LLD AND PROJECT_IS_TOP_LEVEL)
+    add_link_options(-fuse-ld=lld)
+endif()
+
+# ccache hides that the compiler writes to a terminal, so colours must be asked for.
+if(PROJECT_IS_TOP_LEVEL AND CMAKE_GENERATOR STREQUAL "Ninja")
+    add_compile_options(-fdiagnostics-color=auto)
+endif()
+
+if(TABULET_SANITIZE)
+    add_compile_options(-fsanitize=${TABULET_SANITIZE} -fno-omit-frame-pointer
+                        -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${TABULET_SANITIZE})
+endif()
+
+if(TABULET_COVERAGE)
+    add_compile_options(--coverage -O0)
+    add_link_options(--coverage)
+endif()
+
+# Warnings for our own code, not for what other projects' headers bring in.
+function(tabulet_warnings target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+    if(TABULET_WERROR)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+endfunction()
+
+# Finds the .cpp files of a folder, so that a new file needs no edit of a build file.
+# Further arguments are file names to leave out.
+function(tabulet_sources result folder)
+    file(GLOB found CONFIGURE_DEPENDS ${folder}/*.cpp)
+    foreach(name IN LISTS ARGN)
+        list(REMOVE_ITEM found ${folder}/${name})
+    endforeach()
+    set(${result} ${found} PARENT_SCOPE)
+endfunction()
