@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <span>
+#include <string_view>
+#include <utility>
+
+/// A growing buffer of bytes that is moved, not copied: what writers produce.
+///
+/// Unlike a vector it leaves fresh memory untouched until it is written, and grows through the
+/// allocator's own `realloc`, which moves the pages of large buffers instead of copying them.
+class PlistBytes {
+public:
+    PlistBytes() noexcept = default;
+    PlistBytes(PlistBytes&& other) noexcept
+        : start_(std::exchange(other.start_, nullptr)),
+          size_(std::exchange(other.size_, 0)),
+          capacity_(std::exchange(other.capacity_, 0)) {}
+    PlistBytes& operator=(PlistBytes&& other) noexcept {
+        std::swap(start_, other.start_);
+        std::swap(size_, other.size_);
+        std::swap(capacity_, other.capacity_);
+        return *this;
+    }
+    PlistBytes(const PlistBytes&) = delete;
+    PlistBytes& operator=(const PlistBytes&) = delete;
+    ~PlistBytes() { std::free(start_); }
+
+    const std::uint8_t* data() const noexcept { return start_; }
+    std::size_t size() const noexcept { return size_; }
+    bool isEmpty() const noexcept { return size_ == 0; }
+    std::span<const std::uint8_t> span() const noexcept { return {start_, size_}; }
+    std::string_view view() const noexcept {
+        return {reinterpret_cast<const char*>(start_), size_};
+    }
+
+    /// Makes room for `count` more bytes and returns where they go; they are not part of the buffer
+    /// until `advance`. The pointer is valid until the next call that changes the buffer. Throws
+    /// `std::bad_alloc`.
+    std::uint8_t* reserve(std::size_t count) {
+        if (capacity_ - size_ < count) {
+            grow(count);
+        }
+        return start_ + size_;
+    }
+
+    /// Takes `count` bytes that were written at `reserve`'s place into the buffer.
+    void advance(std::size_t count) noexcept { size_ += count; }
+
+    void append(std::string_view bytes) {
+        if (!bytes.empty()) {
+            std::memcpy(reserve(bytes.size()), bytes.data(), bytes.size());
+            advance(bytes.size());
+        }
+    }
+
+    /// `count` times the same byte.
+    void append(std::size_t count, char byte) {
+        if (count != 0) {
+            std::memset(reserve(count), byte, count);
+            advance(count);
+        }
+    }
+
+private:
+    void grow(std::size_t count);
+
+    std::uint8_t* start_ = nullptr;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
+};

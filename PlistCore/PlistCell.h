@@ -1,0 +1,135 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string_view>
+
+#include "PlistCore/PlistType.h"
+
+class PlistString;
+class PlistValue;
+
+/// The 16 bytes behind every `PlistValue` and every `PlistString`.
+///
+/// Touching fresh memory costs more than parsing, so a value is as small as it can be: a type, a
+/// byte of flags, and 14 bytes that hold a short text or short data in place, or a 48-bit length
+/// and eight bytes for a number or a pointer.
+///
+///     byte 0     type
+///     byte 1     flags; the high nibble is the length of a text or data in place
+///     bytes 2-15 the text or data in place; or
+///     bytes 2-7  the length (bytes, items or entries) of what lies out of line
+///     bytes 8-15 the number, or the pointer to what lies out of line
+///
+/// What lies out of line is immutable and belongs either to a counted block of its own
+/// (`PlistBlock`, values made by edits) or to the arena of a whole document (`PlistArena`, values
+/// that were read). A cell that owns a share of it counts there: copying costs one atomic
+/// increment, wherever it lies and however large it is. Cells inside an arena own no share; the
+/// arena outlives them.
+///
+/// Out of line lie: the bytes of a text or of data; the items of an array (`PlistValue[length]`);
+/// for a dictionary a pointer to its keys (`PlistString[length]`) followed by its values
+/// (`PlistValue[length]`), so that dictionaries with the same keys share one list of them.
+class PlistCell {
+public:
+    /// The most bytes of a text or of data that are kept in place.
+    static constexpr std::size_t inPlaceCapacity = 14;
+
+    /// Bits of the flag byte.
+    enum Flag : std::uint8_t {
+        outOfLine = 1,  ///< the cell holds a length and a pointer
+        inArena = 2,    ///< what lies out of line belongs to an arena, else to a counted block
+        ascii = 4,      ///< every byte of the text is below 0x80
+        holdsNaN = 8,   ///< a NaN stands here or below: the value is unequal to itself
+        unsignedNumber = 16,  ///< an integer above the signed 64-bit range
+    };
+
+    /// An empty dictionary.
+    constexpr PlistCell() noexcept = default;
+
+    /// A cell that holds a number or nothing.
+    constexpr PlistCell(PlistType type, std::uint8_t flags, std::uint64_t word) noexcept
+        : type_(type), flags_(flags), word_(word) {}
+
+    /// A text or data of at most `inPlaceCapacity` bytes.
+    static PlistCell inPlace(PlistType type, std::uint8_t flags, const void* bytes,
+                             std::size_t length) noexcept {
+        PlistCell cell(type, static_cast<std::uint8_t>(flags | (length << 4)), 0);
+        if (length != 0) {
+            std::memcpy(cell.inPlaceBytes(), bytes, length);
+        }
+        return cell;
+    }
+
+    /// A cell for `length` bytes, items or entries at `pointer`.
+    static PlistCell elsewhere(PlistType type, std::uint8_t flags, const void* pointer,
+                               std::size_t length) noexcept {
+        PlistCell cell(type, static_cast<std::uint8_t>(flags | outOfLine),
+                       reinterpret_cast<std::uintptr_t>(pointer));
+        cell.setLength(length);
+        return cell;
+    }
+
+    PlistType type() const noexcept { return type_; }
+    std::uint8_t flags() const noexcept { return flags_; }
+    bool has(Flag flag) const noexcept { return (flags_ & flag) != 0; }
+    void add(std::uint8_t flags) noexcept { flags_ = static_cast<std::uint8_t>(flags_ | flags); }
+
+    /// The number of an integer, real, boolean, date or uid, as its 64 bits.
+    std::uint64_t word() const noexcept { return word_; }
+
+    /// The length out of line; 0 for an empty container.
+    std::size_t length() const noexcept {
+        std::uint64_t bits = 0;
+        std::memcpy(&bits, head_, sizeof head_);
+        return bits;
+    }
+
+    const void* pointer() const noexcept { return reinterpret_cast<const void*>(word_); }
+
+    /// The bytes of a text or of data, in place or out of line. Valid while this very cell stays
+    /// where it is and unchanged.
+    std::string_view bytes() const noexcept {
+        if (has(outOfLine)) {
+            return {static_cast<const char*>(pointer()), length()};
+        }
+        return {reinterpret_cast<const char*>(this) + 2, static_cast<std::size_t>(flags_ >> 4)};
+    }
+
+    /// The items of an array or the values of a dictionary.
+    std::span<const PlistValue> values() const noexcept;
+
+    /// The keys of a dictionary.
+    std::span<const PlistString> keys() const noexcept;
+
+    /// Takes, or gives back, one share of what lies out of line. Giving back the last share of a
+    /// block frees what hangs on it, of any depth, without recursion.
+    void retain() const noexcept {
+        if (has(outOfLine)) {
+            retainShare();
+        }
+    }
+    void release() const noexcept {
+        if (has(outOfLine)) {
+            releaseShare();
+        }
+    }
+
+private:
+    char* inPlaceBytes() noexcept { return reinterpret_cast<char*>(this) + 2; }
+    void setLength(std::size_t length) noexcept {
+        const std::uint64_t bits = length;
+        std::memcpy(head_, &bits, sizeof head_);
+    }
+    void retainShare() const noexcept;
+    void releaseShare() const noexcept;
+
+    PlistType type_ = PlistType::dictionary;
+    std::uint8_t flags_ = 0;
+    std::uint8_t head_[6] = {};
+    std::uint64_t word_ = 0;
+};
+
+static_assert(sizeof(PlistCell) == 16);

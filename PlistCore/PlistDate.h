@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// The one text form of dates, "YYYY-MM-DDTHH:MM:SSZ". A date is a double count of seconds since
+/// 2001-01-01T00:00:00Z; calendar days are proleptic Gregorian with a year 0.
+namespace PlistDate {
+
+/// Seconds from 1970-01-01T00:00:00Z to the reference instant 2001-01-01T00:00:00Z.
+inline constexpr double referenceSince1970 = 978307200.0;
+
+/// The date as text. Fractions are dropped downwards; the year is padded to four characters, its
+/// sign included ("0033", "-005", "12345"). Total: NaN counts as 0 seconds since 1970, and what
+/// lies outside the signed 64-bit seconds is clamped.
+std::string formatDate(double seconds);
+
+/// The date that `text` names as a whole, in seconds since 2001, or nothing. From the month on
+/// every part may be left out, parts may have one digit, the "Z" is optional, and a day past the
+/// end of its month runs over into the next one. No blanks, fractions or offsets.
+std::optional<double> parseDate(std::string_view text);
+
+}  // namespace PlistDate

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "PlistCore/PlistFormat.h"
+#include "PlistCore/PlistValue.h"
+
+/// The content of a file: its top value, of any type, and the form it was or will be in.
+struct PlistFile {
+    PlistValue root;
+    PlistFormat format = PlistFormat::xml;
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <string>
+
+/// The payload of an integer value: wide enough for the signed and the unsigned 64-bit range at
+/// once. Only values from `leastPlistInteger` to `greatestPlistInteger` ever stand in a value.
+__extension__ typedef __int128 PlistInteger;
+
+/// -9223372036854775808, the least signed 64-bit number.
+inline constexpr PlistInteger leastPlistInteger = std::numeric_limits<std::int64_t>::min();
+
+/// 18446744073709551615, the greatest unsigned 64-bit number.
+inline constexpr PlistInteger greatestPlistInteger = std::numeric_limits<std::uint64_t>::max();
+
+/// Whether `number` lies in the valid range, both ends included.
+constexpr bool isValidPlistInteger(PlistInteger number) {
+    return number >= leastPlistInteger && number <= greatestPlistInteger;
+}
+
+/// The decimal form, with a leading "-" for negatives, without grouping. Independent of the locale.
+/// `number` must lie in the valid range.
+std::string decimalText(PlistInteger number);

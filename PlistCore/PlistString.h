@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "PlistCore/PlistCell.h"
+
+/// An immutable text in 16 bytes: the key of an entry, or what a string value holds.
+///
+/// The text is valid UTF-8 (no surrogates) and may hold NUL. Up to 14 bytes lie in place; longer
+/// texts are shared between copies, so that copying costs at most one atomic increment.
+class PlistString {
+public:
+    /// The empty text.
+    PlistString() noexcept : cell_(PlistType::string, PlistCell::ascii, 0) {}
+
+    /// Copies `utf8`, which must be valid UTF-8 (a broken text is a programming error that is
+    /// not detected here; readers check what they read).
+    PlistString(std::string_view utf8);
+    PlistString(const std::string& utf8) : PlistString(std::string_view(utf8)) {}
+    PlistString(const char* utf8) : PlistString(std::string_view(utf8)) {}
+
+    PlistString(const PlistString& other) noexcept : cell_(other.cell_) { cell_.retain(); }
+    PlistString(PlistString&& other) noexcept : cell_(std::exchange(other.cell_, empty())) {}
+    PlistString& operator=(const PlistString& other) noexcept {
+        PlistString copy(other);
+        std::swap(cell_, copy.cell_);
+        return *this;
+    }
+    PlistString& operator=(PlistString&& other) noexcept {
+        std::swap(cell_, other.cell_);
+        return *this;
+    }
+    ~PlistString() { cell_.release(); }
+
+    /// The UTF-8 bytes. Short texts lie inside this very object: the view is valid while this
+    /// object lives, stays where it is and is not assigned to.
+    std::string_view view() const noexcept { return cell_.bytes(); }
+
+    std::size_t size() const noexcept { return view().size(); }
+    bool isEmpty() const noexcept { return view().empty(); }
+
+    /// Whether every byte is below 0x80.
+    bool isAscii() const noexcept { return cell_.has(PlistCell::ascii); }
+
+    /// Equality as Unicode text: canonically equivalent spellings are equal. Costs a byte
+    /// comparison unless one side is not ASCII.
+    friend bool operator==(const PlistString& left, const PlistString& right) {
+        return left.view() == right.view() || equalsCanonically(left, right);
+    }
+
+    /// The representation, for the units that build and take apart values.
+    const PlistCell& cell() const noexcept { return cell_; }
+
+    /// Takes over a cell of a string together with its share.
+    static PlistString adopting(PlistCell cell) noexcept {
+        PlistString text;
+        text.cell_ = cell;
+        return text;
+    }
+
+private:
+    static PlistCell empty() noexcept { return {PlistType::string, PlistCell::ascii, 0}; }
+    static bool equalsCanonically(const PlistString& left, const PlistString& right);
+
+    PlistCell cell_;
+};
+
+/// Equal texts, canonically equivalent ones included, have equal hashes.
+template <>
+struct std::hash<PlistString> {
+    std::size_t operator()(const PlistString& text) const;
+};

@@ -1,0 +1,149 @@
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "PlistCore/PlistCell.h"
+#include "PlistCore/PlistInteger.h"
+#include "PlistCore/PlistString.h"
+#include "PlistCore/PlistType.h"
+
+struct PlistEntry;
+
+/// A property-list value: one of nine alternatives, see `PlistType`.
+///
+/// Values are immutable and 16 bytes small. Copying any value, however large, costs at most one
+/// atomic increment; the copies share what they hold, from any thread. Nothing here recurses over
+/// the depth of a value: a chain of a million arrays is built, compared and freed on a small stack.
+///
+/// Reading an alternative that the value does not hold is a programming error and stops the
+/// process; ask `type()` first.
+class PlistValue {
+public:
+    /// An empty dictionary.
+    PlistValue() noexcept = default;
+
+    /// A dictionary of these entries, in this order; repeated keys are kept.
+    static PlistValue dictionary(std::vector<PlistEntry> entries = {});
+
+    /// A dictionary of `keys[i]` and `values[i]`; both have the same length.
+    static PlistValue dictionary(std::vector<PlistString> keys, std::vector<PlistValue> values);
+
+    /// A dictionary with the keys of another one, whose list of keys it shares; `values` has as
+    /// many items as `other` has entries.
+    static PlistValue dictionaryWithKeysOf(const PlistValue& other, std::vector<PlistValue> values);
+
+    static PlistValue array(std::vector<PlistValue> items = {});
+    static PlistValue string(PlistString text) noexcept;
+
+    /// `number` must lie in the valid integer range (`isValidPlistInteger`).
+    static PlistValue integer(PlistInteger number);
+    static PlistValue real(double number) noexcept;
+    static PlistValue boolean(bool truth) noexcept;
+
+    /// A point in time, in seconds since 2001-01-01T00:00:00Z. Any double, NaN included.
+    static PlistValue date(double seconds) noexcept;
+    static PlistValue data(std::span<const std::uint8_t> bytes);
+    static PlistValue uid(std::uint64_t number) noexcept;
+
+    /// What a new item of the type starts with: empty, 0, false or the reference instant.
+    static PlistValue defaultValue(PlistType type) noexcept;
+
+    PlistValue(const PlistValue& other) noexcept : cell_(other.cell_) { cell_.retain(); }
+    PlistValue(PlistValue&& other) noexcept : cell_(std::exchange(other.cell_, PlistCell())) {}
+    PlistValue& operator=(const PlistValue& other) noexcept {
+        PlistValue copy(other);
+        std::swap(cell_, copy.cell_);
+        return *this;
+    }
+    PlistValue& operator=(PlistValue&& other) noexcept {
+        std::swap(cell_, other.cell_);
+        return *this;
+    }
+    ~PlistValue() { cell_.release(); }
+
+    PlistType type() const noexcept { return cell_.type(); }
+    bool isContainer() const noexcept { return ::isContainer(type()); }
+
+    /// The number of entries of a dictionary or items of an array; 0 for every scalar.
+    std::size_t childCount() const noexcept { return isContainer() ? cell_.length() : 0; }
+
+    /// The items of an array, or the values of a dictionary in the order of its entries; empty for
+    /// a scalar. Valid while this value or a copy of it lives.
+    std::span<const PlistValue> children() const noexcept {
+        return isContainer() ? cell_.values() : std::span<const PlistValue>();
+    }
+
+    /// The keys of a dictionary, in the order of its entries; empty for anything else. Valid while
+    /// this value or a copy of it lives.
+    std::span<const PlistString> keys() const noexcept {
+        return type() == PlistType::dictionary ? cell_.keys() : std::span<const PlistString>();
+    }
+
+    /// The alternatives. `text` and `bytes` of up to 14 bytes lie inside this very object: they are
+    /// valid while it lives, stays where it is and is not assigned to.
+    PlistString stringValue() const;
+    std::string_view text() const;
+    PlistInteger integerValue() const;
+    double realValue() const;
+    bool booleanValue() const;
+    double dateValue() const;
+    std::span<const std::uint8_t> dataValue() const;
+    std::uint64_t uidValue() const;
+
+    /// The descendant at `path`, a list of positions from here down; nothing if a position is out
+    /// of range or leads through a scalar. The empty path gives the value itself.
+    std::optional<PlistValue> value(std::span<const std::int64_t> path) const;
+
+    /// How many values stand here and below, this one included, counting a shared value once for
+    /// each place where it stands; at most 2^63 - 1. A file of a few hundred bytes can describe
+    /// 2^40 values by sharing: whoever walks a value as a whole asks here first. For a value that
+    /// shares no containers the result may be a quick upper bound; else the cost follows the
+    /// number of different containers.
+    std::uint64_t expandedCount() const;
+
+    /// Whether both are the very same object in memory or the same scalar bits. Never walks.
+    bool isIdenticalTo(const PlistValue& other) const noexcept;
+
+    /// Structural equality, sensitive to order: same alternative, texts equal as Unicode text,
+    /// reals and dates by IEEE comparison (a value that holds NaN is unequal to its own copy, and
+    /// 0.0 equals -0.0).
+    friend bool operator==(const PlistValue& left, const PlistValue& right);
+
+    /// The representation, for the units that build and take apart values.
+    const PlistCell& cell() const noexcept { return cell_; }
+
+    /// Takes over a cell together with its share.
+    static PlistValue adopting(PlistCell cell) noexcept {
+        PlistValue value;
+        value.cell_ = cell;
+        return value;
+    }
+
+private:
+    PlistCell cell_;
+};
+
+static_assert(sizeof(PlistValue) == 16);
+
+inline std::span<const PlistValue> PlistCell::values() const noexcept {
+    if (length() == 0) {
+        return {};
+    }
+    const char* start = static_cast<const char*>(pointer());
+    const std::size_t skipped = type_ == PlistType::dictionary ? sizeof(const PlistString*) : 0;
+    return {reinterpret_cast<const PlistValue*>(start + skipped), length()};
+}
+
+inline std::span<const PlistString> PlistCell::keys() const noexcept {
+    if (length() == 0) {
+        return {};
+    }
+    return {*static_cast<const PlistString* const*>(pointer()), length()};
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// What the library needs to know about Unicode. All texts are UTF-8.
+namespace UnicodeText {
+
+/// Whether every byte is below 0x80.
+bool isAscii(std::string_view bytes) noexcept;
+
+/// Whether the bytes are well-formed UTF-8: no overlong forms, no surrogates, nothing above
+/// U+10FFFF.
+bool isValidUtf8(std::string_view bytes) noexcept;
+
+/// Canonical composition (NFC). `text` must be valid UTF-8. ASCII is returned as it stands.
+std::string composed(std::string_view text);
+
+/// Whether two valid texts are canonically equivalent.
+bool equal(std::string_view left, std::string_view right);
+
+/// Orders two valid texts by the code points of their canonical compositions: the one order of
+/// keys everywhere. Negative, zero or positive.
+int compare(std::string_view left, std::string_view right);
+
+/// A hash that agrees with `equal`.
+std::size_t hash(std::string_view text);
+
+/// Appends one code point, which must be a Unicode scalar value.
+void appendUtf8(std::string& text, char32_t codePoint);
+
+/// UTF-16 code units in big-endian order (`bytes` has an even length) as UTF-8; unpaired surrogates
+/// become U+FFFD.
+std::string fromUtf16BigEndian(std::string_view bytes);
+
+/// `text` without leading and trailing white space: every Unicode space separator and the tab.
+std::string_view trimmed(std::string_view text) noexcept;
+
+/// `text` without leading and trailing white space and line breaks (line feed, vertical tab, form
+/// feed, carriage return, U+0085, U+2028, U+2029).
+std::string_view trimmedWithLineBreaks(std::string_view text) noexcept;
+
+}  // namespace UnicodeText
