@@ -35,6 +35,7 @@ function(tabulet_google_test target)
 
     add_test(NAME ${target}.commaLocale
              COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/system/withCommaLocale.sh
+                     ${PROJECT_BINARY_DIR}/tests/locales
                      $<TARGET_FILE:${target}> --gtest_brief=1)
     set_tests_properties(${target}.commaLocale PROPERTIES
         TIMEOUT 900 SKIP_RETURN_CODE 77 ENVIRONMENT "${environment}")
@@ -67,4 +68,12 @@ function(tabulet_qt_tests room library)
             TIMEOUT 300
             ENVIRONMENT "${environment};QT_QPA_PLATFORM=offscreen;LANG=C.UTF-8;LC_ALL=C.UTF-8;TZ=UTC")
     endforeach()
+endfunction()
+
+# A script of tests/system with its arguments; exit code 77 says that it could not run here.
+function(tabulet_script name)
+    tabulet_test_environment(environment ${name})
+    add_test(NAME system.${name} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/system/${name}.sh ${ARGN})
+    set_tests_properties(system.${name} PROPERTIES
+        TIMEOUT 600 SKIP_RETURN_CODE 77 LABELS system ENVIRONMENT "${environment};LC_ALL=C.UTF-8")
 endfunction()

@@ -1,0 +1,48 @@
+# The Debian packages that Tabulet needs, one "name|reason" a line; sourced by run and test.
+# shellcheck shell=bash disable=SC2034
+
+# To build the program and start it.
+runPackages=(
+    "build-essential|the C++ compiler"
+    "cmake|configures the build"
+    "ninja-build|runs the build"
+    "pkg-config|finds libraries"
+    "ccache|makes repeated builds fast"
+    "lld|links fast"
+    "libutf8proc-dev|Unicode rules"
+    "qt6-base-dev|windows"
+    "qt6-l10n-tools|message catalogues"
+    "qt6-tools-dev|message catalogues"
+    "qt6-tools-dev-tools|message catalogues"
+    "libqt6svg6|draws the icons"
+)
+
+# To show it on a Wayland desktop natively.
+waylandPackages=(
+    "qt6-wayland|windows on Wayland"
+)
+
+# To show it without a display.
+displayPackages=(
+    "xvfb|a virtual display"
+    "openbox|a window manager for it"
+    "x11-utils|asks whether the window manager is ready"
+    "fonts-dejavu-core|text in the picture"
+)
+
+# To run the tests.
+testPackages=(
+    "git|lists the files to check"
+    "libgtest-dev|tests of the library"
+    "libgmock-dev|tests of the library"
+    "libbenchmark-dev|the benchmarks build with the tests"
+    "libpugixml-dev|the benchmarks' yardstick"
+    "locales|a locale whose decimal point is a comma"
+    "clang-format-14|checks the layout of the code"
+    "clang-tidy-14|checks the code for mistakes"
+)
+
+# To fuzz, in the long run of the tests.
+fuzzPackages=(
+    "clang|the compiler with libFuzzer"
+)
