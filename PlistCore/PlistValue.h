@@ -29,8 +29,10 @@ public:
     /// An empty dictionary.
     PlistValue() noexcept = default;
 
+    static PlistValue dictionary() noexcept { return {}; }
+
     /// A dictionary of these entries, in this order; repeated keys are kept.
-    static PlistValue dictionary(std::vector<PlistEntry> entries = {});
+    static PlistValue dictionary(std::vector<PlistEntry> entries);
 
     /// A dictionary of `keys[i]` and `values[i]`; both have the same length.
     static PlistValue dictionary(std::vector<PlistString> keys, std::vector<PlistValue> values);

@@ -1,0 +1,20 @@
+#include "PlistCore/PlistCell.h"
+
+#include "PlistCore/PlistArena.h"
+#include "PlistCore/PlistBlock.h"
+
+void PlistCell::retainShare() const noexcept {
+    if (has(inArena)) {
+        PlistArena::of(pointer())->retain();
+    } else {
+        PlistBlock::of(pointer())->shares.fetch_add(1, std::memory_order_relaxed);
+    }
+}
+
+void PlistCell::releaseShare() const noexcept {
+    if (has(inArena)) {
+        PlistArena::of(pointer())->release();
+    } else {
+        PlistBlock::release(*this);
+    }
+}
