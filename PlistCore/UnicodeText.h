@@ -15,7 +15,8 @@ bool isAscii(std::string_view bytes) noexcept;
 /// U+10FFFF.
 bool isValidUtf8(std::string_view bytes) noexcept;
 
-/// Canonical composition (NFC). `text` must be valid UTF-8. ASCII is returned as it stands.
+/// Canonical composition (NFC). `text` must be valid UTF-8. ASCII is returned as it stands. Costs
+/// n log n for any text, long runs of combining marks included.
 std::string composed(std::string_view text);
 
 /// Whether two valid texts are canonically equivalent.
@@ -27,6 +28,18 @@ int compare(std::string_view left, std::string_view right);
 
 /// A hash that agrees with `equal`.
 std::size_t hash(std::string_view text);
+
+/// Takes the first code point off the front, or the last one off the back, of a valid text that is
+/// not empty.
+char32_t takeFirst(std::string_view& text) noexcept;
+char32_t takeLast(std::string_view& text) noexcept;
+
+/// Whether a code point is white space within a line: a space separator (general category Zs) or
+/// the tab.
+bool isWhitespace(char32_t codePoint) noexcept;
+
+/// Whether a code point breaks lines: U+000A to U+000D, U+0085, U+2028 and U+2029.
+bool isLineBreak(char32_t codePoint) noexcept;
 
 /// Appends one code point, which must be a Unicode scalar value.
 void appendUtf8(std::string& text, char32_t codePoint);

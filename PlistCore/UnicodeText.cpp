@@ -1,0 +1,335 @@
+#include "PlistCore/UnicodeText.h"
+
+#include <utf8proc.h>
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <vector>
+
+namespace UnicodeText {
+namespace {
+
+constexpr std::uint64_t highBits = 0x8080808080808080;
+constexpr char32_t replacementCharacter = 0xFFFD;
+constexpr std::size_t longestSequence = 4;
+
+std::uint64_t load64(const char* bytes) noexcept {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+}
+
+std::uint8_t byteAt(const char* place) noexcept {
+    return static_cast<std::uint8_t>(*place);
+}
+
+/// The first byte from 0x80 on, or `end`.
+const char* skipAscii(const char* place, const char* end) noexcept {
+    while (end - place >= 16) {
+        if (((load64(place) | load64(place + 8)) & highBits) != 0) {
+            break;
+        }
+        place += 16;
+    }
+    while (place != end && byteAt(place) < 0x80) {
+        ++place;
+    }
+    return place;
+}
+
+bool isBetween(std::uint8_t byte, unsigned least, unsigned greatest) noexcept {
+    return byte >= least && byte <= greatest;
+}
+
+bool isContinuation(std::uint8_t byte) noexcept {
+    return (byte & 0xC0) == 0x80;
+}
+
+/// The length of the well-formed sequence of several bytes at `place`, or 0: table 3-7 of the
+/// Unicode standard.
+std::ptrdiff_t sequenceLength(const char* place, const char* end) noexcept {
+    const std::ptrdiff_t available = end - place;
+    const std::uint8_t lead = byteAt(place);
+    if (lead < 0xE0) {
+        return lead >= 0xC2 && available >= 2 && isContinuation(byteAt(place + 1)) ? 2 : 0;
+    }
+    if (lead < 0xF0) {
+        return available >= 3 &&
+                       isBetween(byteAt(place + 1), lead == 0xE0 ? 0xA0 : 0x80,
+                                 lead == 0xED ? 0x9F : 0xBF) &&
+                       isContinuation(byteAt(place + 2))
+                   ? 3
+                   : 0;
+    }
+    return lead <= 0xF4 && available >= 4 &&
+                   isBetween(byteAt(place + 1), lead == 0xF0 ? 0x90 : 0x80,
+                             lead == 0xF4 ? 0x8F : 0xBF) &&
+                   isContinuation(byteAt(place + 2)) && isContinuation(byteAt(place + 3))
+               ? 4
+               : 0;
+}
+
+/// Whether a byte stands only in code points that composition neither changes nor joins to what
+/// is before them: everything below U+0300, U+0400 to U+047F (Cyrillic), U+4000 to U+9FFF
+/// (ideographs) and U+B000 to U+CFFF (Hangul syllables). Their quick-check property for NFC is
+/// "yes" and their combining class is 0.
+bool staysInComposition(std::uint8_t byte) noexcept {
+    return byte < 0xCC || isBetween(byte, 0xD0, 0xD1) || isBetween(byte, 0xE4, 0xE9) ||
+           isBetween(byte, 0xEB, 0xEC);
+}
+
+/// Whether the bytes alone show that `text` is its own composition; false says nothing.
+bool isPlainlyComposed(std::string_view text) noexcept {
+    const char* const end = text.data() + text.size();
+    for (const char* place = skipAscii(text.data(), end); place != end;
+         place = skipAscii(place, end)) {
+        if (!staysInComposition(byteAt(place))) {
+            return false;
+        }
+        ++place;
+    }
+    return true;
+}
+
+using CodePoints = std::vector<utf8proc_int32_t>;
+
+constexpr auto composition = static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE);
+
+/// Appends the full canonical decomposition of a code point, which has at most four.
+void appendDecomposed(CodePoints& points, char32_t codePoint) {
+    utf8proc_int32_t parts[8] = {};
+    int boundary = 0;
+    const utf8proc_ssize_t count = utf8proc_decompose_char(static_cast<utf8proc_int32_t>(codePoint),
+                                                           parts, 8, composition, &boundary);
+    points.insert(points.end(), parts, parts + std::clamp<utf8proc_ssize_t>(count, 0, 8));
+}
+
+auto combiningClass(utf8proc_int32_t codePoint) noexcept {
+    return utf8proc_get_property(codePoint)->combining_class;
+}
+
+/// Puts each run of combining marks into canonical order. utf8proc's own way of doing this takes
+/// time with the square of the run, so that a crafted text of a megabyte would not end.
+void orderMarks(CodePoints& points) {
+    const auto isMark = [](utf8proc_int32_t point) { return combiningClass(point) != 0; };
+    const auto classesAscend = [](utf8proc_int32_t left, utf8proc_int32_t right) {
+        return combiningClass(left) < combiningClass(right);
+    };
+    auto start = std::find_if(points.begin(), points.end(), isMark);
+    while (start != points.end()) {
+        const auto end = std::find_if_not(start, points.end(), isMark);
+        if (!std::is_sorted(start, end, classesAscend)) {
+            std::stable_sort(start, end, classesAscend);
+        }
+        start = std::find_if(end, points.end(), isMark);
+    }
+}
+
+std::string encoded(const CodePoints& points) {
+    std::string text;
+    text.reserve(points.size() * 2);
+    for (const utf8proc_int32_t point : points) {
+        appendUtf8(text, static_cast<char32_t>(point));
+    }
+    return text;
+}
+
+bool isHighSurrogate(char32_t unit) noexcept {
+    return (unit & 0xFC00) == 0xD800;
+}
+
+bool isLowSurrogate(char32_t unit) noexcept {
+    return (unit & 0xFC00) == 0xDC00;
+}
+
+/// The UTF-16 code unit at `position`; 0, which is no surrogate, past the end.
+char32_t bigEndianUnit(std::string_view bytes, std::size_t position) noexcept {
+    if (position + 2 > bytes.size()) {
+        return 0;
+    }
+    return static_cast<char32_t>(byteAt(bytes.data() + position) << 8 |
+                                 byteAt(bytes.data() + position + 1));
+}
+
+/// The code point of a sequence of valid UTF-8.
+char32_t decoded(std::string_view sequence) noexcept {
+    const std::uint8_t lead = byteAt(sequence.data());
+    if (sequence.size() == 1) {
+        return lead;
+    }
+    char32_t codePoint = lead & (0x7FU >> sequence.size());
+    for (const char byte : sequence.substr(1)) {
+        codePoint = codePoint << 6 | (static_cast<std::uint8_t>(byte) & 0x3F);
+    }
+    return codePoint;
+}
+
+template <typename Predicate>
+std::string_view trimmedWhile(std::string_view text, Predicate isTrimmed) noexcept {
+    for (std::string_view rest = text; !rest.empty() && isTrimmed(takeFirst(rest));) {
+        text = rest;
+    }
+    for (std::string_view rest = text; !rest.empty() && isTrimmed(takeLast(rest));) {
+        text = rest;
+    }
+    return text;
+}
+
+}  // namespace
+
+bool isAscii(std::string_view bytes) noexcept {
+    const char* const end = bytes.data() + bytes.size();
+    return skipAscii(bytes.data(), end) == end;
+}
+
+bool isValidUtf8(std::string_view bytes) noexcept {
+    const char* const end = bytes.data() + bytes.size();
+    const char* place = skipAscii(bytes.data(), end);
+    while (place != end) {
+        // Texts that are not ASCII rarely leave it for one character only.
+        while (place != end && byteAt(place) >= 0x80) {
+            const std::ptrdiff_t length = sequenceLength(place, end);
+            if (length == 0) {
+                return false;
+            }
+            place += length;
+        }
+        place = skipAscii(place, end);
+    }
+    return true;
+}
+
+std::string composed(std::string_view text) {
+    if (isPlainlyComposed(text)) {
+        return std::string(text);
+    }
+    CodePoints points;
+    points.reserve(text.size());
+    for (std::string_view rest = text; !rest.empty();) {
+        appendDecomposed(points, takeFirst(rest));
+    }
+    orderMarks(points);
+    const utf8proc_ssize_t length = utf8proc_normalize_utf32(
+        points.data(), static_cast<utf8proc_ssize_t>(points.size()), composition);
+    points.resize(static_cast<std::size_t>(length));
+    return encoded(points);
+}
+
+bool equal(std::string_view left, std::string_view right) {
+    if (left == right) {
+        return true;
+    }
+    if (isPlainlyComposed(left) && isPlainlyComposed(right)) {
+        return false;
+    }
+    return composed(left) == composed(right);
+}
+
+int compare(std::string_view left, std::string_view right) {
+    // The byte order of UTF-8 is the order of the code points.
+    if (isPlainlyComposed(left) && isPlainlyComposed(right)) {
+        return left.compare(right);
+    }
+    return composed(left).compare(composed(right));
+}
+
+std::size_t hash(std::string_view text) {
+    if (isPlainlyComposed(text)) {
+        return std::hash<std::string_view>{}(text);
+    }
+    return std::hash<std::string>{}(composed(text));
+}
+
+char32_t takeFirst(std::string_view& text) noexcept {
+    std::size_t length = 1;
+    while (length < std::min(text.size(), longestSequence) &&
+           isContinuation(byteAt(text.data() + length))) {
+        ++length;
+    }
+    const char32_t codePoint = decoded(text.substr(0, length));
+    text.remove_prefix(length);
+    return codePoint;
+}
+
+char32_t takeLast(std::string_view& text) noexcept {
+    std::size_t length = 1;
+    while (length < std::min(text.size(), longestSequence) &&
+           isContinuation(byteAt(text.data() + text.size() - length))) {
+        ++length;
+    }
+    const char32_t codePoint = decoded(text.substr(text.size() - length));
+    text.remove_suffix(length);
+    return codePoint;
+}
+
+bool isWhitespace(char32_t codePoint) noexcept {
+    switch (codePoint) {
+        case U'\t':
+        case U' ':
+        case 0x00A0:
+        case 0x1680:
+        case 0x202F:
+        case 0x205F:
+        case 0x3000:
+            return true;
+        default:
+            return codePoint >= 0x2000 && codePoint <= 0x200A;
+    }
+}
+
+bool isLineBreak(char32_t codePoint) noexcept {
+    return (codePoint >= 0x0A && codePoint <= 0x0D) || codePoint == 0x85 || codePoint == 0x2028 ||
+           codePoint == 0x2029;
+}
+
+void appendUtf8(std::string& text, char32_t codePoint) {
+    const auto append = [&text](char32_t byte) { text.push_back(static_cast<char>(byte)); };
+    const auto appendContinuation = [&append, codePoint](int shift) {
+        append(0x80 | (codePoint >> shift & 0x3F));
+    };
+    if (codePoint < 0x80) {
+        append(codePoint);
+    } else if (codePoint < 0x800) {
+        append(0xC0 | codePoint >> 6);
+        appendContinuation(0);
+    } else if (codePoint < 0x10000) {
+        append(0xE0 | codePoint >> 12);
+        appendContinuation(6);
+        appendContinuation(0);
+    } else {
+        append(0xF0 | codePoint >> 18);
+        appendContinuation(12);
+        appendContinuation(6);
+        appendContinuation(0);
+    }
+}
+
+std::string fromUtf16BigEndian(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size());
+    for (std::size_t position = 0; position + 2 <= bytes.size(); position += 2) {
+        const char32_t unit = bigEndianUnit(bytes, position);
+        const char32_t next = bigEndianUnit(bytes, position + 2);
+        if (isHighSurrogate(unit) && isLowSurrogate(next)) {
+            appendUtf8(text, 0x10000 + ((unit & 0x3FF) << 10 | (next & 0x3FF)));
+            position += 2;
+        } else if (isHighSurrogate(unit) || isLowSurrogate(unit)) {
+            appendUtf8(text, replacementCharacter);
+        } else {
+            appendUtf8(text, unit);
+        }
+    }
+    return text;
+}
+
+std::string_view trimmed(std::string_view text) noexcept {
+    return trimmedWhile(text, [](char32_t point) { return isWhitespace(point); });
+}
+
+std::string_view trimmedWithLineBreaks(std::string_view text) noexcept {
+    return trimmedWhile(text,
+                        [](char32_t point) { return isWhitespace(point) || isLineBreak(point); });
+}
+
+}  // namespace UnicodeText
