@@ -1,11 +1,13 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <span>
 #include <string_view>
 
+#include "PlistCore/PlistInteger.h"
 #include "PlistCore/PlistType.h"
 
 class PlistString;
@@ -52,6 +54,18 @@ public:
     /// A cell that holds a number or nothing.
     constexpr PlistCell(PlistType type, std::uint8_t flags, std::uint64_t word) noexcept
         : type_(type), flags_(flags), word_(word) {}
+
+    /// Cells of numbers. `ofInteger` takes only numbers in the valid range.
+    static PlistCell ofInteger(PlistInteger number) noexcept {
+        const std::uint8_t flags = number > INT64_MAX ? unsignedNumber : 0;
+        return {PlistType::integer, flags, static_cast<std::uint64_t>(number)};
+    }
+    static PlistCell ofReal(double number) noexcept { return ofDouble(PlistType::real, number); }
+    static PlistCell ofDate(double seconds) noexcept { return ofDouble(PlistType::date, seconds); }
+    static PlistCell ofBoolean(bool truth) noexcept {
+        return {PlistType::boolean, 0, truth ? std::uint64_t{1} : std::uint64_t{0}};
+    }
+    static PlistCell ofUid(std::uint64_t number) noexcept { return {PlistType::uid, 0, number}; }
 
     /// A text or data of at most `inPlaceCapacity` bytes.
     static PlistCell inPlace(PlistType type, std::uint8_t flags, const void* bytes,
@@ -118,6 +132,10 @@ public:
     }
 
 private:
+    static PlistCell ofDouble(PlistType type, double number) noexcept {
+        const std::uint8_t flags = number != number ? holdsNaN : 0;
+        return {type, flags, std::bit_cast<std::uint64_t>(number)};
+    }
     char* inPlaceBytes() noexcept { return reinterpret_cast<char*>(this) + 2; }
     void setLength(std::size_t length) noexcept {
         const std::uint64_t bits = length;

@@ -22,10 +22,6 @@ constexpr std::uint8_t flagIf(bool condition, PlistCell::Flag flag) {
     return condition ? std::uint8_t{flag} : std::uint8_t{0};
 }
 
-std::uint8_t nanFlag(double number) {
-    return flagIf(number != number, PlistCell::holdsNaN);
-}
-
 /// What a container takes over from its children.
 struct Summary {
     bool holdsNaN = false;
@@ -134,22 +130,19 @@ PlistValue PlistValue::string(PlistString text) noexcept {
 
 PlistValue PlistValue::integer(PlistInteger number) {
     plistCheck(isValidPlistInteger(number), "an integer outside the valid range");
-    const std::uint8_t flags = flagIf(number > INT64_MAX, PlistCell::unsignedNumber);
-    return adopting(PlistCell(PlistType::integer, flags, static_cast<std::uint64_t>(number)));
+    return adopting(PlistCell::ofInteger(number));
 }
 
 PlistValue PlistValue::real(double number) noexcept {
-    return adopting(
-        PlistCell(PlistType::real, nanFlag(number), std::bit_cast<std::uint64_t>(number)));
+    return adopting(PlistCell::ofReal(number));
 }
 
 PlistValue PlistValue::boolean(bool truth) noexcept {
-    return adopting(PlistCell(PlistType::boolean, 0, truth ? 1 : 0));
+    return adopting(PlistCell::ofBoolean(truth));
 }
 
 PlistValue PlistValue::date(double seconds) noexcept {
-    return adopting(
-        PlistCell(PlistType::date, nanFlag(seconds), std::bit_cast<std::uint64_t>(seconds)));
+    return adopting(PlistCell::ofDate(seconds));
 }
 
 PlistValue PlistValue::data(std::span<const std::uint8_t> bytes) {
@@ -158,7 +151,7 @@ PlistValue PlistValue::data(std::span<const std::uint8_t> bytes) {
 }
 
 PlistValue PlistValue::uid(std::uint64_t number) noexcept {
-    return adopting(PlistCell(PlistType::uid, 0, number));
+    return adopting(PlistCell::ofUid(number));
 }
 
 PlistValue PlistValue::defaultValue(PlistType type) noexcept {

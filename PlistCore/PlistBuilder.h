@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "PlistCore/PlistArena.h"
+#include "PlistCore/PlistCell.h"
+#include "PlistCore/PlistString.h"
+#include "PlistCore/PlistValue.h"
+
+/// Makes the values of one document inside one new arena; for readers.
+///
+/// The cells it hands out own no share of the arena. They stand on the reader's own stacks until a
+/// container takes copies of them, and all end in the root that `finish` turns into a value.
+/// Every operation that makes something may throw `std::bad_alloc`.
+class PlistBuilder {
+public:
+    /// `expectedSize` is a guess of the bytes that the values and texts will take.
+    explicit PlistBuilder(std::size_t expectedSize) : arena_(PlistArena::make(expectedSize)) {}
+    PlistBuilder(const PlistBuilder&) = delete;
+    PlistBuilder& operator=(const PlistBuilder&) = delete;
+    ~PlistBuilder() { arena_->release(); }
+
+    /// A string of these bytes, which must be valid UTF-8. `flags` is `PlistCell::ascii` or 0.
+    PlistCell string(std::string_view bytes, std::uint8_t flags) {
+        return bytesCell(PlistType::string, flags, bytes);
+    }
+
+    PlistCell data(std::string_view bytes) { return bytesCell(PlistType::data, 0, bytes); }
+
+    /// A list of keys, each a string cell made here. Dictionaries may share it. Not for no keys.
+    const PlistString* keyList(std::span<const PlistCell> keys);
+
+    /// A dictionary of `keys[i]` and `values[i]`. `keys` is null when there are no entries.
+    PlistCell dictionary(const PlistString* keys, std::span<const PlistCell> values);
+
+    PlistCell array(std::span<const PlistCell> items);
+
+    PlistArena& arena() noexcept { return *arena_; }
+
+    /// The root of what was built, as a value that keeps the arena alive. Ends the building.
+    PlistValue finish(const PlistCell& root) noexcept;
+
+private:
+    PlistCell bytesCell(PlistType type, std::uint8_t flags, std::string_view bytes) {
+        if (bytes.size() <= PlistCell::inPlaceCapacity) {
+            return PlistCell::inPlace(type, flags, bytes.data(), bytes.size());
+        }
+        char* place = arena_->allocateText(bytes.size());
+        std::memcpy(place, bytes.data(), bytes.size());
+        return PlistCell::elsewhere(type, static_cast<std::uint8_t>(flags | PlistCell::inArena),
+                                    place, bytes.size());
+    }
+
+    PlistArena* arena_;
+};
