@@ -58,5 +58,5 @@ chosen=$(printf '%s\n' "$@")
 dependencies | while read -r source headers; do
     [[ -z $chosen ]] || grep -qxF "$source" <<<"$chosen" || continue
     [[ -e $source ]] || continue
-    printf '%s\n' "$source $headers"
+    printf '%s\n' "$source${headers:+ $headers}"
 done | xargs -P "$(nproc)" -L 1 bash -c 'searchOne "$@"' _

@@ -22,10 +22,9 @@ if ! locale -a | grep -qix 'de_DE\.utf-\?8'; then
     fi
 fi
 
-export LC_ALL=$wanted
-point=$(printf '%.1f' 1 2>/dev/null || true)
-if [[ $point != 1,0 ]]; then
+# Asked of a program, for the shell itself does not look at LOCPATH again.
+if [[ $(LC_ALL=$wanted env printf '%.1f' 1) != 1,0 ]]; then
     echo "The locale $wanted does not work here."
     exit 1
 fi
-exec "$@"
+LC_ALL=$wanted exec "$@"
