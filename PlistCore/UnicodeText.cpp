@@ -126,6 +126,21 @@ void orderMarks(CodePoints& points) {
     }
 }
 
+/// Joins decomposed code points in canonical order. The place before the first trailing consonant
+/// of Hangul, U+11A7, joins with nothing, but utf8proc swallows it after a syllable; so it always
+/// begins a part of its own.
+void composeInPlace(CodePoints& points) {
+    constexpr utf8proc_int32_t beforeTrailingConsonants = 0x11A7;
+    auto output = points.begin();
+    for (auto start = points.begin(); start != points.end();) {
+        const auto end = std::find(start + 1, points.end(), beforeTrailingConsonants);
+        const utf8proc_ssize_t length = utf8proc_normalize_utf32(&*start, end - start, composition);
+        output = std::move(start, start + length, output);
+        start = end;
+    }
+    points.erase(output, points.end());
+}
+
 std::string encoded(const CodePoints& points) {
     std::string text;
     text.reserve(points.size() * 2);
@@ -210,9 +225,7 @@ std::string composed(std::string_view text) {
         appendDecomposed(points, takeFirst(rest));
     }
     orderMarks(points);
-    const utf8proc_ssize_t length = utf8proc_normalize_utf32(
-        points.data(), static_cast<utf8proc_ssize_t>(points.size()), composition);
-    points.resize(static_cast<std::size_t>(length));
+    composeInPlace(points);
     return encoded(points);
 }
 

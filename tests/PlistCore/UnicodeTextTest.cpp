@@ -127,18 +127,21 @@ TEST(UnicodeText, composes) {
         {"\xCE\x87", "\xC2\xB7"},                                  // U+0387
         {"\xE1\x84\x80\xE1\x85\xA1\xE1\x86\xA8", "\xEA\xB0\x81"},  // Hangul L V T
         {"\xEA\xB0\x80\xE1\x86\xA8", "\xEA\xB0\x81"},              // Hangul LV T
-        {"\xEF\xA4\x80", "\xE8\xB1\x88"},                          // compatibility ideograph
-        {"\xE0\xA5\x98", "\xE0\xA4\x95\xE0\xA4\xBC"},              // U+0958: excluded
-        {"\xE2\x80\x80", "\xE2\x80\x82"},                          // U+2000
-        {"\xEF\xAC\x81", "\xEF\xAC\x81"},                          // a ligature stays
-        {"a\xCC\xA3\xCC\x82", "\xE1\xBA\xAD"},                     // dot below, circumflex
-        {"a\xCC\x82\xCC\xA3", "\xE1\xBA\xAD"},                     // out of canonical order
-        {"\xC3\xA2\xCC\xA3", "\xE1\xBA\xAD"},                      // partly composed
-        {"\xCE\xB9\xCC\x88\xCC\x81", "\xCE\x90"},                  // U+0390
-        {"\xE3\x81\x8B\xE3\x82\x99", "\xE3\x81\x8C"},              // kana with voicing mark
-        {"\xCC\x81", "\xCC\x81"},                                  // a mark alone
-        {"\xEF\xBB\xBFx", "\xEF\xBB\xBFx"},                        // U+FEFF survives
-        {"\0e\xCC\x81\0"sv, "\0\xC3\xA9\0"sv},                     // NUL is a character
+        {"\xEA\xB0\x80\xE1\x86\xA7", "\xEA\xB0\x80\xE1\x86\xA7"},  // U+11A7 joins nothing
+        {"\xE1\x84\x80\xE1\x85\xA1\xE1\x86\xA7\xE1\x84\x80\xE1\x85\xA1",
+         "\xEA\xB0\x80\xE1\x86\xA7\xEA\xB0\x80"},
+        {"\xEF\xA4\x80", "\xE8\xB1\x88"},              // compatibility ideograph
+        {"\xE0\xA5\x98", "\xE0\xA4\x95\xE0\xA4\xBC"},  // U+0958: excluded
+        {"\xE2\x80\x80", "\xE2\x80\x82"},              // U+2000
+        {"\xEF\xAC\x81", "\xEF\xAC\x81"},              // a ligature stays
+        {"a\xCC\xA3\xCC\x82", "\xE1\xBA\xAD"},         // dot below, circumflex
+        {"a\xCC\x82\xCC\xA3", "\xE1\xBA\xAD"},         // out of canonical order
+        {"\xC3\xA2\xCC\xA3", "\xE1\xBA\xAD"},          // partly composed
+        {"\xCE\xB9\xCC\x88\xCC\x81", "\xCE\x90"},      // U+0390
+        {"\xE3\x81\x8B\xE3\x82\x99", "\xE3\x81\x8C"},  // kana with voicing mark
+        {"\xCC\x81", "\xCC\x81"},                      // a mark alone
+        {"\xEF\xBB\xBFx", "\xEF\xBB\xBFx"},            // U+FEFF survives
+        {"\0e\xCC\x81\0"sv, "\0\xC3\xA9\0"sv},         // NUL is a character
         {"\xF0\x9D\x85\x97\xF0\x9D\x85\xA5", "\xF0\x9D\x85\x97\xF0\x9D\x85\xA5"},
         {"\xF0\x9D\x85\x9E", "\xF0\x9D\x85\x97\xF0\x9D\x85\xA5"},  // U+1D15E: excluded
     };
