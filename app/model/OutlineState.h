@@ -1,0 +1,147 @@
+#pragma once
+
+#include <QObject>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "app/model/NodeId.h"
+#include "app/model/OutlineRow.h"
+#include "app/model/PlistNodePtr.h"
+
+/// The flat list of rows that one window shows of a tree, and what the user has done to it: which
+/// containers are expanded, which rows are selected, which cell is being edited, and which nodes a
+/// search leaves visible. Belongs to the main thread.
+///
+/// Whoever changes the tree calls `rebuild` once afterwards. Rows are compared by node with those
+/// before, and the signals tell the smallest difference, each with an "about to" before `rows()`
+/// changes and a partner after it, as an item model needs them:
+/// - a new root: one reset;
+/// - else at most one removal and then one insertion;
+/// - or, when rows in between stay or change places, one rearrangement;
+/// - and at most one range of rows that show something else than before (none with a reset or a
+///   rearrangement, after which every row is to be drawn again).
+class OutlineState : public QObject {
+    Q_OBJECT
+
+public:
+    using Row = OutlineRow;
+
+    enum class Column : std::uint8_t { key, value };
+    Q_ENUM(Column)
+
+    struct EditingField {
+        NodeId nodeId = 0;
+        Column column = Column::key;
+        friend bool operator==(const EditingField&, const EditingField&) = default;
+    };
+
+    enum class Expansion : std::uint8_t { collapse, expand };
+    enum class Reach : std::uint8_t {
+        nodeAlone,
+        wholeSubtree,
+    };
+    enum class ExpandResult : std::uint8_t {
+        done,
+        tooManyRows,  ///< nothing was expanded
+    };
+
+    /// The most values that may be expanded at once with all that is below them. By sharing, a
+    /// small file can describe more than any memory holds; this is several times the largest
+    /// documents.
+    static constexpr std::uint64_t expandedValueLimit = 10'000'000;
+
+    /// Without a root and without rows.
+    explicit OutlineState(QObject* parent = nullptr);
+    ~OutlineState() override;
+
+    /// The visible rows from top to bottom. Valid until the next change.
+    const std::vector<Row>& rows() const noexcept { return rows_; }
+
+    /// Makes the rows anew from the tree. A root other than before starts expanded, takes over the
+    /// expansion of the old one wherever the same keys and positions lead, and clears selection
+    /// and editing. Costs in proportion to the rows; collapsed parts are never touched.
+    void rebuild(PlistNode& root);
+
+    /// The tree that the rows were made from; null before the first `rebuild`.
+    PlistNode* root() const noexcept { return root_.get(); }
+
+    /// The selected nodes. Nodes that a rebuild leaves without a row are deselected by it.
+    const NodeIdSet& selection() const noexcept { return selection_; }
+    void select(const NodeIdSet& ids);
+
+    /// The rows of the selected nodes, in row order.
+    std::vector<Row> selectedRows() const;
+
+    /// The number of the row that shows a node, or nothing. By node it is usually found at once,
+    /// else by looking through the rows; by id always so.
+    std::optional<int> rowOf(const PlistNode& node) const;
+    std::optional<int> rowForId(NodeId id) const;
+
+    const std::optional<EditingField>& editing() const noexcept { return editing_; }
+    void setEditing(std::optional<EditingField> field);
+
+    /// The column under the pointer; kept by the table for the actions.
+    std::optional<Column> pointerColumn() const noexcept { return pointerColumn_; }
+    void setPointerColumn(std::optional<Column> column) noexcept { pointerColumn_ = column; }
+
+    /// Whether the user has expanded the container; a filter shows containers open regardless.
+    bool isExpanded(NodeId id) const { return expanded_.contains(id); }
+    const NodeIdSet& expanded() const noexcept { return expanded_; }
+
+    /// Expands or collapses containers; scalars are ignored. Rebuilds the rows once. Expanding with
+    /// all that is below is refused as a whole beyond `expandedValueLimit`.
+    ExpandResult setExpanded(std::span<const PlistNodePtr> nodes, Expansion expansion, Reach reach);
+    ExpandResult setExpanded(PlistNode& node, Expansion expansion, Reach reach);
+
+    /// Expands every ancestor of `node`, not the node itself, and rebuilds.
+    void reveal(const PlistNode& node);
+
+    /// The nodes that stay visible; nothing when all do.
+    const std::optional<NodeIdSet>& filter() const noexcept { return filter_; }
+
+    /// Replaces the filter and rebuilds. A node is shown when it and all its ancestors are in the
+    /// filter, and every container among them is open.
+    void setFilter(std::optional<NodeIdSet> filter);
+
+Q_SIGNALS:
+    void rowsAboutToBeReset();
+    void rowsReset();
+
+    /// Rows `first` to `last`, both included.
+    void rowsAboutToBeRemoved(int first, int last);
+    void rowsRemoved();
+    void rowsAboutToBeInserted(int first, int last);
+    void rowsInserted();
+
+    /// Rows come, go and change places in one step. The receiver keeps what it wants to follow by
+    /// node and asks `rowOf` afterwards.
+    void rowsAboutToBeRearranged();
+    void rowsRearranged();
+
+    /// Rows `first` to `last`, both included, show the same nodes as before in another way.
+    void rowsDataChanged(int first, int last);
+
+    /// Once at the end of a change of `rows()`, after all the others.
+    void rowsChanged();
+
+    void selectionChanged();
+    void editingChanged();
+
+private:
+    void installRoot(PlistNode& root);
+    void rebuildRows();
+    void replaceRows(std::vector<Row> rows);
+    void applyDifference(std::vector<Row> rows);
+    void pruneSelection();
+
+    PlistNodePtr root_;
+    std::vector<Row> rows_;
+    NodeIdSet selection_;
+    NodeIdSet expanded_;
+    std::optional<NodeIdSet> filter_;
+    std::optional<EditingField> editing_;
+    std::optional<Column> pointerColumn_;
+    bool changingRows_ = false;
+};

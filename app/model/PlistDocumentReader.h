@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+#include "PlistCore/PlistFile.h"
+
+class ProgressReporter;
+
+/// Reads files into snapshots. Touches no document and may be called from any thread.
+namespace PlistDocumentReader {
+
+/// Reads the whole file into private memory (never mapped: another program may cut a mapped file
+/// short under us) and decodes it. Blocks. Throws `FileError`: `readFailed` with the system's
+/// reason for what cannot be read or is no regular file, `corruptFile` with the text of the
+/// `PlistError` for what is no property list. `progress` may be null.
+PlistFile read(const QString& path, ProgressReporter* progress = nullptr);
+
+}  // namespace PlistDocumentReader
