@@ -6,6 +6,8 @@
 
 /// The payload of an integer value: wide enough for the signed and the unsigned 64-bit range at
 /// once. Only values from `leastPlistInteger` to `greatestPlistInteger` ever stand in a value.
+// Only a typedef can be marked as an extension.
+// NOLINTNEXTLINE(modernize-use-using)
 __extension__ typedef __int128 PlistInteger;
 
 /// -9223372036854775808, the least signed 64-bit number.

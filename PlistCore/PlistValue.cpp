@@ -123,7 +123,7 @@ PlistValue PlistValue::array(std::vector<PlistValue> items) {
         PlistCell::elsewhere(PlistType::array, summary.flags(), block->payload(), items.size()));
 }
 
-PlistValue PlistValue::string(PlistString text) noexcept {
+PlistValue PlistValue::string(const PlistString& text) noexcept {
     text.cell().retain();
     return adopting(text.cell());
 }

@@ -42,7 +42,7 @@ public:
     static PlistValue dictionaryWithKeysOf(const PlistValue& other, std::vector<PlistValue> values);
 
     static PlistValue array(std::vector<PlistValue> items = {});
-    static PlistValue string(PlistString text) noexcept;
+    static PlistValue string(const PlistString& text) noexcept;
 
     /// `number` must lie in the valid integer range (`isValidPlistInteger`).
     static PlistValue integer(PlistInteger number);

@@ -13,7 +13,8 @@ fail() {
 
 # Tells whether a Debian package is installed.
 isInstalled() {
-    [[ $(dpkg-query -W -f='${db:Status-Status} ' "$1" 2>/dev/null) == *installed* ]]
+    # Several words where a package is known for several architectures.
+    [[ " $(dpkg-query -W -f='${db:Status-Status} ' "$1" 2>/dev/null)" == *" installed "* ]]
 }
 
 # Runs a command as the administrator: directly where we are, else through sudo.
