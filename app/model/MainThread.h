@@ -7,7 +7,7 @@ namespace MainThread {
 /// and needs no application object.
 bool isCurrent() noexcept;
 
-/// Stops the process on any other thread (`Invariant::fail`).
+/// Stops the process on any other thread (`plistCheckFailed`).
 void check();
 
 }  // namespace MainThread

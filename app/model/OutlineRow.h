@@ -13,22 +13,24 @@ class PlistNode;
 /// when they show the same node in the same way.
 class OutlineRow {
 public:
-    /// The first row: the root, which has no parent.
-    OutlineRow(PlistNode& node, NodeId id, bool isExpanded) noexcept
-        : node_(&node), id_(id), isExpanded_(isExpanded) {}
+    /// The first row: the root, which has no parent. `hasNewContent`: see below.
+    OutlineRow(PlistNode& node, NodeId id, bool isExpanded, bool hasNewContent) noexcept
+        : node_(&node), id_(id), isExpanded_(isExpanded), hasNewContent_(hasNewContent) {}
 
     OutlineRow(PlistNode& node, NodeId id, std::uint32_t depth, std::uint32_t index,
-               PlistType parentType, bool isDuplicateKey, bool isExpanded) noexcept
+               PlistType parentType, bool isDuplicateKey, bool isExpanded,
+               bool hasNewContent) noexcept
         : node_(&node),
           id_(id),
           index_(index),
           depth_(depth & maximumDepth),
           inDictionary_(parentType == PlistType::dictionary),
           isDuplicateKey_(isDuplicateKey),
-          isExpanded_(isExpanded) {}
+          isExpanded_(isExpanded),
+          hasNewContent_(hasNewContent) {}
 
     /// The deepest level that a row can tell.
-    static constexpr std::uint32_t maximumDepth = (std::uint32_t{1} << 29) - 1;
+    static constexpr std::uint32_t maximumDepth = (std::uint32_t{1} << 28) - 1;
 
     /// Valid while the row stands in its outline; the outline keeps the node alive.
     PlistNode& node() const noexcept { return *node_; }
@@ -51,6 +53,10 @@ public:
     bool isDuplicateKey() const noexcept { return isDuplicateKey_; }
     bool isExpanded() const noexcept { return isExpanded_; }
 
+    /// Whether key, type, value or count of the node changed between the making of the rows before
+    /// and of these. No part of what the row is, so it does not count for equality.
+    bool hasNewContent() const noexcept { return hasNewContent_; }
+
     friend bool operator==(const OutlineRow& left, const OutlineRow& right) noexcept {
         return left.id_ == right.id_ && left.index_ == right.index_ &&
                left.depth_ == right.depth_ && left.inDictionary_ == right.inDictionary_ &&
@@ -62,10 +68,11 @@ private:
     PlistNode* node_;
     NodeId id_;
     std::uint32_t index_ = 0;
-    std::uint32_t depth_ : 29 = 0;
+    std::uint32_t depth_ : 28 = 0;
     std::uint32_t inDictionary_ : 1 = 0;
     std::uint32_t isDuplicateKey_ : 1 = 0;
     std::uint32_t isExpanded_ : 1 = 0;
+    std::uint32_t hasNewContent_ : 1 = 0;
 };
 
 static_assert(sizeof(OutlineRow) == 24);

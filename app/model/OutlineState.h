@@ -8,6 +8,7 @@
 
 #include "app/model/NodeId.h"
 #include "app/model/OutlineRow.h"
+#include "app/model/OutlineRowList.h"
 #include "app/model/PlistNodePtr.h"
 
 /// The flat list of rows that one window shows of a tree, and what the user has done to it: which
@@ -57,7 +58,7 @@ public:
     ~OutlineState() override;
 
     /// The visible rows from top to bottom. Valid until the next change.
-    const std::vector<Row>& rows() const noexcept { return rows_; }
+    const std::vector<Row>& rows() const noexcept { return rows_.rows(); }
 
     /// Makes the rows anew from the tree. A root other than before starts expanded, takes over the
     /// expansion of the old one wherever the same keys and positions lead, and clears selection
@@ -131,17 +132,22 @@ Q_SIGNALS:
 
 private:
     void installRoot(PlistNode& root);
+    void resetRows();
     void rebuildRows();
-    void replaceRows(std::vector<Row> rows);
+    void rebuildIfShown();
+    std::vector<Row> freshRows();
     void applyDifference(std::vector<Row> rows);
+    void beginChange();
+    void endChange() { isChangingRows_ = false; }
     void pruneSelection();
+    void setExpandedAlone(const PlistNode& node, Expansion expansion);
 
     PlistNodePtr root_;
-    std::vector<Row> rows_;
+    OutlineRowList rows_;
     NodeIdSet selection_;
     NodeIdSet expanded_;
     std::optional<NodeIdSet> filter_;
     std::optional<EditingField> editing_;
     std::optional<Column> pointerColumn_;
-    bool changingRows_ = false;
+    bool isChangingRows_ = false;
 };

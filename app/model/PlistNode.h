@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "PlistCore/PlistString.h"
 #include "PlistCore/PlistType.h"
@@ -107,11 +108,11 @@ public:
         friend class PlistNode;
         PlistValue value_;
         PlistNodeList children_;
-        std::uint8_t flags_ = 0;
+        bool isMaterialized_ = false;
     };
 
     /// The content as it is now. Costs nothing, whatever the size.
-    Representation representation() const;
+    Representation representation();
 
     /// Puts captured content back. Child nodes that are here now and not in it lose their parent.
     void restore(const Representation& representation);
@@ -134,6 +135,7 @@ private:
     friend class PlistNodeBlock;
     friend class PlistNodePtr;
     friend class OutlineWalk;
+    friend class OutlineRowList;
 
     enum Flag : std::uint8_t {
         materialized = 1,      ///< `children_` is the list of children
@@ -161,20 +163,27 @@ private:
     void release() noexcept;
     static void destroy(PlistNode* node) noexcept;
 
+    /// What observers can tell apart, for finding out what an operation changed.
+    struct Shown {
+        PlistValue scalar;
+        qint64 childCount;
+    };
+
     void materialize();
+    bool needsRebuilding() const noexcept { return isContainer() && !has(cached); }
     void rebuildValue();
-    PlistValue valueOf(std::span<PlistValue> childValues);
+    PlistValue valueOf(std::vector<PlistValue> childValues) const;
     void updateDuplicateKeys();
     void setParent(PlistNode* parent) noexcept;
-    void detachChildren() noexcept;
     void adoptChildren() noexcept;
-    void childrenChanged() noexcept;
+    void detachChildren() noexcept;
     void dropValue() noexcept;
-    void invalidate() noexcept;
-    void report(PlistNodeChanges changes);
-    struct Shown;
+    void keysOrChildrenChanged() noexcept;
+    void contentChanged() noexcept;
     Shown shown() const;
-    PlistNodeChanges differences(const Shown& before) const;
+    void reportSince(const Shown& before, PlistNodeChanges others);
+    void reportReplacement(const Shown& before);
+    void report(PlistNodeChanges changes);
 
     // What a walk over the rows reads and writes comes first, within one cache line.
     NodeId id_;

@@ -11,9 +11,15 @@ public:
     PlistNodePtr() noexcept = default;
     explicit PlistNodePtr(PlistNode* node) noexcept;
     PlistNodePtr(const PlistNodePtr& other) noexcept;
-    PlistNodePtr(PlistNodePtr&& other) noexcept : node_(std::exchange(other.node_, nullptr)) {}
-    PlistNodePtr& operator=(PlistNodePtr other) noexcept {
-        std::swap(node_, other.node_);
+    PlistNodePtr(PlistNodePtr&& other) noexcept : node_(other.surrender()) {}
+    PlistNodePtr& operator=(const PlistNodePtr& other) noexcept {
+        PlistNodePtr copy(other);
+        std::swap(node_, copy.node_);
+        return *this;
+    }
+    PlistNodePtr& operator=(PlistNodePtr&& other) noexcept {
+        PlistNodePtr taken(std::move(other));
+        std::swap(node_, taken.node_);
         return *this;
     }
     ~PlistNodePtr();
@@ -27,5 +33,10 @@ public:
     friend bool operator==(const PlistNodePtr&, const PlistNodePtr&) = default;
 
 private:
+    friend class PlistNode;
+
+    /// Gives the share away with the node.
+    PlistNode* surrender() noexcept { return std::exchange(node_, nullptr); }
+
     PlistNode* node_ = nullptr;
 };

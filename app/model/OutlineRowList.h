@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "app/model/OutlineRow.h"
+
+/// The rows of an outline together with a share of each node that they show, so that a node which
+/// has left the tree lives until its row has gone too.
+///
+/// Shares are taken and given back only for rows that come and go: the cost of an edit among a
+/// million rows does not include a million counts.
+class OutlineRowList {
+public:
+    OutlineRowList() noexcept = default;
+    OutlineRowList(const OutlineRowList&) = delete;
+    OutlineRowList& operator=(const OutlineRowList&) = delete;
+    ~OutlineRowList();
+
+    const std::vector<OutlineRow>& rows() const noexcept { return rows_; }
+
+    /// Puts other rows in place of all.
+    void reset(std::vector<OutlineRow> rows);
+
+    /// Takes out the rows from `first` up to, but without, `end`.
+    void remove(std::size_t first, std::size_t end);
+
+    /// Puts `rows` in place of all, where those from `first` up to `end` are added and the others
+    /// show the nodes that are here now, in the same order.
+    void replaceAdding(std::vector<OutlineRow> rows, std::size_t first, std::size_t end);
+
+private:
+    static void retain(const OutlineRow* first, const OutlineRow* end) noexcept;
+    static void release(const OutlineRow* first, const OutlineRow* end) noexcept;
+
+    std::vector<OutlineRow> rows_;
+};

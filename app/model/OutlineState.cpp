@@ -1,0 +1,313 @@
+#include "app/model/OutlineState.h"
+
+#include <QSet>
+#include <algorithm>
+#include <utility>
+
+#include "PlistCore/PlistCheck.h"
+#include "PlistCore/PlistExpansion.h"
+#include "app/model/MainThread.h"
+#include "app/model/OutlineDifference.h"
+#include "app/model/OutlineExpansion.h"
+#include "app/model/OutlineWalk.h"
+#include "app/model/PlistNode.h"
+#include "app/model/Signposter.h"
+
+namespace {
+
+/// The given nodes without those that stand below others of them.
+std::vector<PlistNode*> topmost(std::span<const PlistNodePtr> nodes) {
+    QSet<const PlistNode*> given;
+    for (const PlistNodePtr& node : nodes) {
+        given.insert(node.get());
+    }
+    std::vector<PlistNode*> result;
+    for (const PlistNodePtr& node : nodes) {
+        const PlistNode* above = node->parent();
+        while (above != nullptr && !given.contains(above)) {
+            above = above->parent();
+        }
+        if (above == nullptr) {
+            result.push_back(node.get());
+        }
+    }
+    return result;
+}
+
+/// How many values stand in all at and below the nodes, at most a little more than `limit`.
+std::uint64_t expandedCount(std::span<PlistNode* const> nodes, std::uint64_t limit) {
+    std::uint64_t count = 0;
+    for (PlistNode* node : nodes) {
+        const PlistValue value = node->value();
+        const std::uint64_t atMost = value.expandedCount();
+        // The quick count may be too high; only then is the slow one worth its time.
+        count += atMost <= limit ? atMost : PlistExpansion::count(value, limit + 1);
+        if (count > limit) {
+            break;
+        }
+    }
+    return count;
+}
+
+/// Adds the ids of all containers at and below `top`, making all children.
+void expandSubtree(PlistNode& top, NodeIdSet& expanded) {
+    std::vector<PlistNode*> waiting{&top};
+    while (!waiting.empty()) {
+        PlistNode* node = waiting.back();
+        waiting.pop_back();
+        if (!node->isContainer()) {
+            continue;
+        }
+        expanded.insert(node->id());
+        const std::span<const PlistNodePtr> children = node->children();
+        for (std::size_t i = children.size(); i > 0; --i) {
+            if (children[i - 1]->isContainer()) {
+                waiting.push_back(children[i - 1].get());
+            }
+        }
+    }
+}
+
+/// Takes out the ids of all containers at and below `top`. Children that were never made have none.
+void collapseSubtree(PlistNode& top, NodeIdSet& expanded) {
+    std::vector<PlistNode*> waiting{&top};
+    while (!waiting.empty()) {
+        PlistNode* node = waiting.back();
+        waiting.pop_back();
+        expanded.remove(node->id());
+        if (!node->isMaterialized()) {
+            continue;
+        }
+        for (const PlistNodePtr& child : node->children()) {
+            if (child->isContainer()) {
+                waiting.push_back(child.get());
+            }
+        }
+    }
+}
+
+}  // namespace
+
+OutlineState::OutlineState(QObject* parent) : QObject(parent) {
+    MainThread::check();
+}
+
+OutlineState::~OutlineState() = default;
+
+// --- Rows ---
+
+void OutlineState::rebuild(PlistNode& root) {
+    MainThread::check();
+    if (root_.get() == &root) {
+        rebuildRows();
+        return;
+    }
+    installRoot(root);
+    {
+        const Signposter::Interval interval("Rows");
+        resetRows();
+    }
+    pruneSelection();
+}
+
+void OutlineState::installRoot(PlistNode& root) {
+    NodeIdSet expanded{root.id()};
+    if (root_) {
+        expanded = OutlineExpansion::carried(*root_, root, expanded_);
+    }
+    root_ = PlistNodePtr(&root);
+    expanded_ = std::move(expanded);
+    select({});
+    setEditing(std::nullopt);
+}
+
+std::vector<OutlineState::Row> OutlineState::freshRows() {
+    return OutlineWalk(expanded_, filter_).rows(*root_, rows().size());
+}
+
+void OutlineState::resetRows() {
+    beginChange();
+    Q_EMIT rowsAboutToBeReset();
+    rows_.reset(freshRows());
+    Q_EMIT rowsReset();
+    endChange();
+    Q_EMIT rowsChanged();
+}
+
+void OutlineState::rebuildRows() {
+    const Signposter::Interval interval("Rows");
+    beginChange();
+    applyDifference(freshRows());
+    pruneSelection();
+}
+
+void OutlineState::applyDifference(std::vector<Row> rows) {
+    const OutlineDifference difference = OutlineDifference::between(this->rows(), rows);
+    const bool removes = difference.oldEnd > difference.start;
+    const bool inserts = difference.newEnd > difference.start;
+    if (difference.isRearrangement) {
+        Q_EMIT rowsAboutToBeRearranged();
+        rows_.reset(std::move(rows));
+        Q_EMIT rowsRearranged();
+        endChange();
+        Q_EMIT rowsChanged();
+        return;
+    }
+    const int first = static_cast<int>(difference.start);
+    if (removes) {
+        Q_EMIT rowsAboutToBeRemoved(first, static_cast<int>(difference.oldEnd) - 1);
+        rows_.remove(difference.start, difference.oldEnd);
+        Q_EMIT rowsRemoved();
+    }
+    if (inserts) {
+        Q_EMIT rowsAboutToBeInserted(first, static_cast<int>(difference.newEnd) - 1);
+    }
+    rows_.replaceAdding(std::move(rows), difference.start, difference.newEnd);
+    if (inserts) {
+        Q_EMIT rowsInserted();
+    }
+    if (difference.changed) {
+        Q_EMIT rowsDataChanged(difference.changed->first, difference.changed->last);
+    }
+    endChange();
+    if (removes || inserts || difference.changed) {
+        Q_EMIT rowsChanged();
+    }
+}
+
+void OutlineState::beginChange() {
+    plistCheck(!isChangingRows_, "nobody changes the rows while they change");
+    isChangingRows_ = true;
+}
+
+std::optional<int> OutlineState::rowOf(const PlistNode& node) const {
+    MainThread::check();
+    const int hint = node.rowHint();
+    if (hint >= 0 && static_cast<std::size_t>(hint) < rows().size() &&
+        rows()[static_cast<std::size_t>(hint)].nodeId() == node.id()) {
+        return hint;
+    }
+    return rowForId(node.id());
+}
+
+std::optional<int> OutlineState::rowForId(NodeId id) const {
+    MainThread::check();
+    const auto found = std::find_if(rows().begin(), rows().end(),
+                                    [id](const Row& row) { return row.nodeId() == id; });
+    if (found == rows().end()) {
+        return std::nullopt;
+    }
+    return static_cast<int>(found - rows().begin());
+}
+
+// --- Selection and editing ---
+
+void OutlineState::select(const NodeIdSet& ids) {
+    MainThread::check();
+    if (selection_ != ids) {
+        selection_ = ids;
+        Q_EMIT selectionChanged();
+    }
+}
+
+std::vector<OutlineState::Row> OutlineState::selectedRows() const {
+    MainThread::check();
+    std::vector<Row> selected;
+    if (selection_.isEmpty()) {
+        return selected;
+    }
+    // Few ids are looked for among many rows: most rows fail a comparison with the least and the
+    // greatest of them.
+    const auto [least, greatest] = std::minmax_element(selection_.begin(), selection_.end());
+    for (const Row& row : rows()) {
+        const NodeId id = row.nodeId();
+        if (id >= *least && id <= *greatest && selection_.contains(id)) {
+            selected.push_back(row);
+            if (selected.size() == static_cast<std::size_t>(selection_.size())) {
+                break;
+            }
+        }
+    }
+    return selected;
+}
+
+void OutlineState::pruneSelection() {
+    const std::vector<Row> selected = selectedRows();
+    if (selected.size() == static_cast<std::size_t>(selection_.size())) {
+        return;
+    }
+    NodeIdSet visible;
+    for (const Row& row : selected) {
+        visible.insert(row.nodeId());
+    }
+    select(visible);
+}
+
+void OutlineState::setEditing(std::optional<EditingField> field) {
+    MainThread::check();
+    if (editing_ != field) {
+        editing_ = field;
+        Q_EMIT editingChanged();
+    }
+}
+
+// --- Expansion and filter ---
+
+OutlineState::ExpandResult OutlineState::setExpanded(PlistNode& node, Expansion expansion,
+                                                     Reach reach) {
+    const PlistNodePtr nodes[] = {PlistNodePtr(&node)};
+    return setExpanded(nodes, expansion, reach);
+}
+
+OutlineState::ExpandResult OutlineState::setExpanded(std::span<const PlistNodePtr> nodes,
+                                                     Expansion expansion, Reach reach) {
+    MainThread::check();
+    if (reach == Reach::wholeSubtree) {
+        const std::vector<PlistNode*> tops = topmost(nodes);
+        if (expansion == Expansion::expand &&
+            expandedCount(tops, expandedValueLimit) > expandedValueLimit) {
+            return ExpandResult::tooManyRows;
+        }
+        for (PlistNode* top : tops) {
+            expansion == Expansion::expand ? expandSubtree(*top, expanded_)
+                                           : collapseSubtree(*top, expanded_);
+        }
+    } else {
+        for (const PlistNodePtr& node : nodes) {
+            setExpandedAlone(*node, expansion);
+        }
+    }
+    rebuildIfShown();
+    return ExpandResult::done;
+}
+
+void OutlineState::setExpandedAlone(const PlistNode& node, Expansion expansion) {
+    if (!node.isContainer()) {
+        return;
+    }
+    if (expansion == Expansion::expand) {
+        expanded_.insert(node.id());
+    } else {
+        expanded_.remove(node.id());
+    }
+}
+
+void OutlineState::reveal(const PlistNode& node) {
+    MainThread::check();
+    for (const PlistNode* above = node.parent(); above != nullptr; above = above->parent()) {
+        expanded_.insert(above->id());
+    }
+    rebuildIfShown();
+}
+
+void OutlineState::setFilter(std::optional<NodeIdSet> filter) {
+    MainThread::check();
+    filter_ = std::move(filter);
+    rebuildIfShown();
+}
+
+void OutlineState::rebuildIfShown() {
+    if (root_) {
+        rebuildRows();
+    }
+}

@@ -1,0 +1,76 @@
+#include "app/model/OutlineWalk.h"
+
+#include <utility>
+
+#include "app/model/PlistNode.h"
+
+std::vector<OutlineRow> OutlineWalk::rows(PlistNode& root, std::size_t expectedCount) {
+    rows_.reserve(expectedCount);
+    if (isShown(root)) {
+        addRoot(root);
+    }
+    while (!openContainers_.empty()) {
+        const OpenContainer& top = openContainers_.back();
+        if (top.next == top.children.size()) {
+            openContainers_.pop_back();
+        } else {
+            addNextChild();
+        }
+    }
+    return std::move(rows_);
+}
+
+bool OutlineWalk::isShown(const PlistNode& node) const {
+    return !filter_ || filter_->contains(node.id());
+}
+
+bool OutlineWalk::isOpen(const PlistNode& node) const {
+    return node.isContainer() && (filter_ || expanded_.contains(node.id()));
+}
+
+void OutlineWalk::addRoot(PlistNode& root) {
+    const bool isExpanded = isOpen(root);
+    rows_.emplace_back(root, root.id(), isExpanded, root.has(PlistNode::touched));
+    note(root, 0);
+    if (isExpanded) {
+        open(root, 1);
+    }
+}
+
+void OutlineWalk::addNextChild() {
+    OpenContainer& top = openContainers_.back();
+    const std::uint32_t index = top.next++;
+    PlistNode& node = *top.children[index];
+    if (!isShown(node)) {
+        return;
+    }
+    const bool isDuplicate = top.type == PlistType::dictionary && node.has(PlistNode::duplicateKey);
+    const bool isExpanded = isOpen(node);
+    rows_.emplace_back(node, node.id(), top.childDepth, index, top.type, isDuplicate, isExpanded,
+                       node.has(PlistNode::touched));
+    note(node, index);
+    if (isExpanded) {
+        open(node, top.childDepth + 1);
+    }
+}
+
+void OutlineWalk::note(PlistNode& node, std::uint32_t index) {
+    node.clear(PlistNode::touched);
+    node.positionHint_ = index;
+    node.rowHint_ = static_cast<int>(rows_.size()) - 1;
+}
+
+void OutlineWalk::open(PlistNode& node, std::uint32_t childDepth) {
+    // Children that were never made have no ids that a filter could hold.
+    if (filter_ && !node.isMaterialized()) {
+        return;
+    }
+    const std::span<const PlistNodePtr> children = node.children();
+    if (children.empty()) {
+        return;
+    }
+    if (node.type() == PlistType::dictionary) {
+        node.updateDuplicateKeys();
+    }
+    openContainers_.push_back({children, 0, childDepth, node.type()});
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "app/model/NodeId.h"
+#include "app/model/OutlineRow.h"
+#include "app/model/PlistNodePtr.h"
+
+/// Makes the rows of a tree, from top to bottom, through what is expanded or left by a filter.
+/// Makes children where they are to be shown, and leaves in every node the number of its row.
+class OutlineWalk {
+public:
+    /// Both sets must outlive the walk; without a filter every node under expanded ones is shown.
+    OutlineWalk(const NodeIdSet& expanded, const std::optional<NodeIdSet>& filter)
+        : expanded_(expanded), filter_(filter) {}
+
+    /// `expectedCount` is a guess of how many rows there will be.
+    std::vector<OutlineRow> rows(PlistNode& root, std::size_t expectedCount);
+
+private:
+    /// A container whose children are being visited.
+    struct OpenContainer {
+        std::span<const PlistNodePtr> children;
+        std::uint32_t next;
+        std::uint32_t childDepth;
+        PlistType type;
+    };
+
+    bool isShown(const PlistNode& node) const;
+    bool isOpen(const PlistNode& node) const;
+    void addRoot(PlistNode& root);
+    void addNextChild();
+    void note(PlistNode& node, std::uint32_t index);
+    void open(PlistNode& node, std::uint32_t childDepth);
+
+    const NodeIdSet& expanded_;
+    const std::optional<NodeIdSet>& filter_;
+    std::vector<OutlineRow> rows_;
+    std::vector<OpenContainer> openContainers_;
+};

@@ -1,0 +1,15 @@
+#include "tests/model/support/BrokenRule.h"
+
+#include "PlistCore/PlistCheck.h"
+
+BrokenRule::BrokenRule() {
+    setPlistCheckHandler(&BrokenRule::fail);
+}
+
+BrokenRule::~BrokenRule() {
+    setPlistCheckHandler(nullptr);
+}
+
+void BrokenRule::fail(const char* rule) {
+    throw Failure{rule};
+}

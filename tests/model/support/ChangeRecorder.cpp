@@ -1,0 +1,26 @@
+#include "tests/model/support/ChangeRecorder.h"
+
+#include <string>
+
+#include "app/model/PlistNode.h"
+
+void ChangeRecorder::handleNodeChange(PlistNode& node, PlistNodeChanges changes) {
+    QStringList parts;
+    if (changes.testFlag(PlistNodeChange::key)) {
+        parts += QStringLiteral("key");
+    }
+    if (changes.testFlag(PlistNodeChange::type)) {
+        parts += QStringLiteral("type");
+    }
+    if (changes.testFlag(PlistNodeChange::scalar)) {
+        parts += QStringLiteral("scalar");
+    }
+    if (changes.testFlag(PlistNodeChange::childCount)) {
+        parts += QStringLiteral("childCount");
+    }
+    if (changes.testFlag(PlistNodeChange::children)) {
+        parts += QStringLiteral("children");
+    }
+    heard_ += QString::fromStdString(std::string(node.key().view())) + QStringLiteral(": ") +
+              parts.join(QLatin1Char('|'));
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QStringList>
+#include <utility>
+
+#include "app/model/PlistNodeObserver.h"
+
+/// Writes down what an observer hears: the key of the node and what changed, "a: type|scalar".
+class ChangeRecorder : public PlistNodeObserver {
+public:
+    void handleNodeChange(PlistNode& node, PlistNodeChanges changes) override;
+
+    /// What was heard since the last call.
+    QStringList take() { return std::exchange(heard_, {}); }
+
+private:
+    QStringList heard_;
+};

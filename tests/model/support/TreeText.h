@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+
+#include "PlistCore/PlistValue.h"
+
+class OutlineState;
+class OutlineRow;
+class PlistNode;
+
+/// Trees and rows as text, one line per node, so that a failing comparison shows the whole picture.
+namespace TreeText {
+
+/// A scalar, or the type of a container: `"text"`, `5`, `1.5`, `true`, `date 0`, `data 0aff`,
+/// `uid 7`, `dictionary`, `array`.
+QString ofValue(const PlistValue& value);
+
+/// A whole value, nested: `{a: 1, b: [true]}`.
+QString whole(const PlistValue& value);
+
+/// The node and what has been made below it, two blanks deeper on each level: `key: value`, with
+/// the number of children behind a container and "..." if they were not made yet. Children whose
+/// parent link is wrong are marked with "!".
+QString ofTree(PlistNode& node);
+
+/// `  key: value` at the depth of the row, with `[+]` or `[-]` for containers, the index in front
+/// ("2 key: ...", the root has none) and "(duplicate)" behind.
+QString ofRow(const OutlineRow& row);
+
+QString ofRows(const OutlineState& outline);
+
+}  // namespace TreeText
