@@ -115,6 +115,48 @@ public:
 #endif
     }
 
+    /// Writes each byte as a big-endian unit of two bytes: 32 bytes.
+    void storeWidened(void* place) const noexcept {
+#if defined(__SSE2__)
+        auto* units = static_cast<__m128i*>(place);
+        _mm_storeu_si128(units, _mm_unpacklo_epi8(_mm_setzero_si128(), bytes_));
+        _mm_storeu_si128(units + 1, _mm_unpackhi_epi8(_mm_setzero_si128(), bytes_));
+#else
+        auto* units = static_cast<std::uint8_t*>(place);
+        for (std::size_t i = 0; i < size; ++i) {
+            units[2 * i] = 0;
+            units[2 * i + 1] = bytes_[i];
+        }
+#endif
+    }
+
+    /// Whether the block is eight big-endian units of two bytes that are all below 0x80.
+    bool holdsAsciiUnits() const noexcept {
+#if defined(__SSE2__)
+        const __m128i others = _mm_and_si128(bytes_, _mm_set1_epi16(static_cast<short>(0x80FF)));
+        return _mm_movemask_epi8(_mm_cmpeq_epi8(others, _mm_setzero_si128())) == 0xFFFF;
+#else
+        unsigned others = 0;
+        for (std::size_t i = 0; i < size; i += 2) {
+            others |= bytes_[i] | (bytes_[i + 1] & 0x80U);
+        }
+        return others == 0;
+#endif
+    }
+
+    /// Writes the lower bytes of eight big-endian units of two bytes: 8 bytes.
+    void storeNarrowed(void* place) const noexcept {
+#if defined(__SSE2__)
+        const __m128i lower = _mm_srli_epi16(bytes_, 8);
+        _mm_storel_epi64(static_cast<__m128i*>(place), _mm_packus_epi16(lower, lower));
+#else
+        auto* narrow = static_cast<std::uint8_t*>(place);
+        for (std::size_t i = 0; i < size; i += 2) {
+            narrow[i / 2] = bytes_[i + 1];
+        }
+#endif
+    }
+
 private:
     ByteBlock() noexcept = default;
 

@@ -31,6 +31,7 @@ public:
     ~PlistBytes() { std::free(start_); }
 
     const std::uint8_t* data() const noexcept { return start_; }
+    std::uint8_t* data() noexcept { return start_; }
     std::size_t size() const noexcept { return size_; }
     bool isEmpty() const noexcept { return size_ == 0; }
     std::span<const std::uint8_t> span() const noexcept { return {start_, size_}; }
