@@ -199,20 +199,6 @@ private:
     PlistString key_;
 };
 
-inline PlistNodePtr::PlistNodePtr(PlistNode* node) noexcept : node_(node) {
-    if (node_ != nullptr) {
-        node_->retain();
-    }
-}
-
-inline PlistNodePtr::PlistNodePtr(const PlistNodePtr& other) noexcept : PlistNodePtr(other.node_) {}
-
-inline PlistNodePtr::~PlistNodePtr() {
-    if (node_ != nullptr) {
-        node_->release();
-    }
-}
-
 inline void PlistNode::release() noexcept {
     if (--owners_ == 0) {
         destroy(this);

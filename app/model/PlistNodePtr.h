@@ -9,8 +9,8 @@ class PlistNode;
 class PlistNodePtr {
 public:
     PlistNodePtr() noexcept = default;
-    explicit PlistNodePtr(PlistNode* node) noexcept;
-    PlistNodePtr(const PlistNodePtr& other) noexcept;
+    explicit PlistNodePtr(PlistNode* node) noexcept : node_(node) { retain(); }
+    PlistNodePtr(const PlistNodePtr& other) noexcept : PlistNodePtr(other.node_) {}
     PlistNodePtr(PlistNodePtr&& other) noexcept : node_(other.surrender()) {}
     PlistNodePtr& operator=(const PlistNodePtr& other) noexcept {
         PlistNodePtr copy(other);
@@ -22,7 +22,11 @@ public:
         std::swap(node_, taken.node_);
         return *this;
     }
-    ~PlistNodePtr();
+    ~PlistNodePtr() {
+        if (node_ != nullptr) {
+            release();
+        }
+    }
 
     PlistNode* get() const noexcept { return node_; }
     PlistNode& operator*() const noexcept { return *node_; }
@@ -34,6 +38,9 @@ public:
 
 private:
     friend class PlistNode;
+
+    void retain() const noexcept;
+    void release() const noexcept;
 
     /// Gives the share away with the node.
     PlistNode* surrender() noexcept { return std::exchange(node_, nullptr); }

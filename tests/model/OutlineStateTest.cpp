@@ -1,0 +1,702 @@
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QTest>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "PlistCore/PlistEntry.h"
+#include "app/model/OutlineState.h"
+#include "app/model/PlistNode.h"
+#include "tests/model/support/BrokenRule.h"
+#include "tests/model/support/RowMirror.h"
+#include "tests/model/support/TreeText.h"
+
+namespace {
+
+using Column = OutlineState::Column;
+using Expansion = OutlineState::Expansion;
+using ExpandResult = OutlineState::ExpandResult;
+using Reach = OutlineState::Reach;
+
+PlistValue number(int value) {
+    return PlistValue::integer(value);
+}
+
+PlistValue text(const char* value) {
+    return PlistValue::string(value);
+}
+
+/// {name: "Ada", items: [{a: 1}, "x"], more: {b: 2}}
+PlistValue sample() {
+    return PlistValue::dictionary(
+        {{"name", text("Ada")},
+         {"items", PlistValue::array({PlistValue::dictionary({{"a", number(1)}}), text("x")})},
+         {"more", PlistValue::dictionary({{"b", number(2)}})}});
+}
+
+/// One window's outline with a listener that must always agree with it.
+struct Window {
+    explicit Window(const PlistValue& value) : root(PlistNode::create({}, value)) {
+        outline.rebuild(*root);
+        mirror = std::make_unique<RowMirror>(outline);
+        tester = std::make_unique<QAbstractItemModelTester>(mirror.get());
+    }
+
+    /// The node under keys and positions, "items/0/a".
+    PlistNode& node(const QString& path) const {
+        PlistNode* current = root.get();
+        for (const QString& step : path.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
+            current = child(*current, step);
+        }
+        return *current;
+    }
+
+    static PlistNode* child(PlistNode& parent, const QString& step) {
+        for (const PlistNodePtr& child : parent.children()) {
+            if (child->key() == PlistString(step.toStdString())) {
+                return child.get();
+            }
+        }
+        return parent.children()[step.toULongLong()].get();
+    }
+
+    void expand(const QString& path, Reach reach = Reach::nodeAlone) {
+        QCOMPARE(outline.setExpanded(node(path), Expansion::expand, reach), ExpandResult::done);
+    }
+
+    void collapse(const QString& path, Reach reach = Reach::nodeAlone) {
+        QCOMPARE(outline.setExpanded(node(path), Expansion::collapse, reach), ExpandResult::done);
+    }
+
+    QString rows() const { return TreeText::ofRows(outline); }
+
+    /// The signals of the last change; empty text in front if the listener was told wrongly.
+    QString told() const {
+        const QString heard = mirror->takeSignals().join(QStringLiteral(", "));
+        return mirror->text() == rows() ? heard
+                                        : QStringLiteral("The listener has:\n") + mirror->text();
+    }
+
+    PlistNodePtr root;
+    OutlineState outline;
+    std::unique_ptr<RowMirror> mirror;
+    std::unique_ptr<QAbstractItemModelTester> tester;
+};
+
+/// The id that the next node gets, which is one more than the number of nodes made so far.
+NodeId nextId() {
+    return PlistNode::create({}, number(0))->id() + 1;
+}
+
+NodeIdSet idsOf(const std::vector<PlistNode*>& nodes) {
+    NodeIdSet ids;
+    for (const PlistNode* node : nodes) {
+        ids.insert(node->id());
+    }
+    return ids;
+}
+
+/// A dictionary of two equal dictionaries of two equal dictionaries ...: 2^levels leaves.
+PlistValue doubling(int levels) {
+    PlistValue value = number(1);
+    for (int i = 0; i < levels; ++i) {
+        value = PlistValue::array({value, value});
+    }
+    return value;
+}
+
+}  // namespace
+
+class OutlineStateTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    // --- The first rows ---
+
+    void startsEmpty() {
+        const OutlineState outline;
+        QVERIFY(outline.rows().empty());
+        QVERIFY(outline.root() == nullptr);
+        QVERIFY(outline.selection().isEmpty());
+        QVERIFY(!outline.editing());
+        QVERIFY(!outline.pointerColumn());
+        QVERIFY(!outline.filter());
+    }
+
+    void showsTheRootExpanded() {
+        const Window window(sample());
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  0 name: \"Ada\"\n"
+                                               "  1 items: array [+]\n"
+                                               "  2 more: dictionary [+]"));
+        QVERIFY(!window.outline.rows()[0].parentType());
+        QCOMPARE(window.outline.rows()[1].parentType(), PlistType::dictionary);
+    }
+
+    void showsAScalarRoot() {
+        const Window window(number(5));
+        QCOMPARE(window.rows(), QStringLiteral(": 5"));
+        QVERIFY(!window.outline.rows()[0].isExpanded());
+    }
+
+    void showsAnEmptyRoot() {
+        const Window window((PlistValue()));
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]"));
+    }
+
+    void resetsOnceForANewRoot() {
+        OutlineState outline;
+        const QSignalSpy about(&outline, &OutlineState::rowsAboutToBeReset);
+        const QSignalSpy reset(&outline, &OutlineState::rowsReset);
+        const QSignalSpy changed(&outline, &OutlineState::rowsChanged);
+        const QSignalSpy selection(&outline, &OutlineState::selectionChanged);
+        const QSignalSpy editing(&outline, &OutlineState::editingChanged);
+        const PlistNodePtr root = PlistNode::create({}, sample());
+        outline.rebuild(*root);
+        QCOMPARE(about.count(), 1);
+        QCOMPARE(reset.count(), 1);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(selection.count(), 0);
+        QCOMPARE(editing.count(), 0);
+        outline.rebuild(*root);
+        QCOMPARE(reset.count(), 1);
+        QCOMPARE(changed.count(), 1);
+    }
+
+    // --- Expanding ---
+
+    void expandsOneLevel() {
+        Window window(sample());
+        window.expand(QStringLiteral("items"));
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  0 name: \"Ada\"\n"
+                                               "  1 items: array [-]\n"
+                                               "    0 dictionary [+]\n"
+                                               "    1 \"x\"\n"
+                                               "  2 more: dictionary [+]"));
+        QCOMPARE(window.outline.rows()[3].parentType(), PlistType::array);
+        QCOMPARE(window.told(), QStringLiteral("insert 3-4, change 2-2"));
+        window.collapse(QStringLiteral("items"));
+        QCOMPARE(window.told(), QStringLiteral("remove 3-4, change 2-2"));
+        QCOMPARE(window.outline.rows().size(), std::size_t{4});
+    }
+
+    void expandsTheWholeSubtree() {
+        Window window(sample());
+        window.expand({}, Reach::wholeSubtree);
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  0 name: \"Ada\"\n"
+                                               "  1 items: array [-]\n"
+                                               "    0 dictionary [-]\n"
+                                               "      0 a: 1\n"
+                                               "    1 \"x\"\n"
+                                               "  2 more: dictionary [-]\n"
+                                               "    0 b: 2"));
+        // The row of "more" stands between those that came.
+        QCOMPARE(window.told(), QStringLiteral("rearrange"));
+        window.collapse({}, Reach::wholeSubtree);
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [+]"));
+        QVERIFY(window.outline.expanded().isEmpty());
+        QCOMPARE(window.told(), QStringLiteral("remove 1-7, change 0-0"));
+        window.expand({});
+        QCOMPARE(window.outline.rows().size(), std::size_t{4});
+    }
+
+    void keepsTheExpansionBelowACollapsedContainer() {
+        Window window(sample());
+        window.expand(QStringLiteral("items"));
+        window.expand(QStringLiteral("items/0"));
+        window.collapse(QStringLiteral("items"));
+        window.expand(QStringLiteral("items"));
+        QCOMPARE(window.outline.rows().size(), std::size_t{7});
+    }
+
+    void ignoresScalars() {
+        Window window(sample());
+        window.expand(QStringLiteral("name"));
+        window.expand(QStringLiteral("name"), Reach::wholeSubtree);
+        QCOMPARE(window.outline.expanded(), idsOf({window.root.get()}));
+        QCOMPARE(window.told(), QString());
+    }
+
+    void expandsSeveralAtOnce() {
+        Window window(sample());
+        const PlistNodePtr nodes[] = {PlistNodePtr(&window.node(QStringLiteral("items"))),
+                                      PlistNodePtr(&window.node(QStringLiteral("more"))),
+                                      PlistNodePtr(&window.node(QStringLiteral("name")))};
+        const QSignalSpy changed(&window.outline, &OutlineState::rowsChanged);
+        window.outline.setExpanded(nodes, Expansion::expand, Reach::nodeAlone);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(window.outline.rows().size(), std::size_t{7});
+        QVERIFY(window.outline.isExpanded(nodes[0]->id()));
+        QVERIFY(!window.outline.isExpanded(nodes[2]->id()));
+    }
+
+    void setsExpansionBeforeThereIsARoot() {
+        OutlineState outline;
+        const PlistNodePtr node = PlistNode::create({}, sample());
+        outline.setExpanded(*node, Expansion::expand, Reach::nodeAlone);
+        outline.reveal(*node);
+        outline.setFilter(std::nullopt);
+        QVERIFY(outline.isExpanded(node->id()));
+        QVERIFY(outline.rows().empty());
+    }
+
+    void refusesToExpandMoreThanMemoryHolds() {
+        Window window(PlistValue::array({doubling(40), doubling(3)}));
+        const NodeId before = nextId();
+        QCOMPARE(window.outline.setExpanded(*window.root, Expansion::expand, Reach::wholeSubtree),
+                 ExpandResult::tooManyRows);
+        QCOMPARE(nextId(), before + 1);
+        QCOMPARE(window.outline.rows().size(), std::size_t{3});
+        QCOMPARE(window.told(), QString());
+        window.expand(QStringLiteral("1"), Reach::wholeSubtree);
+        QCOMPARE(window.outline.rows().size(), std::size_t{3 + 14});
+        window.collapse({}, Reach::wholeSubtree);
+        QCOMPARE(window.outline.rows().size(), std::size_t{1});
+    }
+
+    void countsNestedTargetsOnce() {
+        // Each level alone is far below the limit; counted once for every level they are not.
+        std::vector<PlistValue> items(2'000, number(1));
+        PlistValue value = PlistValue::array(std::move(items));
+        constexpr int depth = 6'000;
+        for (int i = 0; i < depth; ++i) {
+            value = PlistValue::array({value});
+        }
+        const PlistNodePtr root = PlistNode::create({}, value);
+        std::vector<PlistNodePtr> nodes{root};
+        for (int i = 0; i < depth; ++i) {
+            nodes.push_back(nodes.back()->children()[0]);
+        }
+        OutlineState outline;
+        QCOMPARE(outline.setExpanded(nodes, Expansion::expand, Reach::wholeSubtree),
+                 ExpandResult::done);
+        QCOMPARE(outline.expanded().size(), depth + 1);
+    }
+
+    // --- Laziness ---
+
+    void makesNoNodesBelowCollapsedContainers() {
+        const NodeId before = nextId();
+        Window window(sample());
+        QCOMPARE(nextId(), before + 1 + 4);
+        for (const PlistNodePtr& child : window.root->children()) {
+            QVERIFY(!child->isMaterialized());
+        }
+        window.outline.rebuild(*window.root);
+        QCOMPARE(nextId(), before + 2 + 4);
+        // Nothing below has ever been expanded, so nothing has to be made to collapse it.
+        window.collapse({}, Reach::wholeSubtree);
+        QCOMPARE(nextId(), before + 3 + 4);
+    }
+
+    void makesNoNodesForAFilter() {
+        Window window(sample());
+        const NodeId before = nextId();
+        window.outline.setFilter(idsOf({window.root.get(), &window.node(QStringLiteral("more"))}));
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  2 more: dictionary [-]"));
+        QCOMPARE(nextId(), before + 1);
+    }
+
+    // --- Repeated keys ---
+
+    void flagsEveryRepeatedKey() {
+        const Window window(
+            PlistValue::dictionary({{"a", number(1)}, {"b", number(2)}, {"a", number(3)}}));
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  0 a: 1 (duplicate)\n"
+                                               "  1 b: 2\n"
+                                               "  2 a: 3 (duplicate)"));
+    }
+
+    void flagsKeysThatAreEqualAsText() {
+        const Window window(
+            PlistValue::dictionary({{"caf\u00e9", number(1)}, {"cafe\u0301", number(2)}}));
+        QVERIFY(window.outline.rows()[1].isDuplicateKey());
+        QVERIFY(window.outline.rows()[2].isDuplicateKey());
+    }
+
+    void followsRenames() {
+        Window window(
+            PlistValue::dictionary({{"a", number(1)}, {"b", number(2)}, {"c", number(3)}}));
+        window.node(QStringLiteral("c")).setKey("a");
+        window.outline.rebuild(*window.root);
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  0 a: 1 (duplicate)\n"
+                                               "  1 b: 2\n"
+                                               "  2 a: 3 (duplicate)"));
+        QCOMPARE(window.told(), QStringLiteral("change 1-3"));
+    }
+
+    void flagsNoHiddenKeysOfArrays() {
+        Window window(PlistValue::dictionary({{"a", number(1)}, {"a", number(2)}}));
+        window.root->convertContainer(PlistType::array);
+        window.outline.rebuild(*window.root);
+        QCOMPARE(window.rows(), QStringLiteral(": array [-]\n"
+                                               "  0 1\n"
+                                               "  1 2"));
+        QCOMPARE(window.told(), QStringLiteral("change 0-2"));
+    }
+
+    // --- Signals ---
+
+    void tellsOfOneInsertedRow() {
+        Window window(PlistValue::array({number(1), number(2), number(3)}));
+        const PlistNodePtr added = PlistNode::create({}, number(9));
+        window.root->insertChildren(std::span(&added, 1), 1);
+        window.outline.rebuild(*window.root);
+        // Above, the count has changed; below, the positions.
+        QCOMPARE(window.told(), QStringLiteral("insert 2-2, change 0-4"));
+        const std::size_t last[] = {3};
+        window.root->removeChildren(last);
+        window.outline.rebuild(*window.root);
+        QCOMPARE(window.told(), QStringLiteral("remove 4-4, change 0-0"));
+    }
+
+    void tellsOfAValue() {
+        Window window(sample());
+        window.node(QStringLiteral("more/b")).setValue(number(3));
+        window.node(QStringLiteral("name")).setValue(text("Bob"));
+        window.outline.rebuild(*window.root);
+        QCOMPARE(window.told(), QStringLiteral("change 1-1"));
+        window.outline.rebuild(*window.root);
+        QCOMPARE(window.told(), QString());
+    }
+
+    void tellsOfAReplacementInOneRemovalAndOneInsertion() {
+        Window window(sample());
+        window.expand(QStringLiteral("items"));
+        window.told();
+        PlistNode& items = window.node(QStringLiteral("items"));
+        items.setValue(PlistValue::array({number(1), number(2), number(3)}));
+        window.outline.rebuild(*window.root);
+        QCOMPARE(window.told(), QStringLiteral("remove 3-4, insert 3-5, change 2-2"));
+    }
+
+    void tellsOfAMoveAsARearrangement() {
+        Window window(PlistValue::array({number(1), number(2), number(3)}));
+        const auto children = window.root->children();
+        const std::vector<PlistNodePtr> moved{children[1], children[2], children[0]};
+        const QPersistentModelIndex first(window.mirror->index(1, 0));
+        window.root->setChildren(moved);
+        window.outline.rebuild(*window.root);
+        QCOMPARE(window.told(), QStringLiteral("rearrange"));
+        QCOMPARE(first.row(), 3);
+    }
+
+    void keepsNodesAliveUntilTheirRowsGo() {
+        Window window(PlistValue::array({number(1), number(2)}));
+        const std::size_t first[] = {0};
+        window.root->removeChildren(first);
+        QCOMPARE(window.rows(), QStringLiteral(": array [-]\n"
+                                               "  0 1\n"
+                                               "  1 2"));
+        window.outline.rebuild(*window.root);
+        QCOMPARE(window.rows(), QStringLiteral(": array [-]\n"
+                                               "  0 2"));
+    }
+
+    void allowsNoChangeOfRowsWhileTheyChange() {
+        Window window(sample());
+        const BrokenRule broken;
+        std::optional<QString> rule;
+        const auto meddle = [&] {
+            rule = broken.of([&window] { window.outline.rebuild(*window.root); });
+        };
+        connect(&window.outline, &OutlineState::rowsInserted, this, meddle);
+        window.expand(QStringLiteral("items"));
+        QCOMPARE(rule, QStringLiteral("nobody changes the rows while they change"));
+    }
+
+    // --- Looking rows up ---
+
+    void findsRows() {
+        Window window(sample());
+        PlistNode& inner = window.node(QStringLiteral("items/0"));
+        QCOMPARE(window.outline.rowOf(inner), std::nullopt);
+        QCOMPARE(window.outline.rowForId(inner.id()), std::nullopt);
+        window.expand(QStringLiteral("items"));
+        QCOMPARE(window.outline.rowOf(inner), std::optional(3));
+        QCOMPARE(window.outline.rowForId(inner.id()), std::optional(3));
+        window.collapse(QStringLiteral("items"));
+        QCOMPARE(window.outline.rowOf(inner), std::nullopt);
+    }
+
+    void findsRowsOfATreeThatAnotherOutlineShowsToo() {
+        Window window(sample());
+        OutlineState other;
+        other.rebuild(*window.root);
+        other.setExpanded(window.node(QStringLiteral("items")), Expansion::expand,
+                          Reach::nodeAlone);
+        PlistNode& more = window.node(QStringLiteral("more"));
+        QCOMPARE(other.rowOf(more), std::optional(5));
+        QCOMPARE(window.outline.rowOf(more), std::optional(3));
+    }
+
+    void putsTheRowsWhereThePositionsAre() {
+        Window window(PlistValue::array({number(1), number(2), number(3)}));
+        const std::size_t first[] = {0};
+        window.root->removeChildren(first);
+        window.outline.rebuild(*window.root);
+        QCOMPARE(window.outline.rows()[1].index(), 0);
+        QCOMPARE(window.outline.rows()[1].node().indexInParent(), std::optional<qint64>(0));
+    }
+
+    // --- Selection ---
+
+    void selectsOnlyDifferences() {
+        Window window(sample());
+        const QSignalSpy spy(&window.outline, &OutlineState::selectionChanged);
+        const NodeIdSet ids =
+            idsOf({&window.node(QStringLiteral("more")), &window.node(QStringLiteral("name"))});
+        window.outline.select(ids);
+        window.outline.select(ids);
+        QCOMPARE(spy.count(), 1);
+        const auto rows = window.outline.selectedRows();
+        QCOMPARE(rows.size(), std::size_t{2});
+        QCOMPARE(rows[0], window.outline.rows()[1]);
+        QCOMPARE(rows[1], window.outline.rows()[3]);
+    }
+
+    void deselectsWhatIsCollapsedAway() {
+        Window window(sample());
+        window.expand(QStringLiteral("items"));
+        PlistNode& inside = window.node(QStringLiteral("items/1"));
+        PlistNode& outside = window.node(QStringLiteral("more"));
+        window.outline.select(idsOf({&inside, &outside}));
+        const QSignalSpy spy(&window.outline, &OutlineState::selectionChanged);
+        window.collapse(QStringLiteral("items"));
+        QCOMPARE(window.outline.selection(), idsOf({&outside}));
+        QCOMPARE(spy.count(), 1);
+        window.outline.rebuild(*window.root);
+        QCOMPARE(spy.count(), 1);
+    }
+
+    void deselectsIdsThatWereNeverRows() {
+        Window window(sample());
+        window.outline.select({window.root->id(), 0, 1'000'000'000});
+        window.outline.rebuild(*window.root);
+        QCOMPARE(window.outline.selection(), idsOf({window.root.get()}));
+    }
+
+    // --- Editing and pointer ---
+
+    void setsTheEditingFieldOnce() {
+        Window window(sample());
+        const QSignalSpy spy(&window.outline, &OutlineState::editingChanged);
+        const OutlineState::EditingField field{window.root->id(), Column::value};
+        window.outline.setEditing(field);
+        window.outline.setEditing(field);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(window.outline.editing(), field);
+        window.outline.setEditing(OutlineState::EditingField{window.root->id(), Column::key});
+        QCOMPARE(spy.count(), 2);
+        window.outline.setEditing(std::nullopt);
+        window.outline.setEditing(std::nullopt);
+        QCOMPARE(spy.count(), 3);
+    }
+
+    void keepsThePointerColumn() {
+        OutlineState outline;
+        outline.setPointerColumn(Column::value);
+        QCOMPARE(outline.pointerColumn(), Column::value);
+        outline.setPointerColumn(std::nullopt);
+        QVERIFY(!outline.pointerColumn());
+    }
+
+    // --- Reveal and filter ---
+
+    void revealsANode() {
+        Window window(sample());
+        window.outline.reveal(window.node(QStringLiteral("items/0")));
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  0 name: \"Ada\"\n"
+                                               "  1 items: array [-]\n"
+                                               "    0 dictionary [+]\n"
+                                               "    1 \"x\"\n"
+                                               "  2 more: dictionary [+]"));
+    }
+
+    void revealsThroughACollapsedRoot() {
+        Window window(sample());
+        window.collapse({});
+        window.outline.reveal(window.node(QStringLiteral("name")));
+        QCOMPARE(window.outline.rows().size(), std::size_t{4});
+    }
+
+    void filtersToTheMatchesAndTheirAncestors() {
+        Window window(sample());
+        PlistNode& deep = window.node(QStringLiteral("items/0/a"));
+        window.outline.setFilter(
+            idsOf({&deep, deep.parent(), deep.parent()->parent(), window.root.get()}));
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  1 items: array [-]\n"
+                                               "    0 dictionary [-]\n"
+                                               "      0 a: 1"));
+        QVERIFY(!window.outline.isExpanded(deep.parent()->id()));
+        window.told();
+        window.outline.setFilter(std::nullopt);
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  0 name: \"Ada\"\n"
+                                               "  1 items: array [+]\n"
+                                               "  2 more: dictionary [+]"));
+        QCOMPARE(window.told(), QStringLiteral("rearrange"));
+    }
+
+    void hidesWhatHasAHiddenAncestor() {
+        Window window(sample());
+        PlistNode& deep = window.node(QStringLiteral("items/0/a"));
+        window.outline.setFilter(idsOf({&deep, deep.parent(), window.root.get()}));
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]"));
+        window.outline.setFilter(NodeIdSet());
+        QCOMPARE(window.rows(), QString());
+        QCOMPARE(window.told(), QStringLiteral("remove 1-3, remove 0-0"));
+    }
+
+    void flagsRepeatedKeysAmongHiddenSiblingsToo() {
+        Window window(PlistValue::dictionary({{"a", number(1)}, {"a", number(2)}}));
+        window.outline.setFilter(idsOf({window.root.get(), window.root->children()[1].get()}));
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  1 a: 2 (duplicate)"));
+    }
+
+    // --- A new root ---
+
+    void carriesTheExpansionOver() {
+        Window window(sample());
+        window.expand(QStringLiteral("items"));
+        window.expand(QStringLiteral("items/0"));
+        window.outline.select(idsOf({window.root.get()}));
+        window.outline.setEditing(OutlineState::EditingField{window.root->id(), Column::key});
+        window.told();
+        const QSignalSpy selection(&window.outline, &OutlineState::selectionChanged);
+        const QSignalSpy editing(&window.outline, &OutlineState::editingChanged);
+
+        const PlistNodePtr next = PlistNode::create(
+            {}, PlistValue::dictionary({{"more", PlistValue::dictionary({{"b", number(2)}})},
+                                        {"items", sample().children()[1]}}));
+        window.outline.rebuild(*next);
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  0 more: dictionary [+]\n"
+                                               "  1 items: array [-]\n"
+                                               "    0 dictionary [-]\n"
+                                               "      0 a: 1\n"
+                                               "    1 \"x\""));
+        QCOMPARE(window.told(), QStringLiteral("reset"));
+        QCOMPARE(selection.count(), 1);
+        QCOMPARE(editing.count(), 1);
+        QVERIFY(window.outline.selection().isEmpty());
+        QVERIFY(!window.outline.editing());
+        QVERIFY(window.outline.root() == next.get());
+    }
+
+    void ignoresStepsThatLeadNowhere() {
+        const PlistValue inner = PlistValue::array({number(1)});
+        Window window(PlistValue::array({inner, inner, inner, inner}));
+        window.expand(QStringLiteral("1"));
+        window.expand(QStringLiteral("3"));
+        const PlistNodePtr next = PlistNode::create({}, PlistValue::array({inner, inner}));
+        window.outline.rebuild(*next);
+        QCOMPARE(window.rows(), QStringLiteral(": array [-]\n"
+                                               "  0 array [+]\n"
+                                               "  1 array [-]\n"
+                                               "    0 1"));
+    }
+
+    void takesKeysForPositionsAndTheReverse() {
+        const PlistValue inner = PlistValue::array({number(1)});
+        Window window(PlistValue::dictionary({{"1", inner}, {"+0", inner}, {"x", inner}}));
+        window.expand(QStringLiteral("1"));
+        window.expand(QStringLiteral("+0"));
+        window.expand(QStringLiteral("x"));
+        const PlistNodePtr array = PlistNode::create({}, PlistValue::array({inner, inner}));
+        window.outline.rebuild(*array);
+        QCOMPARE(window.rows(), QStringLiteral(": array [-]\n"
+                                               "  0 array [+]\n"
+                                               "  1 array [-]\n"
+                                               "    0 1"));
+        const PlistNodePtr dictionary =
+            PlistNode::create({}, PlistValue::dictionary({{"0", inner}, {"1", inner}}));
+        window.outline.rebuild(*dictionary);
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  0 0: array [+]\n"
+                                               "  1 1: array [-]\n"
+                                               "    0 1"));
+    }
+
+    void followsTheFirstOfRepeatedKeys() {
+        const PlistValue inner = PlistValue::array({number(1)});
+        Window window(PlistValue::dictionary({{"a", number(0)}, {"a", inner}}));
+        window.outline.setExpanded(*window.root->children()[1], Expansion::expand,
+                                   Reach::nodeAlone);
+        const PlistNodePtr next =
+            PlistNode::create({}, PlistValue::dictionary({{"a", inner}, {"a", inner}}));
+        window.outline.rebuild(*next);
+        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
+                                               "  0 a: array [-] (duplicate)\n"
+                                               "    0 1\n"
+                                               "  1 a: array [+] (duplicate)"));
+        // A scalar in that place takes the expansion away, whatever stands behind it.
+        const PlistNodePtr scalar =
+            PlistNode::create({}, PlistValue::dictionary({{"a", number(0)}, {"a", inner}}));
+        window.outline.rebuild(*scalar);
+        QCOMPARE(window.outline.expanded(), idsOf({scalar.get()}));
+    }
+
+    void forgetsWhatStoodBelowACollapsedContainer() {
+        Window window(sample());
+        window.expand(QStringLiteral("items"));
+        window.expand(QStringLiteral("items/0"));
+        window.collapse(QStringLiteral("items"));
+        const PlistNodePtr next = PlistNode::create({}, sample());
+        window.outline.rebuild(*next);
+        QCOMPARE(window.outline.expanded(), idsOf({next.get()}));
+        QVERIFY(!next->children()[1]->isMaterialized());
+    }
+
+    void expandsTheNewRootEvenIfTheOldWasCollapsed() {
+        Window window(sample());
+        window.expand(QStringLiteral("items"));
+        window.collapse({});
+        const PlistNodePtr next = PlistNode::create({}, sample());
+        window.outline.rebuild(*next);
+        QCOMPARE(window.outline.rows().size(), std::size_t{4});
+    }
+
+    void carriesManySteps() {
+        std::vector<PlistEntry> entries;
+        for (int i = 0; i < 20'000; ++i) {
+            entries.push_back({std::to_string(i), PlistValue::array({number(i)})});
+        }
+        const PlistValue value = PlistValue::dictionary(entries);
+        Window window(value);
+        window.expand({}, Reach::wholeSubtree);
+        std::reverse(entries.begin(), entries.end());
+        const PlistNodePtr next = PlistNode::create({}, PlistValue::dictionary(entries));
+        window.outline.rebuild(*next);
+        QCOMPARE(window.outline.rows().size(), std::size_t{40'001});
+    }
+
+    void carriesDeepExpansions() {
+        PlistValue value = number(1);
+        constexpr int depth = 50'000;
+        for (int i = 0; i < depth; ++i) {
+            value = PlistValue::array({value});
+        }
+        OutlineState outline;
+        const PlistNodePtr root = PlistNode::create({}, value);
+        outline.rebuild(*root);
+        outline.setExpanded(*root, Expansion::expand, Reach::wholeSubtree);
+        QCOMPARE(outline.rows().size(), std::size_t{depth + 1});
+        QCOMPARE(outline.rows().back().depth(), depth);
+        const PlistNodePtr next = PlistNode::create({}, value);
+        outline.rebuild(*next);
+        QCOMPARE(outline.rows().size(), std::size_t{depth + 1});
+    }
+};
+
+QTEST_GUILESS_MAIN(OutlineStateTest)
+#include "OutlineStateTest.moc"
