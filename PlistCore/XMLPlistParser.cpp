@@ -12,6 +12,7 @@
 #include "PlistCore/PlistDate.h"
 #include "PlistCore/PlistError.h"
 #include "PlistCore/PlistText.h"
+#include "PlistCore/TextEncoding.h"
 #include "PlistCore/UnicodeText.h"
 #include "PlistCore/XMLAssembler.h"
 #include "PlistCore/XMLFastPath.h"
@@ -251,35 +252,14 @@ std::string lowerCased(std::string_view text) {
     return result;
 }
 
-/// In bytes; 0 for an empty text.
-std::size_t lengthOfFirstCharacter(std::string_view text) {
-    std::size_t length = text.empty() ? 0 : 1;
-    while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) {
-        ++length;
-    }
-    return length;
-}
-
 }  // namespace
 
 bool XMLPlistParser::acceptsEncoding(std::span<const std::uint8_t> bytes) {
-    std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    text = text.substr(0, 256);
-    if (text.starts_with(byteOrderMark)) {
-        text.remove_prefix(byteOrderMark.size());
-    }
-    if (!text.starts_with("<?xml")) {
+    const std::optional<std::string> declared = TextEncoding::declaredEncoding(bytes);
+    if (!declared) {
         return true;
     }
-    const std::string declaration = lowerCased(text.substr(0, text.find("?>")));
-    constexpr std::string_view label = "encoding=";
-    const std::size_t found = declaration.find(label);
-    if (found == std::string::npos) {
-        return true;
-    }
-    std::string_view rest = std::string_view(declaration).substr(found + label.size());
-    rest.remove_prefix(lengthOfFirstCharacter(rest));
-    const std::string_view name = rest.substr(0, rest.find_first_of("\"'"));
+    const std::string name = lowerCased(*declared);
     return name == "utf-8" || name == "utf8";
 }
 
