@@ -5,10 +5,11 @@
 
 #include "PlistCore/PlistValue.h"
 
-/// Whether a value comes back equal from the XML form.
+/// What comes back from the XML form of a value.
 enum class XmlTrip {
     equal,
     changed,
+    error,
 };
 
 /// A named value for round trips: every format writes it and reads it back.
@@ -19,5 +20,5 @@ struct SampleValue {
 };
 
 /// Values of every type, at every boundary of the formats. All of them come back equal from the
-/// binary form; those that the XML form changes say so.
+/// binary form; those that the XML form cannot hold say so.
 std::vector<SampleValue> sampleValues();
