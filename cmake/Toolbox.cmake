@@ -11,11 +11,6 @@ if(TABULET_LLD AND PROJECT_IS_TOP_LEVEL)
     add_link_options(-fuse-ld=lld)
 endif()
 
-# ccache hides that the compiler writes to a terminal, so colours must be asked for.
-if(PROJECT_IS_TOP_LEVEL AND CMAKE_GENERATOR STREQUAL "Ninja")
-    add_compile_options(-fdiagnostics-color=auto)
-endif()
-
 if(TABULET_SANITIZE)
     add_compile_options(-fsanitize=${TABULET_SANITIZE} -fno-omit-frame-pointer
                         -fno-sanitize-recover=all)

@@ -55,7 +55,7 @@ installMissing() {
     done
     [[ ${#missing[@]} -gt 0 ]] || return 0
 
-    say "Installing what is missing:"
+    say "Installing what is missing, which may take a few minutes:"
     for line in "${missing[@]}"; do
         printf '  %-20s  %s\n' "${line%%|*}" "${line#*|}" >&2
     done
