@@ -30,10 +30,15 @@ KeyTable::KeyTable(std::span<const PlistNodePtr> nodes)
       slots_(std::max(leastSlots, std::bit_ceil(nodes.size() * 2))),
       mask_(slots_.size() - 1) {}
 
-std::size_t KeyTable::insert(std::size_t index) {
-    const PlistString& key = nodes_[index]->key();
-    const std::uint64_t hash = hashOf(key);
-    Slot& slot = slots_[slotFor(key, hash)];
+void KeyTable::prepare(std::size_t start, std::span<std::uint64_t> hashes) const {
+    for (std::size_t i = 0; i < hashes.size(); ++i) {
+        hashes[i] = hashOf(nodes_[start + i]->key());
+        __builtin_prefetch(&slots_[static_cast<std::size_t>(hashes[i]) & mask_]);
+    }
+}
+
+std::size_t KeyTable::insert(std::size_t index, std::uint64_t hash) {
+    Slot& slot = slots_[slotFor(nodes_[index]->key(), hash)];
     if (slot.number == 0) {
         slot = {tagOf(hash), static_cast<std::uint32_t>(index + 1)};
     }

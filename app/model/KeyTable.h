@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -15,14 +17,27 @@
 /// set, whose entries are allocated one by one.
 class KeyTable {
 public:
-    /// An empty table with room for all of `nodes`, which must outlive it.
+    /// An empty table with room for all of `nodes`, which must stay as they are.
     explicit KeyTable(std::span<const PlistNodePtr> nodes);
 
-    /// Adds the key of the node at `index`, unless an equal one is there. Returns the index whose
-    /// key stands in the table: `index` itself, or the earlier one.
-    std::size_t insert(std::size_t index);
+    /// Adds all keys in order, and calls `repeated(earlier, later)` for each that equals one before
+    /// it, with the indexes of the first of its kind and its own. To be called once.
+    template <typename Repeated>
+    void insertAll(const Repeated& repeated) {
+        std::array<std::uint64_t, batchSize> hashes;
+        for (std::size_t start = 0; start < nodes_.size(); start += batchSize) {
+            const std::size_t count = std::min(batchSize, nodes_.size() - start);
+            prepare(start, std::span(hashes).first(count));
+            for (std::size_t i = 0; i < count; ++i) {
+                const std::size_t first = insert(start + i, hashes[i]);
+                if (first != start + i) {
+                    repeated(first, start + i);
+                }
+            }
+        }
+    }
 
-    /// The index that was added with an equal key.
+    /// The first index with an equal key, or nothing.
     std::optional<std::size_t> find(const PlistString& key) const;
 
 private:
@@ -30,6 +45,15 @@ private:
         std::uint32_t tag = 0;     ///< bits of the hash that do not choose the slot
         std::uint32_t number = 0;  ///< index + 1; 0 for a free slot
     };
+
+    /// The slots of a large table are far apart: those of a whole batch are fetched together.
+    static constexpr std::size_t batchSize = 32;
+
+    /// Works out the hashes of the keys from `start` on, and has their slots fetched.
+    void prepare(std::size_t start, std::span<std::uint64_t> hashes) const;
+
+    /// Adds one key unless an equal one is there. Returns the index whose key is in the table.
+    std::size_t insert(std::size_t index, std::uint64_t hash);
 
     /// The slot that holds an equal key, or the free one where it would go.
     std::size_t slotFor(const PlistString& key, std::uint64_t hash) const;

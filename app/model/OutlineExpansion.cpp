@@ -41,9 +41,7 @@ public:
         : children_(node.children()), isDictionary_(node.type() == PlistType::dictionary) {
         if (isDictionary_ && expectedCount >= manySteps) {
             table_.emplace(children_);
-            for (std::size_t i = 0; i < children_.size(); ++i) {
-                table_->insert(i);
-            }
+            table_->insertAll([](std::size_t, std::size_t) {});
         }
     }
 

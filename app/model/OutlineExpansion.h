@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/model/NodeId.h"
+#include "app/model/NodeIdSet.h"
 
 class PlistNode;
 

@@ -216,12 +216,8 @@ std::vector<OutlineState::Row> OutlineState::selectedRows() const {
     if (selection_.isEmpty()) {
         return selected;
     }
-    // Few ids are looked for among many rows: most rows fail a comparison with the least and the
-    // greatest of them.
-    const auto [least, greatest] = std::minmax_element(selection_.begin(), selection_.end());
     for (const Row& row : rows()) {
-        const NodeId id = row.nodeId();
-        if (id >= *least && id <= *greatest && selection_.contains(id)) {
+        if (selection_.contains(row.nodeId())) {
             selected.push_back(row);
             if (selected.size() == static_cast<std::size_t>(selection_.size())) {
                 break;

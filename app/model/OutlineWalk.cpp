@@ -4,8 +4,16 @@
 
 #include "app/model/PlistNode.h"
 
+namespace {
+
+constexpr std::size_t sixteenth = 16;
+constexpr std::size_t fewRows = 64;
+
+}  // namespace
+
 std::vector<OutlineRow> OutlineWalk::rows(PlistNode& root, std::size_t expectedCount) {
-    rows_.reserve(expectedCount);
+    // Growing would copy all rows; room that stays unused costs nothing.
+    rows_.reserve(expectedCount + expectedCount / sixteenth + fewRows);
     if (isShown(root)) {
         addRoot(root);
     }

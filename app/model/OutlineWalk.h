@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/model/NodeId.h"
+#include "app/model/NodeIdSet.h"
 #include "app/model/OutlineRow.h"
 #include "app/model/PlistNodePtr.h"
 

@@ -164,14 +164,10 @@ void PlistNode::updateDuplicateKeys() {
             }
         }
     } else {
-        KeyTable table(nodes);
-        for (std::size_t i = 0; i < nodes.size(); ++i) {
-            const std::size_t first = table.insert(i);
-            if (first != i) {
-                nodes[i]->set(duplicateKey);
-                nodes[first]->set(duplicateKey);
-            }
-        }
+        KeyTable(nodes).insertAll([&nodes](std::size_t first, std::size_t second) {
+            nodes[first]->set(duplicateKey);
+            nodes[second]->set(duplicateKey);
+        });
     }
     set(duplicatesKnown);
 }

@@ -16,37 +16,40 @@ std::vector<PlistNodePtr> nodesWithKeys(const std::vector<std::string>& keys) {
     return nodes;
 }
 
+/// "first=second" for every key that is there already.
+QString repeatedAmong(const std::vector<std::string>& keys) {
+    const auto nodes = nodesWithKeys(keys);
+    QStringList pairs;
+    KeyTable(nodes).insertAll([&pairs](std::size_t first, std::size_t second) {
+        pairs += QStringLiteral("%1=%2").arg(first).arg(second);
+    });
+    return pairs.join(QLatin1Char(' '));
+}
+
 }  // namespace
 
 class KeyTableTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void returnsTheFirstOfEqualKeys() {
-        const auto nodes = nodesWithKeys({"a", "", "b", "a", ""});
-        KeyTable table(nodes);
-        QCOMPARE(table.insert(0), std::size_t{0});
-        QCOMPARE(table.insert(1), std::size_t{1});
-        QCOMPARE(table.insert(2), std::size_t{2});
-        QCOMPARE(table.insert(3), std::size_t{0});
-        QCOMPARE(table.insert(4), std::size_t{1});
-    }
-
-    void findsOnlyWhatWasAdded() {
-        const auto nodes = nodesWithKeys({"a", "b"});
-        KeyTable table(nodes);
-        table.insert(1);
-        QCOMPARE(table.find("b"), std::optional<std::size_t>(1));
-        QCOMPARE(table.find("a"), std::nullopt);
-        QCOMPARE(table.find(""), std::nullopt);
+    void tellsOfRepeatedKeys() {
+        QCOMPARE(repeatedAmong({"a", "", "b", "a", "", "a"}), QStringLiteral("0=3 1=4 0=5"));
+        QCOMPARE(repeatedAmong({"a", "A", "b"}), QString());
+        QCOMPARE(repeatedAmong({}), QString());
     }
 
     void takesCanonicallyEquivalentKeysForEqual() {
-        const auto nodes = nodesWithKeys({"caf\u00e9", "cafe\u0301", "cafe"});
+        QCOMPARE(repeatedAmong({"caf\u00e9", "cafe\u0301", "cafe"}), QStringLiteral("0=1"));
+    }
+
+    void findsTheFirst() {
+        const auto nodes = nodesWithKeys({"a", "b", "b"});
         KeyTable table(nodes);
-        QCOMPARE(table.insert(0), std::size_t{0});
-        QCOMPARE(table.insert(1), std::size_t{0});
-        QCOMPARE(table.insert(2), std::size_t{2});
+        QCOMPARE(table.find("b"), std::nullopt);
+        table.insertAll([](std::size_t, std::size_t) {});
+        QCOMPARE(table.find("b"), std::optional<std::size_t>(1));
+        QCOMPARE(table.find("a"), std::optional<std::size_t>(0));
+        QCOMPARE(table.find(""), std::nullopt);
     }
 
     void keepsManyKeysApart() {
@@ -56,9 +59,12 @@ private Q_SLOTS:
         }
         const auto nodes = nodesWithKeys(keys);
         KeyTable table(nodes);
-        for (std::size_t i = 0; i < keys.size(); ++i) {
-            QCOMPARE(table.insert(i), i % 15'000);
-        }
+        std::size_t expected = 0;
+        table.insertAll([&expected](std::size_t first, std::size_t second) {
+            QCOMPARE(first, expected++);
+            QCOMPARE(second, first + 15'000);
+        });
+        QCOMPARE(expected, std::size_t{5'000});
         QCOMPARE(table.find("14999"), std::optional<std::size_t>(14'999));
         QCOMPARE(table.find("15000"), std::nullopt);
     }
