@@ -164,8 +164,12 @@ PlistString OpenStepScanner::readString() {
 
 PlistString OpenStepScanner::readWord() {
     const std::size_t start = position_;
-    while (!isAtEnd() && isWordByte(text_[position_]) && !startsWith("/*")) {
+    while (!isAtEnd() && isWordByte(text_[position_])) {
         ++position_;
+    }
+    // "a/* b */" is a word and a comment.
+    if (isAt('*') && position_ - start > 1 && text_[position_ - 1] == '/') {
+        --position_;
     }
     return text_.substr(start, position_ - start);
 }

@@ -135,7 +135,7 @@ TEST(OpenStepPlistParserTest, namesTheFirstThingWrong) {
         {"{a", "Expected “=” at line 1, column 3."},
         {"{a}", "Expected “=” at line 1, column 3."},
         {"{a b;}", "Expected “=” at line 1, column 4."},
-        {"{\"a\": \"b\"}", "Expected “=” at line 1, column 5."},
+        {R"({"a": "b"})", "Expected “=” at line 1, column 5."},
         {"a=b;\n\"c\" - d;", "Expected “=” at line 2, column 5."},
         {"{a=", "Expected a value at line 1, column 4."},
         {"{a=;}", "Expected a value at line 1, column 4."},
