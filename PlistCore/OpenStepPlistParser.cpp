@@ -3,14 +3,14 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
+#include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "PlistCore/OpenStepScanner.h"
+#include "PlistCore/PlistBuilder.h"
+#include "PlistCore/PlistCell.h"
 #include "PlistCore/PlistError.h"
-#include "PlistCore/PlistString.h"
 #include "PlistCore/UnicodeText.h"
 
 namespace {
@@ -22,17 +22,16 @@ namespace {
 class KeyOrder {
 public:
     /// The positions of the entries to keep, in order. Valid until the next call.
-    const std::vector<std::size_t>& sort(const PlistString* keys, std::size_t count) {
+    const std::vector<std::size_t>& sort(std::span<const PlistCell> keys) {
         composed_.clear();
-        composed_.reserve(count);
         order_.clear();
-        for (std::size_t index = 0; index < count; ++index) {
-            composed_.push_back(keys[index].isAscii() ? std::string()
-                                                      : UnicodeText::composed(keys[index].view()));
+        for (std::size_t index = 0; index < keys.size(); ++index) {
+            compose(keys[index]);
             order_.push_back(index);
         }
         const auto text = [this, keys](std::size_t index) {
-            return keys[index].isAscii() ? keys[index].view() : std::string_view(composed_[index]);
+            return keys[index].has(PlistCell::ascii) ? keys[index].bytes()
+                                                     : std::string_view(composed_[index]);
         };
         std::stable_sort(
             order_.begin(), order_.end(),
@@ -47,6 +46,11 @@ public:
     }
 
 private:
+    void compose(const PlistCell& key) {
+        composed_.push_back(key.has(PlistCell::ascii) ? std::string()
+                                                      : UnicodeText::composed(key.bytes()));
+    }
+
     std::vector<std::string> composed_;
     std::vector<std::size_t> order_;
 };
@@ -55,7 +59,7 @@ private:
 /// recursion.
 class Reader {
 public:
-    explicit Reader(std::string_view text) : scanner_(text) {}
+    explicit Reader(std::string_view text) : scanner_(text), builder_(text.size()) {}
 
     PlistValue read();
 
@@ -74,6 +78,8 @@ private:
     };
 
     void readRoot();
+    PlistCell readString();
+    PlistCell readBrackets();
     bool isAtEntry();
     void readValue();
     void continueArray();
@@ -89,9 +95,11 @@ private:
 
     OpenStepScanner scanner_;
     std::vector<Frame> frames_;
-    std::vector<PlistString> keys_;   ///< of the open dictionaries
-    std::vector<PlistValue> values_;  ///< of all open containers; in the end the root
+    PlistBuilder builder_;
+    std::vector<PlistCell> keys_;    ///< of the open dictionaries
+    std::vector<PlistCell> values_;  ///< of all open containers; in the end the root
     KeyOrder keyOrder_;
+    std::vector<PlistCell> sorted_;  ///< the keys, then the values of the dictionary being closed
 };
 
 PlistValue Reader::read() {
@@ -112,7 +120,7 @@ PlistValue Reader::read() {
     if (!scanner_.isAtEnd()) {
         scanner_.fail("Unexpected content after the root value");
     }
-    return std::move(values_.front());
+    return builder_.finish(values_.front());
 }
 
 void Reader::readRoot() {
@@ -136,6 +144,18 @@ bool Reader::isAtEntry() {
     return isKey;
 }
 
+PlistCell Reader::readString() {
+    const std::string_view text = scanner_.readString();
+    const std::uint8_t flags = UnicodeText::isAscii(text) ? std::uint8_t{PlistCell::ascii} : 0;
+    return builder_.string(text, flags);
+}
+
+PlistCell Reader::readBrackets() {
+    const PlistValue value = scanner_.readBrackets();
+    // Data may own what it holds; the other types are numbers and hold nothing.
+    return value.type() == PlistType::data ? builder_.data(value.cell().bytes()) : value.cell();
+}
+
 /// Reads a scalar, or opens a container.
 void Reader::readValue() {
     if (scanner_.accept('{')) {
@@ -143,9 +163,9 @@ void Reader::readValue() {
     } else if (scanner_.accept('(')) {
         open(Kind::array);
     } else if (scanner_.isAt('<')) {
-        values_.push_back(scanner_.readBrackets());
+        values_.push_back(readBrackets());
     } else if (scanner_.isAtString()) {
-        values_.push_back(PlistValue::string(scanner_.readString()));
+        values_.push_back(readString());
     } else {
         scanner_.fail("Expected a value");
     }
@@ -191,10 +211,10 @@ void Reader::readEntry() {
         scanner_.fail(frames_.back().kind == Kind::entriesOfFile ? "Expected a key"
                                                                  : "Expected a key or “}”");
     }
-    keys_.push_back(scanner_.readString());
+    keys_.push_back(readString());
     scanner_.skipBlanks();
     if (scanner_.isAt(';')) {
-        values_.push_back(PlistValue::string(keys_.back()));
+        values_.push_back(keys_.back());
     } else if (scanner_.accept('=')) {
         scanner_.skipBlanks();
         readValue();
@@ -211,30 +231,32 @@ void Reader::open(Kind kind) {
 }
 
 void Reader::closeArray() {
-    const auto first = values_.begin() + static_cast<std::ptrdiff_t>(frames_.back().firstValue);
-    std::vector<PlistValue> items(std::make_move_iterator(first),
-                                  std::make_move_iterator(values_.end()));
-    values_.erase(first, values_.end());
+    const std::size_t first = frames_.back().firstValue;
+    const PlistCell array = builder_.array(std::span(values_).subspan(first));
+    values_.resize(first);
     frames_.pop_back();
-    values_.push_back(PlistValue::array(std::move(items)));
+    values_.push_back(array);
 }
 
 void Reader::closeDictionary() {
     const Frame frame = frames_.back();
     const std::vector<std::size_t>& order =
-        keyOrder_.sort(keys_.data() + frame.firstKey, keys_.size() - frame.firstKey);
-    std::vector<PlistString> keys;
-    std::vector<PlistValue> values;
-    keys.reserve(order.size());
-    values.reserve(order.size());
+        keyOrder_.sort(std::span(keys_).subspan(frame.firstKey));
+    sorted_.clear();
     for (const std::size_t index : order) {
-        keys.push_back(std::move(keys_[frame.firstKey + index]));
-        values.push_back(std::move(values_[frame.firstValue + index]));
+        sorted_.push_back(keys_[frame.firstKey + index]);
     }
+    for (const std::size_t index : order) {
+        sorted_.push_back(values_[frame.firstValue + index]);
+    }
+    const std::span<const PlistCell> keys = std::span(sorted_).first(order.size());
+    const std::span<const PlistCell> values = std::span(sorted_).subspan(order.size());
+    const PlistCell dictionary =
+        builder_.dictionary(keys.empty() ? nullptr : builder_.keyList(keys), values);
     keys_.resize(frame.firstKey);
     values_.resize(frame.firstValue);
     frames_.pop_back();
-    values_.push_back(PlistValue::dictionary(std::move(keys), std::move(values)));
+    values_.push_back(dictionary);
 }
 
 }  // namespace

@@ -158,11 +158,11 @@ bool OpenStepScanner::isAtString() const noexcept {
     return isAt('"') || isAt('\'') || (!isAtEnd() && isWordByte(text_[position_]));
 }
 
-PlistString OpenStepScanner::readString() {
+std::string_view OpenStepScanner::readString() {
     return isAt('"') || isAt('\'') ? readQuoted() : readWord();
 }
 
-PlistString OpenStepScanner::readWord() {
+std::string_view OpenStepScanner::readWord() {
     const std::size_t start = position_;
     while (!isAtEnd() && isWordByte(text_[position_])) {
         ++position_;
@@ -174,7 +174,7 @@ PlistString OpenStepScanner::readWord() {
     return text_.substr(start, position_ - start);
 }
 
-PlistString OpenStepScanner::readQuoted() {
+std::string_view OpenStepScanner::readQuoted() {
     const std::size_t start = position_;
     const char quote = text_[position_];
     decoded_.clear();
@@ -191,7 +191,7 @@ PlistString OpenStepScanner::readQuoted() {
         const std::string_view run = text_.substr(position_, end - position_);
         position_ = end + 1;
         if (!isEscape) {
-            return decoded_.empty() ? PlistString(run) : PlistString(decoded_.append(run));
+            return decoded_.empty() ? run : std::string_view(decoded_.append(run));
         }
         decoded_.append(run);
         decodeEscape();

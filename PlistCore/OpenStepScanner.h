@@ -6,7 +6,6 @@
 #include <string>
 #include <string_view>
 
-#include "PlistCore/PlistString.h"
 #include "PlistCore/PlistValue.h"
 
 /// Walks over a text in the OpenStep form and reads its smallest parts: blanks, marks, strings and
@@ -37,8 +36,8 @@ public:
     /// Whether a quoted string or a bare word is next.
     bool isAtString() const noexcept;
 
-    /// The string that is next.
-    PlistString readString();
+    /// The string that is next; valid until the next one is read.
+    std::string_view readString();
 
     /// The data, number, boolean or date in the angle brackets that are next.
     PlistValue readBrackets();
@@ -54,8 +53,8 @@ private:
     }
     void skipComment();
 
-    PlistString readQuoted();
-    PlistString readWord();
+    std::string_view readQuoted();
+    std::string_view readWord();
     void decodeEscape();
     void decodeOctal();
     void decodeCodeUnit();

@@ -6,6 +6,7 @@
 
 #include "PlistCore/OpenStepPlistParser.h"
 #include "PlistCore/PlistError.h"
+#include "PlistCore/PlistValue.h"
 #include "tests/PlistCore/support/ValueText.h"
 
 namespace {
@@ -34,6 +35,19 @@ std::string repeated(int count, std::string_view part) {
         text += part;
     }
     return text;
+}
+
+/// How many containers stand inside each other, followed along the first child of each.
+int depthOf(PlistValue value) {
+    int depth = 0;
+    while (value.isContainer()) {
+        ++depth;
+        if (value.childCount() == 0) {
+            break;
+        }
+        value = PlistValue(value.children().front());
+    }
+    return depth;
 }
 
 TEST(OpenStepPlistParserTest, readsEveryRoot) {
@@ -191,14 +205,12 @@ TEST(OpenStepPlistParserTest, failuresAreMalformedWithoutALocation) {
 }
 
 TEST(OpenStepPlistParserTest, opens512Containers) {
-    const PlistValue arrays = OpenStepPlistParser::parse(repeated(512, "(") + repeated(512, ")"));
-    EXPECT_EQ(arrays.expandedCount(), 512U);
-    const PlistValue dictionaries =
-        OpenStepPlistParser::parse(repeated(512, "{a=") + "b" + repeated(512, "}"));
-    EXPECT_EQ(dictionaries.expandedCount(), 513U);
-    const PlistValue entries =
-        OpenStepPlistParser::parse("a=" + repeated(511, "(") + repeated(511, ")") + ";");
-    EXPECT_EQ(entries.expandedCount(), 512U);
+    const auto depth = [](const std::string& text) {
+        return depthOf(OpenStepPlistParser::parse(text));
+    };
+    EXPECT_EQ(depth(repeated(512, "(") + repeated(512, ")")), 512);
+    EXPECT_EQ(depth(repeated(512, "{a=") + "b" + repeated(512, "}")), 512);
+    EXPECT_EQ(depth("a=" + repeated(511, "(") + repeated(511, ")") + ";"), 512);
 }
 
 TEST(OpenStepPlistParserTest, refuses513Containers) {
@@ -239,7 +251,7 @@ TEST(OpenStepPlistParserTest, readsManyEntriesAndItems) {
     ASSERT_EQ(value.childCount(), 100000U);
     EXPECT_EQ(value.keys().front().view(), "key100000");
     EXPECT_EQ(value.keys().back().view(), "key199999");
-    EXPECT_EQ(value.expandedCount(), 300001U);
+    EXPECT_EQ(valueText(value.children().back()), "(\"1\", \"2\")");
 }
 
 }  // namespace

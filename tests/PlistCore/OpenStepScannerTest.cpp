@@ -11,7 +11,7 @@ namespace {
 
 std::string stringIn(std::string_view text) {
     OpenStepScanner scanner(text);
-    return std::string(scanner.readString().view());
+    return std::string(scanner.readString());
 }
 
 std::string bracketsIn(std::string_view text) {
@@ -87,7 +87,7 @@ TEST(OpenStepScannerTest, readsQuotedStrings) {
 TEST(OpenStepScannerTest, stringEndsAtItsOwnQuote) {
     const std::string_view text = R"("a\"b'c"d)";
     OpenStepScanner scanner(text);
-    EXPECT_EQ(scanner.readString().view(), "a\"b'c");
+    EXPECT_EQ(scanner.readString(), "a\"b'c");
     EXPECT_TRUE(scanner.isAt('d'));
 }
 
