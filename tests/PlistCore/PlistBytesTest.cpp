@@ -12,6 +12,12 @@
 
 namespace {
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool hasSanitizedAllocator = true;
+#else
+constexpr bool hasSanitizedAllocator = false;
+#endif
+
 TEST(PlistBytes, startsEmpty) {
     const PlistBytes bytes;
     EXPECT_TRUE(bytes.isEmpty());
@@ -89,6 +95,17 @@ TEST(PlistBytes, refusesImpossibleSizes) {
     EXPECT_THROW(bytes.reserve(greatest), std::bad_alloc);
     EXPECT_THROW(bytes.reserve(greatest - 3), std::bad_alloc);
     EXPECT_THROW(bytes.reserve(greatest / 2), std::bad_alloc);
+    EXPECT_EQ(bytes.view(), "kept");
+}
+
+/// The sanitizers' own allocators end the program where this must throw.
+TEST(PlistBytes, reportsLackOfMemory) {
+    if (hasSanitizedAllocator) {
+        GTEST_SKIP() << "The allocator does not return after asking for too much.";
+    }
+    PlistBytes bytes;
+    bytes.append("kept");
+    EXPECT_THROW(bytes.reserve(std::size_t{1} << 60), std::bad_alloc);
     EXPECT_EQ(bytes.view(), "kept");
 }
 

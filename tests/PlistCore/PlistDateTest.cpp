@@ -196,12 +196,12 @@ TEST(PlistDate, knowsTheLeapYears) {
     }
 }
 
-/// Every day from year -801 to 2801, by counting on.
+/// Every day of two whole cycles of the calendar, by counting on.
 TEST(PlistDate, countsDaysWithoutGap) {
-    const std::optional<double> start = PlistDate::parseDate("-801-01-01");
+    const std::optional<double> start = PlistDate::parseDate("-401-01-01");
     ASSERT_TRUE(start);
     double date = *start;
-    for (std::int64_t year = -801; year <= 2801; ++year) {
+    for (std::int64_t year = -401; year <= 401; ++year) {
         const bool isLeapYear = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
         const int lengths[] = {31, isLeapYear ? 29 : 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
         for (int month = 1; month <= 12; ++month) {

