@@ -1,7 +1,5 @@
 #include "PlistCore/KeyShapes.h"
 
-#include "PlistCore/UnicodeText.h"
-
 namespace {
 
 /// Longer dictionaries are rarely alike, and following them would fill the tree.
@@ -20,9 +18,9 @@ KeyShapes::KeyShapes(PlistBuilder& builder) : builder_(builder) {
     nodes_.emplace_back();
 }
 
-KeyShapes::Shape KeyShapes::follow(Shape shape, std::string_view key) {
+KeyShapes::Shape KeyShapes::follow(Shape shape, std::string_view key, std::uint8_t flags) {
     const Shape child = findChild(shape, key);
-    return child != none ? child : addChild(shape, key);
+    return child != none ? child : addChild(shape, key, flags);
 }
 
 /// Looks through the first children and moves the one that is found to the front.
@@ -41,13 +39,12 @@ KeyShapes::Shape KeyShapes::findChild(Shape shape, std::string_view key) {
     return none;
 }
 
-KeyShapes::Shape KeyShapes::addChild(Shape shape, std::string_view key) {
+KeyShapes::Shape KeyShapes::addChild(Shape shape, std::string_view key, std::uint8_t flags) {
     const std::size_t length = nodes_[shape].length + std::size_t{1};
     if (length > greatestLength || nodes_.size() >= trustedShapes + reuses_) {
         return none;
     }
     Node node;
-    const std::uint8_t flags = UnicodeText::isAscii(key) ? PlistCell::ascii : 0;
     node.key = builder_.string(key, flags);
     node.parent = shape;
     node.nextSibling = nodes_[shape].firstChild;

@@ -37,8 +37,9 @@ public:
     /// Whether the text of the last key stands in a file as it is, without any reference.
     bool isPlain(Shape shape) const noexcept { return nodes_[shape].isPlain; }
 
-    /// The shape that `key`, valid UTF-8, leads to. `none` where following it is not worthwhile.
-    Shape follow(Shape shape, std::string_view key);
+    /// The shape that `key`, valid UTF-8, leads to; `none` where following it is not worthwhile.
+    /// `flags` is `PlistCell::ascii` or 0.
+    Shape follow(Shape shape, std::string_view key, std::uint8_t flags);
 
     /// The number of keys.
     std::size_t length(Shape shape) const noexcept { return nodes_[shape].length; }
@@ -61,7 +62,7 @@ private:
     };
 
     Shape findChild(Shape shape, std::string_view key);
-    Shape addChild(Shape shape, std::string_view key);
+    Shape addChild(Shape shape, std::string_view key, std::uint8_t flags);
     std::span<const PlistCell> keysOf(Shape shape);
 
     PlistBuilder& builder_;

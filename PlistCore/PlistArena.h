@@ -47,6 +47,15 @@ public:
         return place;
     }
 
+    /// Gives back what lies behind the first `kept` bytes of the `size` bytes at `place`, the last
+    /// ones that `allocate` handed out. Both are multiples of 8. Pages of its own that were not
+    /// touched cost nothing anyway.
+    void shrinkLast(void* place, std::size_t size, std::size_t kept) noexcept {
+        if (static_cast<char*>(place) + size == front_) {
+            front_ -= size - kept;
+        }
+    }
+
     /// `size` bytes, not aligned. Throws `std::bad_alloc`.
     char* allocateText(std::size_t size) {
         if (room() < size) {

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -28,7 +30,30 @@ public:
         return bytesCell(PlistType::string, flags, bytes);
     }
 
+    /// The same for `bytes` that can be read up to the sixteenth even where there are fewer.
+    PlistCell stringFromBlock(std::string_view bytes, std::uint8_t flags) {
+        return bytes.size() <= PlistCell::inPlaceCapacity
+                   ? PlistCell::inPlaceFromBlock(PlistType::string, flags, bytes.data(),
+                                                 bytes.size())
+                   : string(bytes, flags);
+    }
+
     PlistCell data(std::string_view bytes) { return bytesCell(PlistType::data, 0, bytes); }
+
+    /// Data of at most `capacity` bytes that `fill` writes to the place it is given; it returns
+    /// their number, or nothing to make no data.
+    template <typename Fill>
+    std::optional<PlistCell> data(std::size_t capacity, const Fill& fill) {
+        auto* place = static_cast<std::uint8_t*>(arena_->allocate(wholeWords(capacity)));
+        const std::optional<std::size_t> size = fill(place);
+        const bool isInPlace = !size || *size <= PlistCell::inPlaceCapacity;
+        arena_->shrinkLast(place, wholeWords(capacity), isInPlace ? 0 : wholeWords(*size));
+        if (!size) {
+            return std::nullopt;
+        }
+        return isInPlace ? PlistCell::inPlace(PlistType::data, 0, place, *size)
+                         : PlistCell::elsewhere(PlistType::data, PlistCell::inArena, place, *size);
+    }
 
     /// A list of keys, each a string cell made here. Dictionaries may share it. Not for no keys.
     const PlistString* keyList(std::span<const PlistCell> keys);
@@ -44,6 +69,9 @@ public:
     PlistValue finish(const PlistCell& root) noexcept;
 
 private:
+    static constexpr std::size_t wholeWords(std::size_t size) {
+        return (size + 7) & ~std::size_t{7};
+    }
     PlistCell bytesCell(PlistType type, std::uint8_t flags, std::string_view bytes) {
         if (bytes.size() <= PlistCell::inPlaceCapacity) {
             return PlistCell::inPlace(type, flags, bytes.data(), bytes.size());

@@ -139,7 +139,7 @@ inline std::span<const PlistValue> PlistCell::values() const noexcept {
         return {};
     }
     const char* start = static_cast<const char*>(pointer());
-    const std::size_t skipped = type_ == PlistType::dictionary ? sizeof(const PlistString*) : 0;
+    const std::size_t skipped = type() == PlistType::dictionary ? sizeof(const PlistString*) : 0;
     return {reinterpret_cast<const PlistValue*>(start + skipped), length()};
 }
 

@@ -1,19 +1,17 @@
 #include "PlistCore/XMLAssembler.h"
 
-#include "PlistCore/UnicodeText.h"
-
-void XMLAssembler::addKey(std::string_view key) {
+void XMLAssembler::addKey(std::string_view key, std::uint8_t flags) {
     Frame& frame = top();
     frame.awaitsKey = false;
     if (frame.shape != KeyShapes::none) {
-        const KeyShapes::Shape next = shapes_.follow(frame.shape, key);
+        const KeyShapes::Shape next = shapes_.follow(frame.shape, key, flags);
         if (next == KeyShapes::none) {
             shapes_.pushKeys(frame.shape, keys_);
         }
         frame.shape = next;
     }
     if (frame.shape == KeyShapes::none) {
-        keys_.push(builder_.string(key, UnicodeText::isAscii(key) ? PlistCell::ascii : 0));
+        keys_.push(builder_.string(key, flags));
     }
 }
 

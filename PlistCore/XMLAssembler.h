@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -40,8 +41,9 @@ public:
         frames_[depth_++] = {false, false, KeyShapes::none, values_.size(), keys_.size()};
     }
 
-    /// Adds the next key, valid UTF-8. Only while the dictionary awaits one.
-    void addKey(std::string_view key);
+    /// Adds the next key, valid UTF-8. Only while the dictionary awaits one. `flags` is
+    /// `PlistCell::ascii` or 0.
+    void addKey(std::string_view key, std::uint8_t flags);
 
     /// The key that the dictionary had at this place the last time its keys went like this. Absent
     /// if there is none or a file may spell it in more than one way.
@@ -91,7 +93,6 @@ private:
 
     Frame& top() noexcept { return frames_[depth_ - 1]; }
     const Frame& top() const noexcept { return frames_[depth_ - 1]; }
-    void addKeySingly(Frame& frame, std::string_view key);
     std::optional<PlistCell> uidOf(const Frame& frame) const noexcept;
     void replaceTop(const PlistCell& container);
 

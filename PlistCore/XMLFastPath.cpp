@@ -9,7 +9,6 @@
 
 #include "PlistCore/ByteBlock.h"
 #include "PlistCore/PlistDate.h"
-#include "PlistCore/UnicodeText.h"
 
 namespace {
 
@@ -140,10 +139,10 @@ const char* XMLFastPath::readKey(const char* content) {
         return nullptr;
     }
     const std::string_view key(content, static_cast<std::size_t>(text.end - content));
-    if (!text.isAscii && !UnicodeText::isValidUtf8(key)) {
+    if (!text.isAscii && !scanner_.isValidUtf8(key)) {
         return nullptr;
     }
-    assembler_.addKey(key);
+    assembler_.addKey(key, text.isAscii ? PlistCell::ascii : 0);
     return text.end + 6;
 }
 
@@ -153,11 +152,11 @@ inline const char* XMLFastPath::readString(const char* content) {
         return nullptr;
     }
     const std::string_view bytes(content, static_cast<std::size_t>(text.end - content));
-    if (!text.isAscii && !UnicodeText::isValidUtf8(bytes)) {
+    if (!text.isAscii && !scanner_.isValidUtf8(bytes)) {
         return nullptr;
     }
     const std::uint8_t flags = text.isAscii ? PlistCell::ascii : 0;
-    return add(assembler_.builder().string(bytes, flags), text.end + 9);
+    return add(assembler_.builder().stringFromBlock(bytes, flags), text.end + 9);
 }
 
 inline const char* XMLFastPath::readInteger(const char* content) {

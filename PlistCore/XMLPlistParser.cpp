@@ -8,6 +8,7 @@
 #include <utility>
 #include <variant>
 
+#include "PlistCore/Base64.h"
 #include "PlistCore/PlistCell.h"
 #include "PlistCore/PlistDate.h"
 #include "PlistCore/PlistError.h"
@@ -110,7 +111,8 @@ private:
             scanner_.failMalformed(tag.offset, "Expected <key>, found <" +
                                                    std::string(elementName(tag.element)) + ">.");
         }
-        assembler_.addKey(readText(tag));
+        const std::string_view key = readText(tag);
+        assembler_.addKey(key, asciiFlag(key));
     }
 
     void readValue(const StartTag& tag) {
@@ -164,8 +166,7 @@ private:
     }
 
     void addString(std::string_view text) {
-        const std::uint8_t flags = UnicodeText::isAscii(text) ? PlistCell::ascii : 0;
-        assembler_.add(assembler_.builder().string(text, flags));
+        assembler_.add(assembler_.builder().string(text, asciiFlag(text)));
     }
 
     void addInteger(const StartTag& tag) {
@@ -206,18 +207,23 @@ private:
 
     void addData(const StartTag& tag) {
         const std::string_view text = readText(tag);
-        const auto bytes = PlistText::parseBase64(text);
-        if (!bytes) {
+        const auto data = assembler_.builder().data(
+            Base64::decodedCapacity(text.size()),
+            [text](std::uint8_t* place) { return Base64::decode(text, place); });
+        if (!data) {
             failInvalid(tag, "The <data> element is not valid Base64.");
         }
-        assembler_.add(assembler_.builder().data(
-            {reinterpret_cast<const char*>(bytes->data()), bytes->size()}));
+        assembler_.add(*data);
     }
 
     /// The content of an element that holds text, up to and with its end tag. Valid until the next
     /// reading of text.
     std::string_view readText(const StartTag& tag) {
         return tag.isSelfClosing ? std::string_view() : scanner_.readText(tag.element, buffer_);
+    }
+
+    static std::uint8_t asciiFlag(std::string_view text) {
+        return UnicodeText::isAscii(text) ? std::uint8_t{PlistCell::ascii} : std::uint8_t{0};
     }
 
     static std::string quoted(std::string_view text) { return "“" + std::string(text) + "”"; }

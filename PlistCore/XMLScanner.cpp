@@ -19,6 +19,10 @@ constexpr std::array<std::string_view, 11> elementNames = {
 /// The longest name of a reference, between "&" and ";".
 constexpr std::size_t longestReference = 12;
 
+/// How much of the input is checked for valid UTF-8 at once: it then still is in the nearest cache
+/// when it is scanned.
+constexpr std::size_t windowSize = std::size_t{1} << 14;
+
 constexpr bool isBlank(char byte) {
     return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
 }
@@ -207,6 +211,24 @@ std::size_t XMLScanner::nextMarkup(std::size_t start) const noexcept {
         ++at;
     }
     return at;
+}
+
+/// Extends what is known to be valid by windows until it reaches `end`; false from the window on in
+/// which something is broken, or where a window has no place to end.
+bool XMLScanner::checkUpTo(std::size_t end) {
+    while (!isBroken_ && validEnd_ < end) {
+        std::size_t windowEnd = std::min(validEnd_ + windowSize, input_.size());
+        while (windowEnd < input_.size() && windowEnd > validEnd_ &&
+               static_cast<unsigned char>(input_[windowEnd]) >= 0x80) {
+            --windowEnd;
+        }
+        isBroken_ = windowEnd == validEnd_ ||
+                    !UnicodeText::isValidUtf8(input_.substr(validEnd_, windowEnd - validEnd_));
+        if (!isBroken_) {
+            validEnd_ = windowEnd;
+        }
+    }
+    return validEnd_ >= end;
 }
 
 void XMLScanner::readTextPieces(std::string& buffer) {
