@@ -22,7 +22,12 @@ public:
     /// The most containers that may be open inside each other.
     static constexpr std::size_t depthLimit = 512;
 
-    explicit XMLAssembler(std::size_t expectedSize) : builder_(expectedSize), shapes_(builder_) {}
+    /// For an input of `inputSize` bytes, which is about what its values and texts will take.
+    explicit XMLAssembler(std::size_t inputSize)
+        : builder_(inputSize),
+          shapes_(builder_),
+          values_(inputSize / leastValueSize + 1),
+          keys_(inputSize / leastKeySize + 1) {}
 
     PlistBuilder& builder() noexcept { return builder_; }
 
@@ -83,6 +88,10 @@ public:
     PlistValue finish() noexcept { return builder_.finish(values_.back()); }
 
 private:
+    /// The bytes of "<true/>" and of "<key/>", than which no value and no key is shorter.
+    static constexpr std::size_t leastValueSize = 7;
+    static constexpr std::size_t leastKeySize = 6;
+
     struct Frame {
         bool isDictionary;
         bool awaitsKey;
