@@ -79,7 +79,7 @@ void PlistNodeList::insert(std::size_t index, std::span<const PlistNodePtr> adde
 }
 
 void PlistNodeList::remove(std::span<const std::size_t> positions) {
-    if (positions.empty()) {
+    if (storage_ == nullptr || positions.empty()) {
         return;
     }
     makeOwn(size());

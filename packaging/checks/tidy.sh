@@ -13,7 +13,7 @@ shift
 tool=$(command -v clang-tidy-14 || command -v clang-tidy)
 clean=$PWD/build/tidy
 mkdir -p "$clean"
-common=$(cat <("$tool" --version) .clang-tidy | sha256sum)
+common=$(cat <("$tool" --version) .clang-tidy ./*/.clang-tidy | sha256sum)
 
 # Prints "source header header …" for every source of ours that was built, as paths from here.
 dependencies() {
