@@ -19,7 +19,7 @@ Signposter::Interval::Interval(const char* name) : name_(name) {
 
 Signposter::Interval::~Interval() {
     if (timer_.isValid()) {
-        const double elapsed = static_cast<double>(timer_.nsecsElapsed());
+        const auto elapsed = static_cast<double>(timer_.nsecsElapsed());
         qCDebug(category, "%s: %.3f ms", name_, elapsed / nanosecondsPerMillisecond);
     }
 }

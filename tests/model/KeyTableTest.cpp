@@ -10,6 +10,7 @@ namespace {
 
 std::vector<PlistNodePtr> nodesWithKeys(const std::vector<std::string>& keys) {
     std::vector<PlistNodePtr> nodes;
+    nodes.reserve(keys.size());
     for (const std::string& key : keys) {
         nodes.push_back(PlistNode::create(key, PlistValue::integer(0)));
     }
@@ -53,9 +54,9 @@ private Q_SLOTS:
     }
 
     void keepsManyKeysApart() {
-        std::vector<std::string> keys;
-        for (int i = 0; i < 20'000; ++i) {
-            keys.push_back(std::to_string(i % 15'000));
+        std::vector<std::string> keys(20'000);
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            keys[i] = std::to_string(i % 15'000);
         }
         const auto nodes = nodesWithKeys(keys);
         KeyTable table(nodes);

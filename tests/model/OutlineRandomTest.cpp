@@ -64,8 +64,8 @@ private:
         if (filter_ && !filter_->contains(node.id())) {
             return;
         }
-        const bool isExpanded = node.isContainer() && (filter_ || expanded_.count(node.id()) != 0);
-        QString line(depth * 2, QLatin1Char(' '));
+        const bool isExpanded = node.isContainer() && (filter_ || expanded_.contains(node.id()));
+        QString line(qsizetype{2} * depth, QLatin1Char(' '));
         if (parentType) {
             line += QStringLiteral("%1 ").arg(index);
         }
@@ -152,9 +152,9 @@ public:
 
 private:
     PlistValue freshValue() {
-        std::vector<PlistValue> items;
-        for (int i = 0; i < 6; ++i) {
-            items.push_back(randomValue(chance_, 3));
+        std::vector<PlistValue> items(6);
+        for (PlistValue& item : items) {
+            item = randomValue(chance_, 3);
         }
         return PlistValue::array(std::move(items));
     }

@@ -667,9 +667,9 @@ private Q_SLOTS:
     }
 
     void carriesManySteps() {
-        std::vector<PlistEntry> entries;
-        for (int i = 0; i < 20'000; ++i) {
-            entries.push_back({std::to_string(i), PlistValue::array({number(i)})});
+        std::vector<PlistEntry> entries(20'000);
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            entries[i] = {std::to_string(i), PlistValue::array({number(static_cast<int>(i))})};
         }
         const PlistValue value = PlistValue::dictionary(entries);
         Window window(value);

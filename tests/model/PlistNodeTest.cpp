@@ -21,6 +21,7 @@ PlistValue number(int value) {
 
 PlistValue numbers(int count) {
     std::vector<PlistValue> items;
+    items.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         items.push_back(number(i));
     }
@@ -79,7 +80,7 @@ private Q_SLOTS:
 
     // --- Identity ---
 
-    void startsIdsAtOne() { QCOMPARE(firstId_, 1); }
+    void startsIdsAtOne() const { QCOMPARE(firstId_, 1); }
 
     void neverReusesIds() {
         const NodeId gone = PlistNode::create({}, PlistValue())->id();

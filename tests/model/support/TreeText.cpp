@@ -1,6 +1,7 @@
 #include "tests/model/support/TreeText.h"
 
 #include <QByteArray>
+#include <ranges>
 #include <vector>
 
 #include "PlistCore/PlistInteger.h"
@@ -90,8 +91,8 @@ QString TreeText::ofTree(PlistNode& node) {
         lines += line;
         if (next.node->isMaterialized()) {
             const auto children = next.node->children();
-            for (auto child = children.rbegin(); child != children.rend(); ++child) {
-                waiting.push_back({child->get(), next.node, next.depth + 1});
+            for (const PlistNodePtr& child : children | std::views::reverse) {
+                waiting.push_back({child.get(), next.node, next.depth + 1});
             }
         }
     }
