@@ -9,6 +9,7 @@
 #include <functional>
 #include <vector>
 
+#include "PlistCore/StableCharacters.h"
 #include "PlistCore/Utf8Validation.h"
 
 namespace UnicodeText {
@@ -92,15 +93,20 @@ bool staysInComposition(std::uint8_t byte) noexcept {
            isBetween(byte, 0xEB, 0xEC);
 }
 
-/// Whether the bytes alone show that `text` is its own composition; false says nothing.
+/// Whether it shows without composing that `text` is its own composition; false says nothing.
 bool isPlainlyComposed(std::string_view text) noexcept {
     const char* const end = text.data() + text.size();
     for (const char* place = skipAscii(text.data(), end); place != end;
          place = skipAscii(place, end)) {
-        if (!staysInComposition(byteAt(place))) {
+        if (staysInComposition(byteAt(place))) {
+            ++place;
+            continue;
+        }
+        std::string_view rest(place, static_cast<std::size_t>(end - place));
+        if (!StableCharacters::contains(takeFirst(rest))) {
             return false;
         }
-        ++place;
+        place = rest.data();
     }
     return true;
 }
