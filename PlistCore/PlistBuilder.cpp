@@ -4,16 +4,14 @@
 
 namespace {
 
-/// Copies `children` to `place` and returns the flags of a container in an arena that holds them.
-std::uint8_t copyChildren(std::span<const PlistCell> children, char* place) {
+/// Copies `children` to `place` and returns their flags together.
+std::uint8_t copyChildren(std::span<const PlistCell> children, PlistCell* place) {
     unsigned flags = 0;
     for (const PlistCell& child : children) {
-        std::memcpy(place, &child, sizeof child);
-        place += sizeof child;
-        // The length of a text in place shares the byte with the flags, but not the low bits.
+        *place++ = child;
         flags |= child.flags();
     }
-    return static_cast<std::uint8_t>((flags & PlistCell::holdsNaN) | PlistCell::inArena);
+    return static_cast<std::uint8_t>(flags);
 }
 
 }  // namespace
@@ -28,19 +26,22 @@ PlistCell PlistBuilder::dictionary(const PlistString* keys, std::span<const Plis
     if (values.empty()) {
         return {};
     }
-    auto* place = static_cast<char*>(arena_->allocate(sizeof keys + values.size_bytes()));
-    std::memcpy(place, &keys, sizeof keys);
-    const std::uint8_t flags = copyChildren(values, place + sizeof keys);
-    return PlistCell::elsewhere(PlistType::dictionary, flags, place, values.size());
+    PlistCell* place = roomForEntries(keys, values.size());
+    return dictionaryOf(place, values.size(), copyChildren(values, place));
 }
 
 PlistCell PlistBuilder::array(std::span<const PlistCell> items) {
     if (items.empty()) {
         return {PlistType::array, 0, 0};
     }
-    auto* place = static_cast<char*>(arena_->allocate(items.size_bytes()));
-    const std::uint8_t flags = copyChildren(items, place);
-    return PlistCell::elsewhere(PlistType::array, flags, place, items.size());
+    PlistCell* place = roomForItems(items.size());
+    return arrayOf(place, items.size(), copyChildren(items, place));
+}
+
+PlistCell* PlistBuilder::roomForEntries(const PlistString* keys, std::size_t count) {
+    auto* place = static_cast<char*>(arena_->allocate(sizeof keys + count * sizeof(PlistCell)));
+    std::memcpy(place, &keys, sizeof keys);
+    return reinterpret_cast<PlistCell*>(place + sizeof keys);
 }
 
 PlistValue PlistBuilder::finish(const PlistCell& root) noexcept {

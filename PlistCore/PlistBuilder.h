@@ -63,6 +63,25 @@ public:
 
     PlistCell array(std::span<const PlistCell> items);
 
+    /// Room for the children of a container whose number is known before they are: `count` cells,
+    /// which the caller fills before `arrayOf` or `dictionaryOf` makes the container of them. Keys
+    /// for `roomForEntries` may lie in `roomForItems`.
+    PlistCell* roomForItems(std::size_t count) {
+        return static_cast<PlistCell*>(arena_->allocate(count * sizeof(PlistCell)));
+    }
+    PlistCell* roomForEntries(const PlistString* keys, std::size_t count);
+
+    /// The container of `count` children in such room. `flags` are those of the children together.
+    static PlistCell arrayOf(const PlistCell* items, std::size_t count,
+                             std::uint8_t flags) noexcept {
+        return PlistCell::elsewhere(PlistType::array, containerFlags(flags), items, count);
+    }
+    static PlistCell dictionaryOf(const PlistCell* values, std::size_t count,
+                                  std::uint8_t flags) noexcept {
+        const auto* place = reinterpret_cast<const char*>(values) - sizeof(const PlistString*);
+        return PlistCell::elsewhere(PlistType::dictionary, containerFlags(flags), place, count);
+    }
+
     PlistArena& arena() noexcept { return *arena_; }
 
     /// The root of what was built, as a value that keeps the arena alive. Ends the building.
@@ -72,6 +91,13 @@ private:
     static constexpr std::size_t wholeWords(std::size_t size) {
         return (size + 7) & ~std::size_t{7};
     }
+
+    /// The flags of a container in the arena, from those of its children. The length of a text in
+    /// place shares the byte with the flags, but not the low bits.
+    static std::uint8_t containerFlags(unsigned flags) noexcept {
+        return static_cast<std::uint8_t>((flags & PlistCell::holdsNaN) | PlistCell::inArena);
+    }
+
     PlistCell bytesCell(PlistType type, std::uint8_t flags, std::string_view bytes) {
         if (bytes.size() <= PlistCell::inPlaceCapacity) {
             return PlistCell::inPlace(type, flags, bytes.data(), bytes.size());
