@@ -8,6 +8,7 @@ status=0
 # Fails if a source of the folder includes anything that matches.
 forbid() {
     local folder=$1 pattern=$2
+    [[ -d $folder ]] || return 0
     if grep -rnE --include='*.cpp' --include='*.h' \
         "^[[:space:]]*#[[:space:]]*include[[:space:]]*[<\"]($pattern)" "$folder"; then
         echo "$folder must not include these."
