@@ -63,6 +63,21 @@ void PlistDocument::increaseRevision() {
     Q_EMIT revisionChanged();
 }
 
+void PlistDocument::beginEditing() {
+    MainThread::check();
+    if (editingDepth_++ == 0) {
+        versionBeforeEditing_ = treeVersion_;
+    }
+}
+
+void PlistDocument::endEditing() {
+    MainThread::check();
+    plistCheck(editingDepth_ > 0, "only editing that has begun can end");
+    if (--editingDepth_ == 0 && treeVersion_ != versionBeforeEditing_) {
+        Q_EMIT treeChanged();
+    }
+}
+
 void PlistDocument::setWasReadOnlyFormat(bool wasReadOnlyFormat) {
     MainThread::check();
     if (wasReadOnlyFormat_ != wasReadOnlyFormat) {

@@ -49,6 +49,11 @@ public:
     /// numbers mean that index paths still name the same nodes.
     quint64 treeVersion() const noexcept { return treeVersion_; }
 
+    /// Brackets changes of the tree that belong together: `treeChanged` comes once, when the
+    /// outermost bracket closes, if anything has changed. For `PlistEditor` and `UndoManager`.
+    void beginEditing();
+    void endEditing();
+
     /// Whether the file was in the OpenStep form and will be saved in another one.
     bool wasReadOnlyFormat() const noexcept { return wasReadOnlyFormat_; }
     void setWasReadOnlyFormat(bool wasReadOnlyFormat);
@@ -67,6 +72,9 @@ Q_SIGNALS:
     void revisionChanged();
     void wasReadOnlyFormatChanged();
 
+    /// The tree is another than before the outermost editing bracket: time to rebuild the rows.
+    void treeChanged();
+
     /// A node of the tree has changed; see `PlistNodeObserver`. `node` lives at least as long as
     /// the call.
     void nodeChanged(PlistNode* node, PlistNodeChanges changes);
@@ -77,6 +85,8 @@ private:
     PlistNodePtr root_;
     qint64 revision_ = 0;
     quint64 treeVersion_ = 0;
+    quint64 versionBeforeEditing_ = 0;
+    int editingDepth_ = 0;
     PlistFormat format_ = PlistFormat::xml;
     bool wasReadOnlyFormat_ = false;
 };

@@ -1,0 +1,164 @@
+#include "app/model/UndoManager.h"
+
+#include <algorithm>
+#include <ranges>
+#include <utility>
+
+#include "PlistCore/PlistCheck.h"
+#include "app/model/MainThread.h"
+#include "app/model/PlistDocument.h"
+
+UndoManager::UndoManager(QObject* parent) : QObject(parent) {
+    MainThread::check();
+}
+
+UndoManager::~UndoManager() = default;
+
+// --- Groups ---
+
+void UndoManager::beginGroup() {
+    MainThread::check();
+    ++depth_;
+}
+
+void UndoManager::endGroup() {
+    MainThread::check();
+    plistCheck(depth_ > 0, "only an open undo group can end");
+    if (--depth_ > 0 || isTakingBack_) {
+        return;
+    }
+    Group group = std::exchange(open_, {});
+    if (group.registrations.empty()) {
+        return;
+    }
+    const bool wasModified = isModified();
+    group.before = state_;
+    group.after = ++lastState_;
+    undoable_.push_back(std::move(group));
+    redoable_.clear();
+    moveTo(lastState_, wasModified);
+}
+
+void UndoManager::registerUndo(PlistDocument& document, Handler handler) {
+    MainThread::check();
+    plistCheck(depth_ > 0 || isTakingBack_, "undo is registered inside a group");
+    open_.registrations.push_back({&document, std::move(handler)});
+}
+
+void UndoManager::setActionName(const QString& name) {
+    MainThread::check();
+    plistCheck(depth_ > 0 || isTakingBack_, "only an open undo group has a name to set");
+    if (!isTakingBack_) {
+        open_.name = name;
+    }
+}
+
+QString UndoManager::undoActionName() const {
+    return undoable_.empty() ? QString() : undoable_.back().name;
+}
+
+QString UndoManager::redoActionName() const {
+    return redoable_.empty() ? QString() : redoable_.back().name;
+}
+
+// --- Back and forth ---
+
+void UndoManager::undo() {
+    takeBack(undoable_, redoable_);
+}
+
+void UndoManager::redo() {
+    takeBack(redoable_, undoable_);
+}
+
+void UndoManager::takeBack(std::vector<Group>& from, std::vector<Group>& to) {
+    MainThread::check();
+    plistCheck(depth_ == 0 && !isTakingBack_, "nothing is undone or redone inside a group");
+    if (from.empty()) {
+        return;
+    }
+    const bool wasModified = isModified();
+    Group group = std::move(from.back());
+    from.pop_back();
+    runHandlers(group);
+    Group answer = std::exchange(open_, {});
+    answer.name = group.name;
+    answer.before = group.after;
+    answer.after = group.before;
+    if (!answer.registrations.empty()) {
+        to.push_back(std::move(answer));
+    }
+    moveTo(group.before, wasModified);
+}
+
+void UndoManager::runHandlers(Group& group) {
+    // The documents are told of one change each, whatever the number of handlers.
+    std::vector<QPointer<PlistDocument>> documents;
+    for (const Registration& registration : group.registrations) {
+        if (registration.document && !std::ranges::count(documents, registration.document)) {
+            documents.push_back(registration.document);
+        }
+    }
+    isTakingBack_ = true;
+    for (const auto& document : documents) {
+        document->beginEditing();
+    }
+    const auto finish = [this, &documents] {
+        isTakingBack_ = false;
+        for (const auto& document : documents) {
+            if (document) {
+                document->endEditing();
+            }
+        }
+    };
+    try {
+        for (const Registration& registration : group.registrations | std::views::reverse) {
+            if (registration.document) {
+                registration.handler();
+            }
+        }
+    } catch (...) {
+        abandonHistory();
+        finish();
+        throw;
+    }
+    finish();
+}
+
+void UndoManager::abandonHistory() {
+    const bool wasModified = isModified();
+    open_ = {};
+    depth_ = 0;
+    undoable_.clear();
+    redoable_.clear();
+    moveTo(++lastState_, wasModified);
+}
+
+void UndoManager::clear() {
+    MainThread::check();
+    plistCheck(depth_ == 0 && !isTakingBack_, "the history is not emptied inside a group");
+    if (canUndo() || canRedo()) {
+        undoable_.clear();
+        redoable_.clear();
+        Q_EMIT historyChanged();
+    }
+}
+
+// --- What is saved ---
+
+void UndoManager::setSavedState(std::optional<State> state) {
+    MainThread::check();
+    const bool wasModified = isModified();
+    savedState_ = state;
+    if (isModified() != wasModified) {
+        Q_EMIT isModifiedChanged();
+    }
+}
+
+void UndoManager::moveTo(State state, bool wasModified) {
+    state_ = state;
+    Q_EMIT historyChanged();
+    if (isModified() != wasModified) {
+        Q_EMIT isModifiedChanged();
+    }
+}
