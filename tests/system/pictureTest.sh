@@ -41,9 +41,9 @@ expectPicture openstep.plist
 printf '<plist><dict></array></plist>' >broken.plist
 expectRefusal "Line 1, column 14: " broken.plist
 printf '\x89PNG\r\n\x1a\n\x00\x01\x02\x03' >picture.plist
-expectRefusal "The file is not a property list." picture.plist
+expectRefusal "The text is not valid UTF-8." picture.plist
 : >empty.plist
-expectRefusal "empty.plist" empty.plist
+expectRefusal "The file is not a property list." empty.plist
 expectRefusal "missing.plist" missing.plist
 mkdir folder
 expectRefusal "folder" folder

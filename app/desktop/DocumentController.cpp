@@ -1,0 +1,144 @@
+#include "app/desktop/DocumentController.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <new>
+#include <optional>
+#include <utility>
+#include <variant>
+
+#include "PlistCore/PlistCheck.h"
+#include "PlistCore/PlistFile.h"
+#include "app/desktop/BackgroundTask.h"
+#include "app/model/PlistDocumentReader.h"
+#include "app/model/PlistDocumentWriter.h"
+#include "app/model/PlistNode.h"
+
+namespace {
+
+using ReadResult = std::variant<PlistFile, FileError>;
+
+FileError outOfMemory(FileError::Code code, const QString& path) {
+    return {code, path, DocumentController::tr("There is not enough memory.")};
+}
+
+ReadResult read(const QString& path) {
+    try {
+        return PlistDocumentReader::read(path);
+    } catch (const FileError& error) {
+        return error;
+    } catch (const std::bad_alloc&) {
+        return outOfMemory(FileError::Code::readFailed, path);
+    }
+}
+
+std::optional<FileError> write(const PlistFile& file, const QString& path) {
+    try {
+        PlistDocumentWriter::write(file, path);
+        return std::nullopt;
+    } catch (const FileError& error) {
+        return error;
+    } catch (const std::bad_alloc&) {
+        return outOfMemory(FileError::Code::writeFailed, path);
+    }
+}
+
+QString absolutePath(const QString& path) {
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+}
+
+}  // namespace
+
+DocumentController::DocumentController(QString untitledName, QObject* parent)
+    : QObject(parent), untitledName_(std::move(untitledName)), savedState_(currentState()) {
+    connect(&document_, &PlistDocument::rootChanged, this, &DocumentController::updateModified);
+    connect(&document_, &PlistDocument::nodeChanged, this, &DocumentController::updateModified);
+    connect(&document_, &PlistDocument::formatChanged, this, &DocumentController::updateModified);
+}
+
+DocumentController::~DocumentController() = default;
+
+QString DocumentController::name() const {
+    return path_.isEmpty() ? untitledName_ : QFileInfo(path_).fileName();
+}
+
+bool DocumentController::isPristine() const noexcept {
+    return path_.isEmpty() && activity_ == Activity::idle && currentState() == State();
+}
+
+void DocumentController::open(const QString& path) {
+    const QString file = absolutePath(path);
+    begin(Activity::reading, file);
+    BackgroundTask::run(
+        *this, [file] { return read(file); },
+        [this, file](const ReadResult& result) {
+            setActivity(Activity::idle);
+            if (const auto* error = std::get_if<FileError>(&result)) {
+                Q_EMIT openFailed(*error);
+            } else {
+                finishReading(file, std::get<PlistFile>(result));
+            }
+        });
+}
+
+void DocumentController::save(const QString& path) {
+    const QString file = absolutePath(path);
+    begin(Activity::writing, file);
+    BackgroundTask::run(
+        *this, [content = document_.snapshot(), file] { return write(content, file); },
+        [this, file, state = currentState()](const std::optional<FileError>& error) {
+            setActivity(Activity::idle);
+            if (error) {
+                Q_EMIT saveFailed(*error);
+            } else {
+                finishWriting(file, state);
+            }
+        });
+}
+
+void DocumentController::begin(Activity activity, const QString& path) {
+    plistCheck(activity_ == Activity::idle, "a document does one thing at a time with its file");
+    plistCheck(!path.isEmpty(), "a file has a path");
+    setActivity(activity);
+}
+
+void DocumentController::finishReading(const QString& path, const PlistFile& file) {
+    document_.apply(file);
+    savedState_ = currentState();
+    setPath(path);
+    updateModified();
+    Q_EMIT opened();
+}
+
+void DocumentController::finishWriting(const QString& path, const State& state) {
+    savedState_ = state;
+    setPath(path);
+    updateModified();
+    Q_EMIT saved();
+}
+
+DocumentController::State DocumentController::currentState() const noexcept {
+    return {document_.treeVersion(), document_.format()};
+}
+
+void DocumentController::setActivity(Activity activity) {
+    if (activity_ != activity) {
+        activity_ = activity;
+        Q_EMIT activityChanged();
+    }
+}
+
+void DocumentController::setPath(const QString& path) {
+    if (path_ != path) {
+        path_ = path;
+        Q_EMIT pathChanged();
+    }
+}
+
+void DocumentController::updateModified() {
+    const bool isModified = currentState() != savedState_;
+    if (isModified_ != isModified) {
+        isModified_ = isModified;
+        Q_EMIT modifiedChanged();
+    }
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <span>
+
+/// What the program was asked to do when it was started.
+struct CommandLine {
+    /// The files to open.
+    QStringList paths;
+
+    /// Where to leave a picture of the window that shows the only file; empty for none.
+    QString picturePath;
+
+    /// Whether the arguments only ask for something to be printed, which needs no display.
+    static bool asksForText(std::span<char* const> arguments);
+
+    /// Understands the arguments of the program, the first of which is its name. Prints help and
+    /// version, and errors, and then ends the process.
+    static CommandLine parse(const QStringList& arguments);
+};

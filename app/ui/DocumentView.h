@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QWidget>
+
+#include "app/model/DocumentActions.h"
+#include "app/model/OutlineState.h"
+
+class EmptyState;
+class FormatPicker;
+class NoticeBanner;
+class PlistDocument;
+class PlistTable;
+class QToolBar;
+
+/// What a window shows of one document: a notice about its format if there is one to give, and the
+/// outline or, where nothing is in it yet, an invitation. Its toolbar belongs into the window.
+class DocumentView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `document` must outlive the view.
+    explicit DocumentView(PlistDocument& document, QWidget* parent = nullptr);
+    ~DocumentView() override;
+
+    OutlineState& outline() noexcept { return outline_; }
+    PlistTable& table() noexcept { return *table_; }
+
+    /// What menu commands act through.
+    DocumentActions actions() noexcept { return {document_, outline_}; }
+
+    /// Made for the window to place; lives as long as the view unless the window takes it.
+    QToolBar* toolBar() const noexcept { return toolBar_; }
+
+private:
+    void makeToolBar();
+    void makeLayout();
+    void followDocument();
+    void updateEmptyState();
+    void explainRefusedExpansion();
+
+    PlistDocument& document_;
+    OutlineState outline_;
+    NoticeBanner* banner_;
+    PlistTable* table_;
+    EmptyState* emptyState_;
+    QToolBar* toolBar_;
+    FormatPicker* formatPicker_;
+};

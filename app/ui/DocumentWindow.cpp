@@ -1,0 +1,196 @@
+#include "app/ui/DocumentWindow.h"
+
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QToolBar>
+
+#include "app/ui/DocumentView.h"
+#include "app/ui/FileDialogs.h"
+#include "app/ui/FileMenu.h"
+#include "app/ui/MessageDialog.h"
+#include "app/ui/PlistTable.h"
+#include "app/ui/ProgressPage.h"
+
+namespace {
+
+/// A name for the title bar, where "[*]" stands for the sign of unsaved changes.
+QString titleFor(QString name) {
+    return name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) + QStringLiteral("[*]");
+}
+
+}  // namespace
+
+DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
+    : QMainWindow(parent),
+      controller_(untitledName),
+      pages_(new QStackedWidget(this)),
+      progress_(new ProgressPage(pages_)),
+      view_(new DocumentView(controller_.document(), pages_)) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setContextMenuPolicy(Qt::PreventContextMenu);
+    makeMenus();
+    addToolBar(view_->toolBar());
+    pages_->addWidget(view_);
+    pages_->addWidget(progress_);
+    setCentralWidget(pages_);
+    resize(defaultSize);
+    followController();
+    updateTitle();
+    showDocument();
+}
+
+DocumentWindow::~DocumentWindow() {
+    // The view looks at the document until it is gone, and the document is a member of this.
+    delete pages_;
+}
+
+void DocumentWindow::makeMenus() {
+    fileMenu_ = new FileMenu(this);
+    menuBar()->addMenu(fileMenu_);
+    connect(fileMenu_, &FileMenu::newChosen, this, &DocumentWindow::newChosen);
+    connect(fileMenu_, &FileMenu::openChosen, this, &DocumentWindow::openChosen);
+    connect(fileMenu_, &FileMenu::closeChosen, this, &QWidget::close);
+    connect(fileMenu_, &FileMenu::saveChosen, this, &DocumentWindow::save);
+    connect(fileMenu_, &FileMenu::saveAsChosen, this, &DocumentWindow::saveAs);
+    connect(fileMenu_, &FileMenu::quitChosen, this, &DocumentWindow::quitChosen);
+}
+
+void DocumentWindow::followController() {
+    connect(&controller_, &DocumentController::pathChanged, this, &DocumentWindow::updateTitle);
+    connect(&controller_, &DocumentController::modifiedChanged, this,
+            [this] { setWindowModified(controller_.isModified()); });
+    connect(&controller_, &DocumentController::activityChanged, this,
+            &DocumentWindow::updateActivity);
+    connect(&controller_, &DocumentController::opened, this, &DocumentWindow::showDocument);
+    connect(&controller_, &DocumentController::saved, this, &DocumentWindow::handleSaved);
+    connect(&controller_, &DocumentController::saveFailed, this,
+            &DocumentWindow::explainSaveFailure);
+    connect(progress_, &ProgressPage::cancelled, this, &QWidget::close);
+}
+
+void DocumentWindow::updateTitle() {
+    setWindowTitle(titleFor(controller_.name()));
+    setWindowFilePath(controller_.path());
+}
+
+void DocumentWindow::updateActivity() {
+    fileMenu_->setSavingEnabled(controller_.activity() == DocumentController::Activity::idle);
+}
+
+// --- Opening ---
+
+void DocumentWindow::open(const QString& path) {
+    const QString name = QFileInfo(path).fileName();
+    setWindowTitle(titleFor(name));
+    progress_->start(tr("Opening “%1”\u2026").arg(name));
+    pages_->setCurrentWidget(progress_);
+    view_->toolBar()->setEnabled(false);
+    controller_.open(path);
+}
+
+void DocumentWindow::showDocument() {
+    progress_->stop();
+    pages_->setCurrentWidget(view_);
+    view_->toolBar()->setEnabled(true);
+    view_->setFocus();
+    if (!awaitsPaint_) {
+        awaitsPaint_ = true;
+        view_->installEventFilter(this);
+        view_->table().viewport()->installEventFilter(this);
+    }
+}
+
+bool DocumentWindow::eventFilter(QObject* watched, QEvent* event) {
+    // What is painted now is the document: tell when that is done.
+    if (awaitsPaint_ && event->type() == QEvent::Paint && pages_->currentWidget() == view_ &&
+        controller_.activity() != DocumentController::Activity::reading) {
+        awaitsPaint_ = false;
+        view_->removeEventFilter(this);
+        view_->table().viewport()->removeEventFilter(this);
+        QTimer::singleShot(0, this, &DocumentWindow::documentShown);
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void DocumentWindow::explainOpenFailure(const FileError& error) {
+    progress_->stop();
+    const QMessageBox* box = MessageDialog::show(*this, error);
+    connect(box, &QMessageBox::finished, this, &QWidget::close);
+}
+
+// --- Saving ---
+
+void DocumentWindow::save() {
+    if (controller_.activity() != DocumentController::Activity::idle) {
+        return;
+    }
+    if (controller_.path().isEmpty()) {
+        saveAs();
+    } else {
+        controller_.save(controller_.path());
+    }
+}
+
+void DocumentWindow::saveAs() {
+    QFileDialog* dialog = FileDialogs::saving(*this, controller_.path(), controller_.name());
+    connect(dialog, &QFileDialog::fileSelected, this,
+            [this](const QString& path) { controller_.save(path); });
+    connect(dialog, &QFileDialog::rejected, this, &DocumentWindow::refuseClose);
+    dialog->open();
+}
+
+void DocumentWindow::handleSaved() {
+    if (closesWhenSaved_) {
+        closesWhenSaved_ = false;
+        close();
+    }
+}
+
+void DocumentWindow::explainSaveFailure(const FileError& error) {
+    refuseClose();
+    MessageDialog::show(*this, error);
+}
+
+// --- Closing ---
+
+void DocumentWindow::closeEvent(QCloseEvent* event) {
+    if (controller_.activity() == DocumentController::Activity::writing) {
+        closesWhenSaved_ = true;
+        event->ignore();
+    } else if (controller_.isModified() && !closesUnasked_) {
+        event->ignore();
+        askToSave();
+    } else {
+        event->accept();
+    }
+}
+
+void DocumentWindow::askToSave() {
+    if (isAsking_) {
+        return;
+    }
+    isAsking_ = true;
+    QMessageBox* box = MessageDialog::askToSave(*this, controller_.name());
+    connect(box, &QMessageBox::finished, this, [this](int answer) {
+        isAsking_ = false;
+        if (answer == QMessageBox::Save) {
+            closesWhenSaved_ = true;
+            save();
+        } else if (answer == QMessageBox::Discard) {
+            closesUnasked_ = true;
+            close();
+        } else {
+            refuseClose();
+        }
+    });
+}
+
+void DocumentWindow::refuseClose() {
+    closesWhenSaved_ = false;
+    Q_EMIT closeRefused();
+}

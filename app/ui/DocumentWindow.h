@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QStringList>
+
+#include "app/desktop/DocumentController.h"
+
+class DocumentView;
+class FileMenu;
+class ProgressPage;
+class QFileDialog;
+class QStackedWidget;
+
+/// The window of one document: menus, toolbar, the document itself, and the questions about saving
+/// it. Deletes itself when it is closed.
+class DocumentWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    /// The size of a new window, in device-independent pixels.
+    static constexpr QSize defaultSize{760, 560};
+
+    /// A window with a new, empty document. `untitledName` is what the document is called.
+    explicit DocumentWindow(const QString& untitledName, QWidget* parent = nullptr);
+    ~DocumentWindow() override;
+
+    DocumentController& controller() noexcept { return controller_; }
+    DocumentView& view() noexcept { return *view_; }
+
+    /// Reads a file into this window.
+    void open(const QString& path);
+
+    /// Says why the file of this window could not be opened, then closes the window, which has
+    /// nothing to show.
+    void explainOpenFailure(const FileError& error);
+
+    /// Saves to the file of the document, or asks for one.
+    void save();
+    void saveAs();
+
+Q_SIGNALS:
+    void newChosen();
+    void openChosen();
+    void quitChosen();
+
+    /// The user wants to keep the window after all.
+    void closeRefused();
+
+    /// The document stands on the screen, complete.
+    void documentShown();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void makeMenus();
+    void followController();
+    void updateTitle();
+    void updateActivity();
+    void showDocument();
+    void askToSave();
+    void handleSaved();
+    void explainSaveFailure(const FileError& error);
+    void refuseClose();
+
+    DocumentController controller_;
+    QStackedWidget* pages_;
+    ProgressPage* progress_;
+    DocumentView* view_;
+    FileMenu* fileMenu_ = nullptr;
+    bool closesWhenSaved_ = false;
+    bool closesUnasked_ = false;
+    bool isAsking_ = false;
+    bool awaitsPaint_ = false;
+};

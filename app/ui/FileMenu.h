@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QMenu>
+
+class QAction;
+
+/// The File menu of a window. It only says what was chosen.
+class FileMenu : public QMenu {
+    Q_OBJECT
+
+public:
+    explicit FileMenu(QWidget* parent);
+
+    /// Whether Save and Save As can be chosen.
+    void setSavingEnabled(bool isEnabled);
+
+Q_SIGNALS:
+    void newChosen();
+    void openChosen();
+    void closeChosen();
+    void saveChosen();
+    void saveAsChosen();
+    void quitChosen();
+
+private:
+    QAction* add(const QString& title, const QKeySequence& key, const char* icon,
+                 void (FileMenu::*chosen)());
+
+    QAction* save_;
+    QAction* saveAs_;
+};

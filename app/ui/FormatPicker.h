@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QWidget>
+
+#include "PlistCore/PlistFormat.h"
+
+class QButtonGroup;
+
+/// The formats that a document can be saved in, side by side; one of them is chosen.
+class FormatPicker : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FormatPicker(QWidget* parent = nullptr);
+
+    PlistFormat format() const;
+
+    /// Shows another choice; says nothing to anybody.
+    void setFormat(PlistFormat format);
+
+Q_SIGNALS:
+    /// The user has chosen.
+    void formatPicked(PlistFormat format);
+
+private:
+    void addSegment(PlistFormat format, const QString& title);
+
+    QButtonGroup* group_;
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QColor>
+#include <QRectF>
+#include <cstdint>
+
+class QPainter;
+
+/// The few signs that stand among text. They are drawn, not loaded: so they have the colour of the
+/// palette and are sharp at every scale.
+namespace Glyph {
+
+enum class Disclosure : std::uint8_t { collapsed, expanded };
+
+/// A chevron that points on (to the right, or to the left where that is the direction of reading)
+/// or down.
+void paintDisclosure(QPainter& painter, const QRectF& square, const QColor& color,
+                     Disclosure disclosure, Qt::LayoutDirection direction);
+
+/// A filled triangle; the exclamation mark in it shows `ground`.
+void paintWarning(QPainter& painter, const QRectF& square, const QColor& color,
+                  const QColor& ground);
+
+/// The letter i in a circle.
+void paintInformation(QPainter& painter, const QRectF& square, const QColor& color);
+
+/// A plus sign in a circle.
+void paintPlusInCircle(QPainter& painter, const QRectF& square, const QColor& color);
+
+}  // namespace Glyph

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QWidget>
+
+class QPainter;
+
+/// One of the signs that are drawn (see `Glyph`), in the colour of secondary text. Says nothing to
+/// a screen reader: the text beside it does.
+class GlyphLabel : public QWidget {
+    Q_OBJECT
+
+public:
+    using Painter = void (*)(QPainter& painter, const QRectF& square, const QColor& color);
+
+    /// `edge` is the size of the square for a font of 13 pixels.
+    GlyphLabel(Painter painter, int edge, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Painter painter_;
+    int edge_;
+};

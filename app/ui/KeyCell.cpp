@@ -1,0 +1,77 @@
+#include "app/ui/KeyCell.h"
+
+#include <QStyle>
+#include <algorithm>
+
+#include "app/model/PlistNode.h"
+#include "app/ui/CellMetrics.h"
+#include "app/ui/Glyph.h"
+#include "app/ui/RowText.h"
+
+namespace {
+
+QRect squareAt(int left, const QRect& cell, int edge) {
+    return {left, cell.top() + (cell.height() - edge) / 2, edge, edge};
+}
+
+/// How far the content begins from the left, for any depth.
+int indentation(const OutlineRow& row, const CellMetrics& metrics, int width) {
+    return static_cast<int>(std::min<qint64>(row.depth() * metrics.indentation(), width));
+}
+
+}  // namespace
+
+KeyCell::Parts KeyCell::parts(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const OutlineRow& shown = row(index);
+    const CellMetrics metrics(option.font);
+    const QRect content = contentRect(option);
+    int left = content.left() + indentation(shown, metrics, content.width());
+    Parts parts;
+    if (shown.node().isContainer()) {
+        parts.disclosure = squareAt(left, content, metrics.sign());
+    }
+    // Scalars keep the place of the control, so that the keys of siblings stand below each other.
+    left += metrics.sign() + metrics.spacing();
+
+    int right = content.right() + 1;
+    if (shown.isDuplicateKey()) {
+        const int width = option.fontMetrics.horizontalAdvance(RowText::key(shown));
+        const int room = right - left - metrics.sign() - metrics.spacing();
+        right = left + std::clamp(width + 1, 0, std::max(0, room));
+        parts.duplicateSign = squareAt(right + metrics.spacing(), content, metrics.sign());
+    }
+    parts.text = QRect(left, content.top(), std::max(0, right - left), content.height());
+
+    for (QRect* part : {&parts.disclosure, &parts.text, &parts.duplicateSign}) {
+        if (!part->isEmpty()) {
+            *part = QStyle::visualRect(option.direction, option.rect, *part);
+        }
+    }
+    return parts;
+}
+
+void KeyCell::paintContent(QPainter& painter, const QStyleOptionViewItem& option,
+                           const QModelIndex& index) const {
+    const OutlineRow& shown = row(index);
+    const Parts where = parts(option, index);
+    const QColor signColor = textColor(option, Tone::secondary);
+    if (!where.disclosure.isEmpty()) {
+        Glyph::paintDisclosure(
+            painter, where.disclosure, signColor,
+            shown.isExpanded() ? Glyph::Disclosure::expanded : Glyph::Disclosure::collapsed,
+            option.direction);
+    }
+    paintText(painter, option, where.text, RowText::key(shown),
+              RowText::isKeySecondary(shown) ? Tone::secondary : Tone::primary);
+    if (!where.duplicateSign.isEmpty()) {
+        Glyph::paintWarning(painter, where.duplicateSign, signColor, groundColor(option));
+    }
+}
+
+QString KeyCell::tooltipAt(const QPoint& position, const QStyleOptionViewItem& option,
+                           const QModelIndex& index) const {
+    if (parts(option, index).duplicateSign.contains(position)) {
+        return RowText::duplicateKeyNotice();
+    }
+    return OutlineCell::tooltipAt(position, option, index);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "app/ui/OutlineCell.h"
+
+/// The key column: indentation, the disclosure control of a container, the key, and a sign where
+/// the key is there twice.
+class KeyCell : public OutlineCell {
+    Q_OBJECT
+
+public:
+    using OutlineCell::OutlineCell;
+
+    /// Where the parts of a cell stand; a part that is not there has an empty rectangle.
+    struct Parts {
+        QRect disclosure;
+        QRect text;
+        QRect duplicateSign;
+    };
+
+    Parts parts(const QStyleOptionViewItem& option, const QModelIndex& index) const;
+
+protected:
+    void paintContent(QPainter& painter, const QStyleOptionViewItem& option,
+                      const QModelIndex& index) const override;
+    QString tooltipAt(const QPoint& position, const QStyleOptionViewItem& option,
+                      const QModelIndex& index) const override;
+};

@@ -1,0 +1,72 @@
+#include "app/ui/MessageDialog.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "app/model/FileError.h"
+
+namespace {
+
+QString translated(const char* text) {
+    return QCoreApplication::translate("MessageDialog", text);
+}
+
+QMessageBox* makeBox(QWidget& window, QMessageBox::Icon icon, const QString& text,
+                     const QString& explanation) {
+    auto* box = new QMessageBox(&window);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::WindowModal);
+    box->setIcon(icon);
+    box->setTextFormat(Qt::PlainText);
+    box->setText(text);
+    box->setInformativeText(explanation);
+    // The format of the box holds for its first text only.
+    for (QLabel* label : box->findChildren<QLabel*>()) {
+        label->setTextFormat(Qt::PlainText);
+    }
+    return box;
+}
+
+}  // namespace
+
+QMessageBox* MessageDialog::show(QWidget& window, const QString& text, const QString& explanation) {
+    QMessageBox* box = makeBox(window, QMessageBox::Warning, text, explanation);
+    box->setStandardButtons(QMessageBox::Ok);
+    box->open();
+    return box;
+}
+
+QMessageBox* MessageDialog::show(QWidget& window, const FileError& error) {
+    return show(window, error.message(),
+                QStringLiteral("%1\n\n%2").arg(error.failureReason(), advice(error)));
+}
+
+QString MessageDialog::advice(const FileError& error) {
+    switch (error.code()) {
+        case FileError::Code::readFailed:
+            return translated("Check that the file is there and that you are allowed to read it.");
+        case FileError::Code::corruptFile:
+            return translated(
+                "Correct the file in a text editor, or open another copy of it. Nothing in it was "
+                "changed.");
+        case FileError::Code::writeFailed:
+            return translated(
+                "Your changes are still in the window. Save them in another place with File > "
+                "Save As….");
+        case FileError::Code::notEncoded:
+            break;
+    }
+    return translated("Your changes are still in the window. Try the other format.");
+}
+
+QMessageBox* MessageDialog::askToSave(QWidget& window, const QString& name) {
+    QMessageBox* box = makeBox(window, QMessageBox::Warning,
+                               translated("Do you want to save the changes to “%1”?").arg(name),
+                               translated("If you do not save them, your changes are lost."));
+    box->setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    box->setDefaultButton(QMessageBox::Save);
+    box->open();
+    return box;
+}

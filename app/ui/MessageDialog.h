@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+
+class FileError;
+class QMessageBox;
+class QWidget;
+
+/// Messages about one window, which do not hold up the others. Their texts are plain: names of
+/// files and words from documents are never taken for markup.
+namespace MessageDialog {
+
+/// Shows what happened, and below it why and what can be done. The box belongs to `window` and
+/// deletes itself when it is closed.
+QMessageBox* show(QWidget& window, const QString& text, const QString& explanation);
+
+/// Shows why a file could not be read or written, and what can be done about it.
+QMessageBox* show(QWidget& window, const FileError& error);
+
+/// What a user can do about an error of this kind.
+QString advice(const FileError& error);
+
+/// Asks whether the changes to the document `name` shall be saved before it is closed: buttons
+/// Save, Discard and Cancel.
+QMessageBox* askToSave(QWidget& window, const QString& name);
+
+}  // namespace MessageDialog

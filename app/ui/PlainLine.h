@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <string_view>
+
+/// Text from documents, made fit to be shown on one line among other text.
+///
+/// Line breaks and control characters become visible marks. So do the characters that embed,
+/// override or isolate the direction of text and thereby reorder what stands around them. Nothing
+/// else is changed; cells show the result as plain text.
+namespace PlainLine {
+
+/// The most UTF-16 units of a text that are looked at: several times what fits on a screen, so that
+/// the cost of showing a text does not follow its length.
+inline constexpr qsizetype longest = 4000;
+
+/// The line for a text in UTF-8; what is longer than `longest` ends in an ellipsis.
+QString fromUtf8(std::string_view utf8);
+
+/// The line for `text`, which is not cut.
+QString fromText(const QString& text);
+
+}  // namespace PlainLine

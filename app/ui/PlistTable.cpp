@@ -1,0 +1,277 @@
+#include "app/ui/PlistTable.h"
+
+#include <QHeaderView>
+#include <QItemSelection>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <algorithm>
+#include <utility>
+
+#include "app/model/PlistNode.h"
+#include "app/ui/CellMetrics.h"
+#include "app/ui/KeyCell.h"
+#include "app/ui/OutlineHeader.h"
+#include "app/ui/OutlineTableModel.h"
+#include "app/ui/TypeCell.h"
+#include "app/ui/ValueCell.h"
+
+namespace {
+
+OutlineState::Reach reachFor(Qt::KeyboardModifiers modifiers) {
+    return modifiers.testFlag(Qt::AltModifier) ? OutlineState::Reach::wholeSubtree
+                                               : OutlineState::Reach::nodeAlone;
+}
+
+/// The given numbers of rows as ranges over all columns. Sorts them.
+QItemSelection selectionOf(std::vector<int> rows, const QAbstractItemModel& model) {
+    std::sort(rows.begin(), rows.end());
+    QItemSelection selection;
+    const int lastColumn = model.columnCount() - 1;
+    for (std::size_t begin = 0; begin < rows.size();) {
+        std::size_t end = begin + 1;
+        while (end < rows.size() && rows[end] == rows[end - 1] + 1) {
+            ++end;
+        }
+        selection.append(QItemSelectionRange(model.index(rows[begin], 0),
+                                             model.index(rows[end - 1], lastColumn)));
+        begin = end;
+    }
+    return selection;
+}
+
+}  // namespace
+
+PlistTable::PlistTable(const DocumentActions& actions, QWidget* parent)
+    : QTableView(parent), actions_(actions), header_(new OutlineHeader(this)) {
+    // Before the model connects to the outline: what is in sight is remembered while the view has
+    // not yet heard of a change.
+    followOutline();
+    setHorizontalHeader(header_);
+    setUpModel();
+    setUpAppearance();
+}
+
+PlistTable::~PlistTable() = default;
+
+void PlistTable::setUpAppearance() {
+    setAccessibleName(tr("Property list"));
+    setShowGrid(false);
+    setFrameShape(QFrame::NoFrame);
+    setWordWrap(false);
+    setAlternatingRowColors(true);
+    setCornerButtonEnabled(false);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setTabKeyNavigation(false);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    applyFont();
+    header_->applyIdealWidths();
+}
+
+void PlistTable::setUpModel() {
+    model_ = new OutlineTableModel(outline(), this);
+    keyCell_ = new KeyCell(*model_, this);
+    setItemDelegateForColumn(OutlineTableModel::keyColumn, keyCell_);
+    setItemDelegateForColumn(OutlineTableModel::typeColumn, new TypeCell(*model_, this));
+    setItemDelegateForColumn(OutlineTableModel::valueColumn, new ValueCell(*model_, this));
+    setModel(model_);
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &PlistTable::giveSelectionToOutline);
+}
+
+void PlistTable::followOutline() {
+    const OutlineState* state = &outline();
+    connect(state, &OutlineState::rowsAboutToBeRemoved, this, &PlistTable::rememberSight);
+    connect(state, &OutlineState::rowsAboutToBeInserted, this, &PlistTable::rememberSight);
+    connect(state, &OutlineState::rowsAboutToBeRearranged, this, &PlistTable::rememberSight);
+    connect(state, &OutlineState::rowsAboutToBeReset, this, [this] { isChangingRows_ = true; });
+    connect(state, &OutlineState::rowsChanged, this, &PlistTable::restoreSight);
+    connect(state, &OutlineState::selectionChanged, this, &PlistTable::takeSelectionFromOutline);
+}
+
+void PlistTable::applyFont() {
+    const int height = CellMetrics(font()).rowHeight();
+    verticalHeader()->setMinimumSectionSize(height);
+    verticalHeader()->setDefaultSectionSize(height);
+    verticalScrollBar()->setSingleStep(height);
+}
+
+void PlistTable::changeEvent(QEvent* event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        applyFont();
+    }
+}
+
+void PlistTable::focusInEvent(QFocusEvent* event) {
+    const bool hadCurrent = currentIndex().isValid();
+    QTableView::focusInEvent(event);
+    if (!hadCurrent) {
+        // The first arrow key shall go to the first row, not past it.
+        selectionModel()->clearCurrentIndex();
+    }
+}
+
+void PlistTable::updateGeometries() {
+    QTableView::updateGeometries();
+    header_->fill(viewport()->width());
+}
+
+// --- Keys and pointer ---
+
+void PlistTable::keyPressEvent(QKeyEvent* event) {
+    const bool isEditing = outline().editing().has_value();
+    if (!isEditing && event->key() == Qt::Key_Right) {
+        expandSelected(reachFor(event->modifiers()));
+    } else if (!isEditing && event->key() == Qt::Key_Left) {
+        actions_.collapseSelected(reachFor(event->modifiers()));
+    } else {
+        QTableView::keyPressEvent(event);
+    }
+}
+
+void PlistTable::expandSelected(OutlineState::Reach reach) {
+    if (actions_.expandSelected(reach) == OutlineState::ExpandResult::tooManyRows) {
+        Q_EMIT expansionRefused();
+    }
+}
+
+void PlistTable::mousePressEvent(QMouseEvent* event) {
+    const bool isHandled = event->button() == Qt::LeftButton &&
+                           toggleAt(event->position().toPoint(), event->modifiers());
+    if (!isHandled) {
+        QTableView::mousePressEvent(event);
+    }
+}
+
+void PlistTable::mouseDoubleClickEvent(QMouseEvent* event) {
+    // Two quick clicks on the control are two clicks.
+    const bool isHandled = event->button() == Qt::LeftButton &&
+                           toggleAt(event->position().toPoint(), event->modifiers());
+    if (!isHandled) {
+        QTableView::mouseDoubleClickEvent(event);
+    }
+}
+
+bool PlistTable::toggleAt(const QPoint& position, Qt::KeyboardModifiers modifiers) {
+    const QModelIndex index = indexAt(position);
+    if (!index.isValid() || index.column() != OutlineTableModel::keyColumn) {
+        return false;
+    }
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    // A little larger than what is drawn, so that it is easy to hit.
+    const QRect control = keyCell_->parts(option, index).disclosure;
+    if (control.isEmpty() || !control.adjusted(-2, -4, 2, 4).contains(position)) {
+        return false;
+    }
+    toggle(index.row(), reachFor(modifiers));
+    return true;
+}
+
+void PlistTable::toggle(int row, OutlineState::Reach reach) {
+    const OutlineRow shown = model_->row(row);
+    const auto expansion =
+        shown.isExpanded() ? OutlineState::Expansion::collapse : OutlineState::Expansion::expand;
+    if (outline().setExpanded(shown.node(), expansion, reach) ==
+        OutlineState::ExpandResult::tooManyRows) {
+        Q_EMIT expansionRefused();
+    }
+}
+
+// --- Selection ---
+
+void PlistTable::takeSelectionFromOutline() {
+    if (isSharingSelection_) {
+        return;
+    }
+    const QScopedValueRollback sharing(isSharingSelection_, true);
+    std::vector<int> rows;
+    for (const OutlineRow& row : outline().selectedRows()) {
+        rows.push_back(*outline().rowOf(row.node()));
+    }
+    const int first = rows.empty() ? -1 : *std::min_element(rows.begin(), rows.end());
+    const QItemSelection selection = selectionOf(std::move(rows), *model_);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (first >= 0 && !selection.contains(currentIndex())) {
+        selectionModel()->setCurrentIndex(model_->index(first, OutlineTableModel::keyColumn),
+                                          QItemSelectionModel::NoUpdate);
+        scrollTo(currentIndex());
+    }
+}
+
+void PlistTable::giveSelectionToOutline() {
+    // While rows come and go the outline looks after its selection itself.
+    if (isSharingSelection_ || isChangingRows_) {
+        return;
+    }
+    const QScopedValueRollback sharing(isSharingSelection_, true);
+    NodeIdSet ids;
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            ids.insert(model_->row(row).nodeId());
+        }
+    }
+    outline().select(ids);
+}
+
+// --- What is in sight ---
+
+void PlistTable::rememberSight() {
+    isChangingRows_ = true;
+    if (sight_.empty()) {
+        sight_ = seenRows();
+    }
+}
+
+std::vector<PlistTable::SeenRow> PlistTable::seenRows() const {
+    std::vector<SeenRow> rows;
+    const auto add = [this, &rows](int row) {
+        rows.push_back({PlistNodePtr(&model_->row(row).node()), rowViewportPosition(row)});
+    };
+    const int height = viewport()->height();
+    const int current = currentIndex().row();
+    if (current >= 0 && rowViewportPosition(current) >= 0 &&
+        rowViewportPosition(current) < height) {
+        add(current);
+    }
+    const int first = rowAt(0);
+    for (int row = first; row >= 0 && row < model_->rowCount(); ++row) {
+        if (rowViewportPosition(row) >= height) {
+            break;
+        }
+        add(row);
+    }
+    return rows;
+}
+
+/// Whether the node has a row, told from the node alone: unlike `OutlineState::rowOf` this does not
+/// look through all rows for one that has gone.
+bool PlistTable::hasRow(const PlistNode& node) const {
+    const std::vector<OutlineRow>& rows = outline().rows();
+    const int hint = node.rowHint();
+    return hint >= 0 && static_cast<std::size_t>(hint) < rows.size() &&
+           rows[static_cast<std::size_t>(hint)].nodeId() == node.id();
+}
+
+void PlistTable::restoreSight() {
+    isChangingRows_ = false;
+    const std::vector<SeenRow> seen = std::exchange(sight_, {});
+    const auto anchor = std::find_if(seen.begin(), seen.end(),
+                                     [this](const SeenRow& row) { return hasRow(*row.node); });
+    if (anchor == seen.end()) {
+        return;
+    }
+    // The range of the scroll bar must know of the rows before it can be set.
+    executeDelayedItemsLayout();
+    updateGeometries();
+    const int moved = rowViewportPosition(anchor->node->rowHint()) - anchor->top;
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + moved);
+}

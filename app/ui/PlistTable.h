@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QTableView>
+#include <vector>
+
+#include "app/model/DocumentActions.h"
+#include "app/model/PlistNodePtr.h"
+
+class KeyCell;
+class OutlineHeader;
+class OutlineTableModel;
+
+/// The outline as a table of keys, types and values. It shows rows, passes on what the user does to
+/// the actions and to the outline, and changes no document itself.
+class PlistTable : public QTableView {
+    Q_OBJECT
+
+public:
+    /// What `actions` name must outlive the table.
+    explicit PlistTable(const DocumentActions& actions, QWidget* parent = nullptr);
+    ~PlistTable() override;
+
+    OutlineTableModel& outlineModel() const noexcept { return *model_; }
+
+Q_SIGNALS:
+    /// An expansion was refused because of its size.
+    void expansionRefused();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void updateGeometries() override;
+
+private:
+    /// A row that was in sight, and where.
+    struct SeenRow {
+        PlistNodePtr node;
+        int top = 0;
+    };
+
+    OutlineState& outline() const noexcept { return actions_.outline(); }
+
+    void setUpAppearance();
+    void setUpModel();
+    void followOutline();
+    void applyFont();
+
+    void expandSelected(OutlineState::Reach reach);
+    bool toggleAt(const QPoint& position, Qt::KeyboardModifiers modifiers);
+    void toggle(int row, OutlineState::Reach reach);
+
+    void takeSelectionFromOutline();
+    void giveSelectionToOutline();
+
+    void rememberSight();
+    void restoreSight();
+    std::vector<SeenRow> seenRows() const;
+    bool hasRow(const PlistNode& node) const;
+
+    DocumentActions actions_;
+    OutlineTableModel* model_ = nullptr;
+    OutlineHeader* header_;
+    KeyCell* keyCell_ = nullptr;
+    std::vector<SeenRow> sight_;
+    bool isChangingRows_ = false;
+    bool isSharingSelection_ = false;
+};

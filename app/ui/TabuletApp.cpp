@@ -1,0 +1,138 @@
+#include "app/ui/TabuletApp.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QTimer>
+#include <QTranslator>
+#include <algorithm>
+
+#include "app/ui/DocumentWindow.h"
+#include "app/ui/FileDialogs.h"
+
+namespace {
+
+QString canonicalPath(const QString& path) {
+    const QFileInfo file(path);
+    const QString canonical = file.canonicalFilePath();
+    return canonical.isEmpty() ? file.absoluteFilePath() : canonical;
+}
+
+/// The texts in the sources are English, but say nothing about singular and plural: that is in a
+/// catalogue, which is needed whatever the user's language is.
+void loadTexts() {
+    auto* translator = new QTranslator(qApp);
+    if (translator->load(QStringLiteral(":/i18n/tabulet_en.qm"))) {
+        QCoreApplication::installTranslator(translator);
+    }
+}
+
+}  // namespace
+
+TabuletApp::TabuletApp(QObject* parent) : QObject(parent) {}
+
+TabuletApp::~TabuletApp() {
+    const QList<DocumentWindow*> remaining = windows_;
+    windows_.clear();
+    qDeleteAll(remaining);
+}
+
+void TabuletApp::setUp(const QString& version) {
+    QCoreApplication::setApplicationName(QStringLiteral("tabulet"));
+    QCoreApplication::setApplicationVersion(version);
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Tabulet"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("tabulet"));
+    loadTexts();
+}
+
+void TabuletApp::start(const QStringList& paths) {
+    if (paths.isEmpty()) {
+        newDocument();
+    } else {
+        open(paths);
+    }
+}
+
+DocumentWindow* TabuletApp::newDocument() {
+    DocumentWindow* window = makeWindow();
+    window->show();
+    return window;
+}
+
+void TabuletApp::open(const QStringList& paths) {
+    for (const QString& path : paths) {
+        openOne(path);
+    }
+}
+
+void TabuletApp::openOne(const QString& path) {
+    if (DocumentWindow* window = windowShowing(path)) {
+        window->raise();
+        window->activateWindow();
+        return;
+    }
+    DocumentWindow* window = pristineWindow();
+    if (window == nullptr) {
+        window = makeWindow();
+    }
+    window->open(path);
+    window->show();
+}
+
+DocumentWindow* TabuletApp::makeWindow() {
+    ++untitledCount_;
+    const QString name =
+        untitledCount_ == 1 ? tr("Untitled") : tr("Untitled %1").arg(untitledCount_);
+    auto* window = new DocumentWindow(name);
+    windows_ += window;
+    connect(window, &DocumentWindow::newChosen, this, &TabuletApp::newDocument);
+    connect(window, &DocumentWindow::openChosen, this, [this, window] { askForFiles(*window); });
+    connect(window, &DocumentWindow::quitChosen, this, &TabuletApp::quit);
+    connect(window, &DocumentWindow::closeRefused, this, [this] { isQuitting_ = false; });
+    connect(window, &QObject::destroyed, this, &TabuletApp::forget);
+    connect(&window->controller(), &DocumentController::openFailed, window,
+            &DocumentWindow::explainOpenFailure);
+    return window;
+}
+
+DocumentWindow* TabuletApp::windowShowing(const QString& path) const {
+    const QString wanted = canonicalPath(path);
+    const auto found =
+        std::find_if(windows_.begin(), windows_.end(), [&wanted](DocumentWindow* window) {
+            const QString& shown = window->controller().path();
+            return !shown.isEmpty() && canonicalPath(shown) == wanted;
+        });
+    return found == windows_.end() ? nullptr : *found;
+}
+
+DocumentWindow* TabuletApp::pristineWindow() const {
+    const auto found = std::find_if(windows_.begin(), windows_.end(), [](DocumentWindow* window) {
+        return window->controller().isPristine();
+    });
+    return found == windows_.end() ? nullptr : *found;
+}
+
+void TabuletApp::askForFiles(DocumentWindow& window) {
+    const QString& path = window.controller().path();
+    QFileDialog* dialog =
+        FileDialogs::opening(window, path.isEmpty() ? QString() : QFileInfo(path).absolutePath());
+    connect(dialog, &QFileDialog::filesSelected, this, &TabuletApp::open);
+    dialog->open();
+}
+
+void TabuletApp::quit() {
+    isQuitting_ = true;
+    if (windows_.isEmpty()) {
+        QCoreApplication::quit();
+    } else {
+        windows_.last()->close();
+    }
+}
+
+void TabuletApp::forget(QObject* window) {
+    windows_.removeIf([window](const DocumentWindow* one) { return one == window; });
+    if (isQuitting_) {
+        // Not from within the end of the window before.
+        QTimer::singleShot(0, this, &TabuletApp::quit);
+    }
+}

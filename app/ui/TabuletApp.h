@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QStringList>
+
+class DocumentWindow;
+class FileError;
+
+/// The application: opens and creates documents, each in a window of its own, and ends when the
+/// last of them is closed.
+class TabuletApp : public QObject {
+    Q_OBJECT
+
+public:
+    explicit TabuletApp(QObject* parent = nullptr);
+    ~TabuletApp() override;
+
+    /// Names the application, which has the given version, and loads its texts; once, before
+    /// anything is shown.
+    static void setUp(const QString& version);
+
+    /// Opens the files, or a new document if there are none.
+    void start(const QStringList& paths);
+
+    DocumentWindow* newDocument();
+
+    /// Opens each file in a window of its own, or brings the window up that shows it already. A
+    /// window whose new document nobody has touched is used for the first.
+    void open(const QStringList& paths);
+
+    /// Closes all windows, asking about unsaved changes, until the user refuses.
+    void quit();
+
+    /// In the order in which they were made.
+    const QList<DocumentWindow*>& windows() const noexcept { return windows_; }
+
+private:
+    DocumentWindow* makeWindow();
+    DocumentWindow* windowShowing(const QString& path) const;
+    DocumentWindow* pristineWindow() const;
+    void openOne(const QString& path);
+    void askForFiles(DocumentWindow& window);
+    void forget(QObject* window);
+
+    QList<DocumentWindow*> windows_;
+    int untitledCount_ = 0;
+    bool isQuitting_ = false;
+};

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "app/ui/OutlineCell.h"
+
+/// The type column: the name of the type.
+class TypeCell : public OutlineCell {
+    Q_OBJECT
+
+public:
+    using OutlineCell::OutlineCell;
+
+protected:
+    void paintContent(QPainter& painter, const QStyleOptionViewItem& option,
+                      const QModelIndex& index) const override;
+};

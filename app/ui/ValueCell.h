@@ -1,0 +1,16 @@
+#pragma once
+
+#include "app/ui/OutlineCell.h"
+
+/// The value column: the text of a scalar, with a check box before that of a boolean, or the number
+/// of items of a container.
+class ValueCell : public OutlineCell {
+    Q_OBJECT
+
+public:
+    using OutlineCell::OutlineCell;
+
+protected:
+    void paintContent(QPainter& painter, const QStyleOptionViewItem& option,
+                      const QModelIndex& index) const override;
+};

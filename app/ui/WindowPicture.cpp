@@ -1,0 +1,34 @@
+#include "app/ui/WindowPicture.h"
+
+#include <QCoreApplication>
+#include <QPixmap>
+#include <iostream>
+
+#include "app/ui/DocumentWindow.h"
+
+namespace {
+
+void fail(const QString& message) {
+    std::cerr << "tabulet: " << qUtf8Printable(message) << '\n';
+    QCoreApplication::exit(1);
+}
+
+void savePicture(DocumentWindow& window, const QString& path) {
+    if (window.grab().save(path, "PNG")) {
+        QCoreApplication::exit(0);
+    } else {
+        fail(DocumentWindow::tr("The picture “%1” could not be written.").arg(path));
+    }
+}
+
+}  // namespace
+
+void takeWindowPicture(const QString& path, const QString& picturePath) {
+    auto* window = new DocumentWindow(QString());
+    QObject::connect(&window->controller(), &DocumentController::openFailed, window,
+                     [](const FileError& error) { fail(QString::fromUtf8(error.what())); });
+    QObject::connect(window, &DocumentWindow::documentShown, window,
+                     [window, picturePath] { savePicture(*window, picturePath); });
+    window->open(path);
+    window->show();
+}
