@@ -179,6 +179,11 @@ std::uint64_t hashOfScalar(const PlistCell& cell) {
     return hashOfComposed(PlistString(UnicodeText::composed(cell.bytes())).cell());
 }
 
+/// Whether equal scalars of this type become one object found by its hash.
+bool isShared(PlistType type) noexcept {
+    return type != PlistType::boolean && type != PlistType::data;
+}
+
 /// Remembers where dictionaries with the same list of keys were met, so that what was found out
 /// about the list need not be found out again. Forgets lists when others take their places.
 class KeyListMemory {
@@ -272,12 +277,20 @@ private:
         std::size_t reference;  ///< where the reference to `next` goes
     };
 
-    ObjectNumber writeValue(const PlistValue& value);
+    /// How many scalars are hashed ahead of their turn.
+    static constexpr std::size_t hashesAhead = 32;
+    using Hashes = std::array<std::uint64_t, hashesAhead>;
+
+    ObjectNumber writeValue(const PlistValue& value, const PlistValue* end);
     ObjectNumber writeContainer(const PlistCell& cell);
     void writeKeys(std::span<const PlistString> keys, std::size_t reference);
     ObjectNumber writeBoolean(bool truth);
     ObjectNumber writeData(std::string_view bytes);
-    ObjectNumber writeUnique(const PlistCell& cell);
+    ObjectNumber writeUnique(const PlistCell& cell, std::uint64_t hash);
+    std::uint64_t nextHash(const PlistValue& scalar, const PlistValue* end);
+    template <typename Scalar>
+    std::size_t lookAhead(std::span<const Scalar> scalars, Hashes& hashes) const;
+    void fetchLikelyObjects(std::span<const std::uint64_t> hashes) const;
     std::size_t putScalar(const PlistCell& cell);
     std::uint8_t* putText(const PlistCell& cell);
     bool isObject(ObjectNumber number, const PlistCell& cell, std::size_t encodedSize) const;
@@ -295,6 +308,9 @@ private:
     EqualObjectTable table_;
     KeyListMemory keyReferences_;
     std::array<std::optional<ObjectNumber>, 2> booleans_;
+    Hashes hashes_{};  ///< of the next scalars of the container on top
+    std::size_t hashCount_ = 0;
+    std::size_t hashesUsed_ = 0;
 };
 
 Writer::Writer(const Counts& counts, unsigned referenceSize)
@@ -304,7 +320,7 @@ Writer::Writer(const Counts& counts, unsigned referenceSize)
 }
 
 void Writer::writeObjects(const PlistValue& root) {
-    writeValue(root);
+    writeValue(root, &root + 1);
     while (!open_.empty()) {
         OpenContainer& container = open_.back();
         if (container.next == container.end) {
@@ -314,23 +330,25 @@ void Writer::writeObjects(const PlistValue& root) {
         const PlistValue& value = *container.next++;
         const std::size_t reference =
             std::exchange(container.reference, container.reference + referenceSize_);
-        putReference(writeValue(value), reference);
+        putReference(writeValue(value, container.end), reference);
     }
 }
 
-/// Writes a scalar unless an equal one is there, or begins a container. Returns its number.
-ObjectNumber Writer::writeValue(const PlistValue& value) {
+/// Writes a scalar unless an equal one is there, or begins a container. Returns its number. Its
+/// siblings stand behind it up to `end`.
+ObjectNumber Writer::writeValue(const PlistValue& value, const PlistValue* end) {
     const PlistCell& cell = value.cell();
+    if (value.isContainer()) {
+        return writeContainer(cell);
+    }
+    const std::uint64_t hash = nextHash(value, end);
     switch (cell.type()) {
-        case PlistType::dictionary:
-        case PlistType::array:
-            return writeContainer(cell);
         case PlistType::boolean:
             return writeBoolean(cell.word() != 0);
         case PlistType::data:
             return writeData(cell.bytes());
         default:
-            return writeUnique(cell);
+            return writeUnique(cell, hash);
     }
 }
 
@@ -371,9 +389,14 @@ void Writer::writeKeys(std::span<const PlistString> keys, std::size_t reference)
         return;
     }
     keyReferences_.remember(keys, reference);
-    for (const PlistString& key : keys) {
-        putReference(writeUnique(key.cell()), reference);
-        reference += referenceSize_;
+    Hashes hashes;
+    for (std::span<const PlistString> rest = keys; !rest.empty();) {
+        const std::size_t count = lookAhead(rest, hashes);
+        for (std::size_t i = 0; i < count; ++i) {
+            putReference(writeUnique(rest[i].cell(), hashes[i]), reference);
+            reference += referenceSize_;
+        }
+        rest = rest.subspan(count);
     }
 }
 
@@ -396,13 +419,59 @@ ObjectNumber Writer::writeData(std::string_view bytes) {
     return number;
 }
 
+/// The hash of a scalar. All of them ask, in their order.
+std::uint64_t Writer::nextHash(const PlistValue& scalar, const PlistValue* end) {
+    if (hashesUsed_ == hashCount_) {
+        hashCount_ = lookAhead(std::span(&scalar, end), hashes_);
+        hashesUsed_ = 0;
+    }
+    return hashes_[hashesUsed_++];
+}
+
+/// Hashes the first scalars, up to a container, and returns how many. The table of objects is
+/// larger than the caches and is looked into in no order, so what a whole run of scalars will need
+/// is fetched at once.
+template <typename Scalar>
+std::size_t Writer::lookAhead(std::span<const Scalar> scalars, Hashes& hashes) const {
+    const std::size_t most = std::min(scalars.size(), hashes.size());
+    std::size_t count = 0;
+    for (; count < most; ++count) {
+        const PlistCell& cell = scalars[count].cell();
+        if (isContainer(cell.type())) {
+            break;
+        }
+        hashes[count] = isShared(cell.type()) ? hashOfScalar(cell) : 0;
+        table_.prefetch(hashes[count]);
+    }
+    fetchLikelyObjects(std::span(hashes).first(count));
+    return count;
+}
+
+/// Fetches the objects that scalars with these hashes will be compared with.
+void Writer::fetchLikelyObjects(std::span<const std::uint64_t> hashes) const {
+    constexpr std::size_t leastRun = 4;
+    if (hashes.size() < leastRun) {
+        return;
+    }
+    for (const std::uint64_t hash : hashes) {
+        if (const std::optional<ObjectNumber> number = table_.likely(hash)) {
+            __builtin_prefetch(&offsets_[*number]);
+        }
+    }
+    for (const std::uint64_t hash : hashes) {
+        if (const std::optional<ObjectNumber> number = table_.likely(hash)) {
+            __builtin_prefetch(bytes_.data() + offsets_[*number]);
+        }
+    }
+}
+
 /// Puts the object behind the file written so far, where it is compared with equal ones, and takes
 /// it into the file only if there is none.
-ObjectNumber Writer::writeUnique(const PlistCell& cell) {
+ObjectNumber Writer::writeUnique(const PlistCell& cell, std::uint64_t hash) {
     const std::size_t encodedSize = putScalar(cell);
     const auto next = static_cast<ObjectNumber>(offsets_.size());
     const std::optional<ObjectNumber> known =
-        table_.findOrAdd(hashOfScalar(cell), next, [this, &cell, encodedSize](ObjectNumber number) {
+        table_.findOrAdd(hash, next, [this, &cell, encodedSize](ObjectNumber number) {
             return isObject(number, cell, encodedSize);
         });
     if (known) {

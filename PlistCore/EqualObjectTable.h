@@ -19,7 +19,7 @@ public:
     template <typename IsEqual>
     std::optional<std::uint32_t> findOrAdd(std::uint64_t hash, std::uint32_t number,
                                            const IsEqual& isEqual) {
-        const auto tag = static_cast<std::uint32_t>(hash >> 32);
+        const std::uint32_t tag = tagOf(hash);
         std::size_t index = tag & mask_;
         while (slots_[index].successor != 0) {
             if (slots_[index].tag == tag && isEqual(slots_[index].successor - 1)) {
@@ -34,6 +34,17 @@ public:
         return std::nullopt;
     }
 
+    /// Begins to fetch the place where an object with this hash is looked for.
+    void prefetch(std::uint64_t hash) const noexcept { __builtin_prefetch(&firstSlot(hash)); }
+
+    /// The number of the object that `findOrAdd` would ask for first, if it would at its first
+    /// look.
+    std::optional<std::uint32_t> likely(std::uint64_t hash) const noexcept {
+        const Slot& slot = firstSlot(hash);
+        const bool isLikely = slot.successor != 0 && slot.tag == tagOf(hash);
+        return isLikely ? std::optional(slot.successor - 1) : std::nullopt;
+    }
+
 private:
     /// An empty slot is all zero, so that fresh memory is an empty table.
     struct Slot {
@@ -41,10 +52,15 @@ private:
         std::uint32_t successor;  ///< the object number plus one
     };
     struct Freeing {
-        void operator()(Slot* slots) const noexcept { std::free(slots); }
+        std::size_t count;
+        void operator()(Slot* slots) const noexcept;
     };
     using Slots = std::unique_ptr<Slot[], Freeing>;
 
+    static std::uint32_t tagOf(std::uint64_t hash) noexcept {
+        return static_cast<std::uint32_t>(hash >> 32);
+    }
+    const Slot& firstSlot(std::uint64_t hash) const noexcept { return slots_[tagOf(hash) & mask_]; }
     static Slots emptySlots(std::size_t count);
     void grow();
 

@@ -41,3 +41,29 @@ TEST(EqualObjectTable, GrowsPastWhatWasExpected) {
         ASSERT_EQ(table.findOrAdd(hash(number), count, isNumber), number);
     }
 }
+
+TEST(EqualObjectTable, TellsWhichObjectIsLikely) {
+    EqualObjectTable table(10);
+    const std::uint64_t hash = std::uint64_t{7} << 32;
+    table.prefetch(hash);
+    EXPECT_EQ(table.likely(hash), std::nullopt);
+    table.findOrAdd(hash, 3, never);
+    EXPECT_EQ(table.likely(hash), 3U);
+    EXPECT_EQ(table.likely(std::uint64_t{7 + 1024} << 32), std::nullopt);
+}
+
+// Large tables have memory of another kind.
+TEST(EqualObjectTable, HoldsManyObjects) {
+    const std::uint32_t count = 400000;
+    EqualObjectTable table(count);
+    const auto hash = [](std::uint32_t number) {
+        return std::uint64_t{number} * 2654435761U << 32;
+    };
+    for (std::uint32_t number = 0; number < count; ++number) {
+        ASSERT_EQ(table.findOrAdd(hash(number), number, never), std::nullopt);
+    }
+    for (std::uint32_t number = 0; number < count; ++number) {
+        const auto isNumber = [number](std::uint32_t other) { return other == number; };
+        ASSERT_EQ(table.findOrAdd(hash(number), count, isNumber), number);
+    }
+}
