@@ -46,21 +46,23 @@ public:
     }
 
 private:
+    struct Slot;
+
+    static std::uint32_t tagOf(std::uint64_t hash) noexcept {
+        return static_cast<std::uint32_t>(hash >> 32);
+    }
+    const Slot& firstSlot(std::uint64_t hash) const noexcept { return slots_[tagOf(hash) & mask_]; }
+
     /// An empty slot is all zero, so that fresh memory is an empty table.
     struct Slot {
         std::uint32_t tag;
         std::uint32_t successor;  ///< the object number plus one
     };
     struct Freeing {
-        std::size_t count;
-        void operator()(Slot* slots) const noexcept;
+        void operator()(Slot* slots) const noexcept { std::free(slots); }
     };
     using Slots = std::unique_ptr<Slot[], Freeing>;
 
-    static std::uint32_t tagOf(std::uint64_t hash) noexcept {
-        return static_cast<std::uint32_t>(hash >> 32);
-    }
-    const Slot& firstSlot(std::uint64_t hash) const noexcept { return slots_[tagOf(hash) & mask_]; }
     static Slots emptySlots(std::size_t count);
     void grow();
 
