@@ -7,6 +7,7 @@
 #include "PlistCore/BinaryPlistSerializer.h"
 #include "PlistCore/OpenStepPlistParser.h"
 #include "PlistCore/PlistError.h"
+#include "PlistCore/PlistExpansion.h"
 #include "PlistCore/TextEncoding.h"
 #include "PlistCore/UnicodeText.h"
 #include "PlistCore/XMLPlistParser.h"
@@ -64,7 +65,10 @@ PlistFile readConverted(std::string_view text) {
 }
 
 void checkWrittenValues(const PlistValue& value) {
-    if (value.expandedCount() > PlistCodec::writtenValueLimit) {
+    // The quick count is a bound: what an edit puts together from parts of a file counts the whole
+    // file for each part. Only when it is too high is the exact one worth its time.
+    constexpr std::uint64_t limit = PlistCodec::writtenValueLimit;
+    if (value.expandedCount() > limit && PlistExpansion::count(value, limit + 1) > limit) {
         throw PlistError(PlistError::InvalidValue{"The document describes more than " +
                                                   std::to_string(PlistCodec::writtenValueLimit) +
                                                   " values when written out."});

@@ -285,8 +285,8 @@ std::vector<PlistEditor::Places> PlistEditor::placesOf(std::span<const PlistNode
     }
     for (Places& place : places) {
         std::ranges::sort(place.positions);
-        const auto repeated = std::ranges::unique(place.positions);
-        place.positions.erase(repeated.begin(), repeated.end());
+        place.positions.erase(std::unique(place.positions.begin(), place.positions.end()),
+                              place.positions.end());
         place.nodes.reserve(place.positions.size());
         for (const std::size_t position : place.positions) {
             place.nodes.push_back(place.parent->children()[position]);

@@ -1,7 +1,7 @@
 #include "app/model/UndoManager.h"
 
 #include <algorithm>
-#include <ranges>
+#include <cstddef>
 #include <utility>
 
 #include "PlistCore/PlistCheck.h"
@@ -112,7 +112,8 @@ void UndoManager::runHandlers(Group& group) {
         }
     };
     try {
-        for (const Registration& registration : group.registrations | std::views::reverse) {
+        for (std::size_t i = group.registrations.size(); i > 0; --i) {
+            const Registration& registration = group.registrations[i - 1];
             if (registration.document) {
                 registration.handler();
             }

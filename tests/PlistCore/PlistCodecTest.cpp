@@ -4,6 +4,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "PlistCore/PlistCodec.h"
 #include "PlistCore/PlistError.h"
@@ -250,6 +251,17 @@ TEST(PlistCodecTest, refusesToWriteWithoutMeasure) {
         EXPECT_EQ(writeErrorOf(doubled(100), format), expected);
         EXPECT_EQ(writeErrorOf(doubled(10), format), std::nullopt);
     }
+}
+
+TEST(PlistCodecTest, writesWhatAnEditPutsTogetherFromPartsOfAFile) {
+    const PlistValue record =
+        PlistValue::array({PlistValue::integer(1), PlistValue::boolean(true)});
+    const PlistValue written = PlistValue::array(std::vector<PlistValue>(20'000, record));
+    const PlistBytes bytes = PlistCodec::write(written, PlistFormat::xml);
+    const PlistValue read = PlistCodec::read(bytes.span()).root;
+    std::vector<PlistValue> items(read.children().begin(), read.children().end());
+    items.front() = PlistValue::integer(5);
+    EXPECT_EQ(writeErrorOf(PlistValue::array(std::move(items)), PlistFormat::xml), std::nullopt);
 }
 
 }  // namespace

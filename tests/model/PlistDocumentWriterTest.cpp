@@ -107,6 +107,20 @@ private Q_SLOTS:
         QCOMPARE(TreeText::whole(file.root), QStringLiteral("{a: 2, b: [true]}"));
     }
 
+    void savesALargeFileAfterAnEdit() {
+        // What an edit puts together from parts of a file that was read is no larger than before.
+        std::vector<PlistValue> items(20'000, sample());
+        PlistDocumentWriter::write({PlistValue::array(std::move(items)), PlistFormat::xml}, path());
+        PlistDocument document;
+        document.apply(PlistDocumentReader::read(path()));
+        document.root().children()[0]->setValue(PlistValue::integer(2));
+        PlistDocumentWriter::write(document.snapshot(), path());
+        const PlistValue root = PlistDocumentReader::read(path()).root;
+        QCOMPARE(root.childCount(), std::size_t{20'000});
+        QVERIFY(root.children()[0] == PlistValue::integer(2));
+        QVERIFY(root.children()[1] == sample());
+    }
+
     void writesInAnyThread() {
         PlistDocument document;
         document.apply({sample(), PlistFormat::xml});

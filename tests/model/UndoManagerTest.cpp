@@ -200,7 +200,7 @@ private Q_SLOTS:
         change(QStringLiteral("b"));
         manager_->endGroup();
         manager_->setSavedState(manager_->state());
-        QVERIFY_EXCEPTION_THROWN(manager_->undo(), std::runtime_error);
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, manager_->undo());
         QCOMPARE(history(), QStringLiteral("a | undo 0  | redo 0 "));
         QVERIFY(manager_->isModified());
         set(QStringLiteral("c"), QStringLiteral("Third"));

@@ -1,7 +1,6 @@
 #include "tests/model/support/TreeText.h"
 
 #include <QByteArray>
-#include <ranges>
 #include <vector>
 
 #include "PlistCore/PlistInteger.h"
@@ -91,8 +90,8 @@ QString TreeText::ofTree(PlistNode& node) {
         lines += line;
         if (next.node->isMaterialized()) {
             const auto children = next.node->children();
-            for (const PlistNodePtr& child : children | std::views::reverse) {
-                waiting.push_back({child.get(), next.node, next.depth + 1});
+            for (std::size_t i = children.size(); i > 0; --i) {
+                waiting.push_back({children[i - 1].get(), next.node, next.depth + 1});
             }
         }
     }
