@@ -5,10 +5,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
-#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -16,6 +13,7 @@
 #include <vector>
 
 #include "PlistCore/BigEndian.h"
+#include "PlistCore/FreshArray.h"
 #include "PlistCore/PlistBuilder.h"
 #include "PlistCore/PlistBytes.h"
 #include "PlistCore/PlistCell.h"
@@ -116,28 +114,6 @@ Trailer readTrailer(std::span<const std::uint8_t> bytes) {
     }
     return trailer;
 }
-
-/// Where the values of objects lie that were read already.
-class KnownObjects {
-public:
-    explicit KnownObjects(std::size_t count)
-        : places_(static_cast<const PlistCell**>(std::calloc(count, sizeof(PlistCell*)))) {
-        if (places_ == nullptr) {
-            throw std::bad_alloc();
-        }
-    }
-
-    const PlistCell*& operator[](std::uint64_t object) noexcept { return places_[object]; }
-
-private:
-    struct Freeing {
-        void operator()(const PlistCell** places) const noexcept {
-            std::free(static_cast<void*>(places));
-        }
-    };
-    // Fresh zero pages, which cost nothing where no object is ever reached.
-    std::unique_ptr<const PlistCell*[], Freeing> places_;
-};
 
 /// Stands for the value of a container that is being read.
 constexpr PlistCell openContainerMark;
@@ -243,7 +219,7 @@ private:
     std::span<const std::uint8_t> bytes_;
     Trailer trailer_;
     PlistBuilder builder_;
-    KnownObjects known_;
+    FreshArray<const PlistCell*> known_;  ///< where the values of objects lie that were read
     RecentKeyLists keyLists_;
     std::vector<OpenContainer> open_;
     std::uint64_t referencesRead_ = 0;
@@ -502,7 +478,8 @@ std::uint64_t Reader::offsetOf(std::uint64_t object) const {
 /// Checks that `count` things of `width` bytes from `start`, which is no further than the table of
 /// offsets, lie before it. Nothing can overflow.
 void Reader::checkRange(std::uint64_t start, std::uint64_t count, std::uint64_t width) const {
-    if (count > (trailer_.offsetTableStart - start) / width) {
+    __extension__ using Product = unsigned __int128;
+    if (Product{count} * width > trailer_.offsetTableStart - start) {
         failAtEnd(start);
     }
 }

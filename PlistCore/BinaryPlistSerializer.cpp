@@ -17,6 +17,7 @@
 
 #include "PlistCore/BigEndian.h"
 #include "PlistCore/EqualObjectTable.h"
+#include "PlistCore/FreshArray.h"
 #include "PlistCore/PlistCell.h"
 #include "PlistCore/PlistString.h"
 #include "PlistCore/UnicodeText.h"
@@ -173,15 +174,11 @@ std::uint64_t hashOfComposed(const PlistCell& cell) noexcept {
 /// Equal scalars have equal hashes; so do canonically equivalent texts, which are hashed in their
 /// composed form.
 std::uint64_t hashOfScalar(const PlistCell& cell) {
-    if (cell.type() != PlistType::string || cell.has(PlistCell::ascii)) {
+    if (cell.type() != PlistType::string || cell.has(PlistCell::ascii) ||
+        UnicodeText::isPlainlyComposed(cell.bytes())) {
         return hashOfComposed(cell);
     }
     return hashOfComposed(PlistString(UnicodeText::composed(cell.bytes())).cell());
-}
-
-/// Whether equal scalars of this type become one object found by its hash.
-bool isShared(PlistType type) noexcept {
-    return type != PlistType::boolean && type != PlistType::data;
 }
 
 /// Remembers where dictionaries with the same list of keys were met, so that what was found out
@@ -261,36 +258,45 @@ unsigned referenceSizeFor(std::size_t objectCount) noexcept {
     return objectCount < 0x10000 ? 2 : 4;
 }
 
+/// The cells of keys or values, which are nothing else.
+template <typename Item>
+std::span<const PlistCell> cellsOf(std::span<const Item> items) noexcept {
+    static_assert(sizeof(Item) == sizeof(PlistCell));
+    return {reinterpret_cast<const PlistCell*>(items.data()), items.size()};
+}
+
+/// Whether equal scalars of this type become one object, which has to be looked for.
+bool isShared(PlistType type) noexcept {
+    return !isContainer(type) && type != PlistType::data && type != PlistType::boolean;
+}
+
+/// So many scalars are prepared at once: enough for their places in memory to be fetched side by
+/// side.
+constexpr std::size_t batchSize = 16;
+
 class Writer {
 public:
     Writer(const Counts& counts, unsigned referenceSize);
 
     void writeObjects(const PlistValue& root);
-    std::size_t objectCount() const noexcept { return offsets_.size(); }
+    std::size_t objectCount() const noexcept { return objectCount_; }
     PlistBytes finish();
 
 private:
     /// A container whose members are being written.
     struct OpenContainer {
-        const PlistValue* next;
-        const PlistValue* end;
-        std::size_t reference;  ///< where the reference to `next` goes
+        std::span<const PlistCell> rest;  ///< the members that are not written yet
+        std::size_t reference;            ///< where the reference to the first of them goes
     };
 
-    /// How many scalars are hashed ahead of their turn.
-    static constexpr std::size_t hashesAhead = 32;
-    using Hashes = std::array<std::uint64_t, hashesAhead>;
-
-    ObjectNumber writeValue(const PlistValue& value, const PlistValue* end);
+    void writeMembers(OpenContainer& container);
+    std::size_t prepare(std::span<const PlistCell> cells);
+    ObjectNumber writeValue(const PlistCell& cell, std::uint64_t hash);
     ObjectNumber writeContainer(const PlistCell& cell);
     void writeKeys(std::span<const PlistString> keys, std::size_t reference);
     ObjectNumber writeBoolean(bool truth);
     ObjectNumber writeData(std::string_view bytes);
     ObjectNumber writeUnique(const PlistCell& cell, std::uint64_t hash);
-    std::uint64_t nextHash(const PlistValue& scalar, const PlistValue* end);
-    template <typename Scalar>
-    std::size_t lookAhead(std::span<const Scalar> scalars, Hashes& hashes) const;
-    void fetchLikelyObjects(std::span<const std::uint64_t> hashes) const;
     std::size_t putScalar(const PlistCell& cell);
     std::uint8_t* putText(const PlistCell& cell);
     bool isObject(ObjectNumber number, const PlistCell& cell, std::size_t encodedSize) const;
@@ -303,46 +309,83 @@ private:
 
     PlistBytes bytes_;
     unsigned referenceSize_;
-    std::vector<std::uint64_t> offsets_;
+    FreshArray<std::uint64_t> offsets_;
+    std::size_t objectCount_ = 0;
     std::vector<OpenContainer> open_;
     EqualObjectTable table_;
     KeyListMemory keyReferences_;
     std::array<std::optional<ObjectNumber>, 2> booleans_;
-    Hashes hashes_{};  ///< of the next scalars of the container on top
-    std::size_t hashCount_ = 0;
-    std::size_t hashesUsed_ = 0;
+    std::array<std::uint64_t, batchSize> hashes_{};  ///< of the cells that were prepared last
 };
 
 Writer::Writer(const Counts& counts, unsigned referenceSize)
-    : referenceSize_(referenceSize), table_(counts.scalars) {
-    offsets_.reserve(counts.objects());
+    : referenceSize_(referenceSize), offsets_(counts.objects()), table_(counts.scalars) {
     bytes_.append(magic);
 }
 
 void Writer::writeObjects(const PlistValue& root) {
-    writeValue(root, &root + 1);
+    prepare({&root.cell(), 1});
+    writeValue(root.cell(), hashes_[0]);
     while (!open_.empty()) {
-        OpenContainer& container = open_.back();
-        if (container.next == container.end) {
+        if (open_.back().rest.empty()) {
             open_.pop_back();
-            continue;
+        } else {
+            writeMembers(open_.back());
         }
-        const PlistValue& value = *container.next++;
-        const std::size_t reference =
-            std::exchange(container.reference, container.reference + referenceSize_);
-        putReference(writeValue(value, container.end), reference);
     }
 }
 
-/// Writes a scalar unless an equal one is there, or begins a container. Returns its number. Its
-/// siblings stand behind it up to `end`.
-ObjectNumber Writer::writeValue(const PlistValue& value, const PlistValue* end) {
-    const PlistCell& cell = value.cell();
-    if (value.isContainer()) {
-        return writeContainer(cell);
+/// Writes some members of a container, up to the first one that has members of its own.
+void Writer::writeMembers(OpenContainer& container) {
+    const std::span<const PlistCell> batch = container.rest.first(prepare(container.rest));
+    std::size_t reference = container.reference;
+    container.rest = container.rest.subspan(batch.size());
+    container.reference += batch.size() * referenceSize_;
+    for (std::size_t i = 0; i < batch.size(); ++i) {
+        putReference(writeValue(batch[i], hashes_[i]), reference);
+        reference += referenceSize_;
     }
-    const std::uint64_t hash = nextHash(value, end);
+}
+
+/// Computes the hashes of the first cells, up to a container or a whole batch, and has everything
+/// fetched that looking for equal objects will touch. Returns how many cells that are.
+std::size_t Writer::prepare(std::span<const PlistCell> cells) {
+    std::size_t count = 0;
+    while (count < std::min(cells.size(), batchSize)) {
+        const PlistCell& cell = cells[count];
+        if (isContainer(cell.type())) {
+            ++count;
+            break;
+        }
+        if (isShared(cell.type())) {
+            hashes_[count] = hashOfScalar(cell);
+            table_.prefetch(hashes_[count]);
+        }
+        ++count;
+    }
+    std::array<ObjectNumber, batchSize> likely;
+    std::size_t likelyCount = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!isShared(cells[i].type())) {
+            continue;
+        }
+        if (const std::optional<ObjectNumber> number = table_.likely(hashes_[i])) {
+            __builtin_prefetch(&offsets_[*number]);
+            likely[likelyCount++] = *number;
+        }
+    }
+    for (std::size_t i = 0; i < likelyCount; ++i) {
+        __builtin_prefetch(bytes_.data() + offsets_[likely[i]]);
+    }
+    return count;
+}
+
+/// Writes a scalar unless an equal one is there, or begins a container. Returns its number.
+ObjectNumber Writer::writeValue(const PlistCell& cell, std::uint64_t hash) {
     switch (cell.type()) {
+        case PlistType::dictionary:
+        case PlistType::array:
+            return writeContainer(cell);
         case PlistType::boolean:
             return writeBoolean(cell.word() != 0);
         case PlistType::data:
@@ -353,11 +396,11 @@ ObjectNumber Writer::writeValue(const PlistValue& value, const PlistValue* end) 
 }
 
 ObjectNumber Writer::beginObject() {
-    if (offsets_.size() == mostObjects) {
+    if (objectCount_ == mostObjects) {
         throw std::bad_alloc();
     }
-    offsets_.push_back(bytes_.size());
-    return static_cast<ObjectNumber>(offsets_.size() - 1);
+    offsets_[objectCount_] = bytes_.size();
+    return static_cast<ObjectNumber>(objectCount_++);
 }
 
 ObjectNumber Writer::writeContainer(const PlistCell& cell) {
@@ -375,7 +418,7 @@ ObjectNumber Writer::writeContainer(const PlistCell& cell) {
         if (isDictionary) {
             writeKeys(cell.keys(), reference - sizeOfList);
         }
-        open_.push_back({values.data(), values.data() + values.size(), reference});
+        open_.push_back({cellsOf(values), reference});
     }
     return number;
 }
@@ -389,14 +432,13 @@ void Writer::writeKeys(std::span<const PlistString> keys, std::size_t reference)
         return;
     }
     keyReferences_.remember(keys, reference);
-    Hashes hashes;
-    for (std::span<const PlistString> rest = keys; !rest.empty();) {
-        const std::size_t count = lookAhead(rest, hashes);
-        for (std::size_t i = 0; i < count; ++i) {
-            putReference(writeUnique(rest[i].cell(), hashes[i]), reference);
+    for (std::span<const PlistCell> rest = cellsOf(keys); !rest.empty();) {
+        const std::span<const PlistCell> batch = rest.first(prepare(rest));
+        for (std::size_t i = 0; i < batch.size(); ++i) {
+            putReference(writeUnique(batch[i], hashes_[i]), reference);
             reference += referenceSize_;
         }
-        rest = rest.subspan(count);
+        rest = rest.subspan(batch.size());
     }
 }
 
@@ -419,57 +461,11 @@ ObjectNumber Writer::writeData(std::string_view bytes) {
     return number;
 }
 
-/// The hash of a scalar. All of them ask, in their order.
-std::uint64_t Writer::nextHash(const PlistValue& scalar, const PlistValue* end) {
-    if (hashesUsed_ == hashCount_) {
-        hashCount_ = lookAhead(std::span(&scalar, end), hashes_);
-        hashesUsed_ = 0;
-    }
-    return hashes_[hashesUsed_++];
-}
-
-/// Hashes the first scalars, up to a container, and returns how many. The table of objects is
-/// larger than the caches and is looked into in no order, so what a whole run of scalars will need
-/// is fetched at once.
-template <typename Scalar>
-std::size_t Writer::lookAhead(std::span<const Scalar> scalars, Hashes& hashes) const {
-    const std::size_t most = std::min(scalars.size(), hashes.size());
-    std::size_t count = 0;
-    for (; count < most; ++count) {
-        const PlistCell& cell = scalars[count].cell();
-        if (isContainer(cell.type())) {
-            break;
-        }
-        hashes[count] = isShared(cell.type()) ? hashOfScalar(cell) : 0;
-        table_.prefetch(hashes[count]);
-    }
-    fetchLikelyObjects(std::span(hashes).first(count));
-    return count;
-}
-
-/// Fetches the objects that scalars with these hashes will be compared with.
-void Writer::fetchLikelyObjects(std::span<const std::uint64_t> hashes) const {
-    constexpr std::size_t leastRun = 4;
-    if (hashes.size() < leastRun) {
-        return;
-    }
-    for (const std::uint64_t hash : hashes) {
-        if (const std::optional<ObjectNumber> number = table_.likely(hash)) {
-            __builtin_prefetch(&offsets_[*number]);
-        }
-    }
-    for (const std::uint64_t hash : hashes) {
-        if (const std::optional<ObjectNumber> number = table_.likely(hash)) {
-            __builtin_prefetch(bytes_.data() + offsets_[*number]);
-        }
-    }
-}
-
 /// Puts the object behind the file written so far, where it is compared with equal ones, and takes
 /// it into the file only if there is none.
 ObjectNumber Writer::writeUnique(const PlistCell& cell, std::uint64_t hash) {
     const std::size_t encodedSize = putScalar(cell);
-    const auto next = static_cast<ObjectNumber>(offsets_.size());
+    const auto next = static_cast<ObjectNumber>(objectCount_);
     const std::optional<ObjectNumber> known =
         table_.findOrAdd(hash, next, [this, &cell, encodedSize](ObjectNumber number) {
             return isObject(number, cell, encodedSize);
@@ -565,16 +561,16 @@ std::optional<std::string> Writer::textOfObject(ObjectNumber number) const {
 PlistBytes Writer::finish() {
     const std::size_t tableStart = bytes_.size();
     const unsigned offsetSize = widthOf(tableStart);
-    const std::size_t size = offsets_.size() * offsetSize + trailerSize;
+    const std::size_t size = objectCount_ * offsetSize + trailerSize;
     std::uint8_t* out = bytes_.reserve(size);
-    for (const std::uint64_t offset : offsets_) {
-        out = putBytes(offset, offsetSize, out);
+    for (std::size_t i = 0; i < objectCount_; ++i) {
+        out = putBytes(offsets_[i], offsetSize, out);
     }
     std::memset(out, 0, 6);
     out[6] = static_cast<std::uint8_t>(offsetSize);
     out[7] = static_cast<std::uint8_t>(referenceSize_);
     const std::uint64_t rootNumber = 0;
-    out = putBytes(offsets_.size(), 8, out + 8);
+    out = putBytes(objectCount_, 8, out + 8);
     out = putBytes(rootNumber, 8, out);
     putBytes(tableStart, 8, out);
     bytes_.advance(size);

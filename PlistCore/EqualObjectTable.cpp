@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <new>
 #include <utility>
 
 namespace {
@@ -17,22 +16,13 @@ constexpr std::size_t greatestFirstSlots = std::size_t{1} << 24;
 EqualObjectTable::EqualObjectTable(std::size_t expectedCount) {
     const std::size_t wanted = std::min(expectedCount, greatestFirstSlots / 2) / 3 * 4;
     const std::size_t count = std::bit_ceil(std::max(wanted + 1, leastSlots));
-    slots_ = emptySlots(count);
+    slots_ = FreshArray<Slot>(count);
     mask_ = count - 1;
-}
-
-EqualObjectTable::Slots EqualObjectTable::emptySlots(std::size_t count) {
-    // Large blocks come as fresh zero pages, which cost nothing until they are touched.
-    auto* slots = static_cast<Slot*>(std::calloc(count, sizeof(Slot)));
-    if (slots == nullptr) {
-        throw std::bad_alloc();
-    }
-    return Slots(slots);
 }
 
 void EqualObjectTable::grow() {
     const std::size_t oldCount = mask_ + 1;
-    const Slots old = std::exchange(slots_, emptySlots(oldCount * 2));
+    const FreshArray<Slot> old = std::exchange(slots_, FreshArray<Slot>(oldCount * 2));
     mask_ = oldCount * 2 - 1;
     for (std::size_t i = 0; i < oldCount; ++i) {
         if (old[i].successor == 0) {

@@ -2,9 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <optional>
+
+#include "PlistCore/FreshArray.h"
 
 /// Finds out which scalars a binary file already holds: a flat table from hashes to object numbers
 /// with open addressing. It knows nothing of the objects; who asks compares them.
@@ -58,15 +58,9 @@ private:
         std::uint32_t tag;
         std::uint32_t successor;  ///< the object number plus one
     };
-    struct Freeing {
-        void operator()(Slot* slots) const noexcept { std::free(slots); }
-    };
-    using Slots = std::unique_ptr<Slot[], Freeing>;
-
-    static Slots emptySlots(std::size_t count);
     void grow();
 
-    Slots slots_;
+    FreshArray<Slot> slots_;
     std::size_t mask_ = 0;
     std::size_t count_ = 0;
 };

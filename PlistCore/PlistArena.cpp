@@ -1,10 +1,10 @@
 #include "PlistCore/PlistArena.h"
 
-#include <sys/mman.h>
-
 #include <algorithm>
 #include <array>
 #include <new>
+
+#include "PlistCore/LargeMemory.h"
 
 namespace {
 
@@ -17,35 +17,13 @@ constexpr std::size_t largeObject = blockSize / 4;
 /// The most blocks that a further region asks for at once.
 constexpr std::size_t greatestGrowth = 32;
 
-constexpr std::size_t roundedToBlocks(std::size_t size) {
-    return (size + blockSize - 1) & ~(blockSize - 1);
-}
+static_assert(blockSize == LargeMemory::unit);
 
-/// Maps `size` bytes, a multiple of the block size, at a multiple of the block size.
+/// Maps `size` bytes, a multiple of the block size, at a multiple of the block size. Of a single
+/// block a small document touches few pages, of which none should be huge.
 void* mapBlocks(std::size_t size) {
-    if (size == 0 || size > SIZE_MAX / 2) {
-        throw std::bad_alloc();
-    }
-    const std::size_t padded = size + blockSize;
-    void* mapping =
-        mmap(nullptr, padded, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (mapping == MAP_FAILED) {
-        throw std::bad_alloc();
-    }
-    char* start = static_cast<char*>(mapping);
-    const std::size_t before = roundedToBlocks(reinterpret_cast<std::uintptr_t>(start)) -
-                               reinterpret_cast<std::uintptr_t>(start);
-    if (before != 0) {
-        munmap(start, before);
-    }
-    if (before != blockSize) {
-        munmap(start + before + size, blockSize - before);
-    }
-    if (size > blockSize) {
-        // A hint: fewer and cheaper page faults where the system has huge pages to give.
-        madvise(start + before, size, MADV_HUGEPAGE);
-    }
-    return start + before;
+    return LargeMemory::map(
+        size, size > blockSize ? LargeMemory::Pages::huge : LargeMemory::Pages::usual);
 }
 
 /// Blocks of freed small documents, kept for the next ones.
@@ -83,7 +61,7 @@ constinit BlockPool pool;
 }  // namespace
 
 PlistArena* PlistArena::make(std::size_t expectedSize) {
-    const std::size_t size = std::max(roundedToBlocks(expectedSize), blockSize);
+    const std::size_t size = std::max(LargeMemory::rounded(expectedSize), blockSize);
     void* memory = size == blockSize ? pool.take() : nullptr;
     if (memory == nullptr) {
         memory = mapBlocks(size);
@@ -108,7 +86,7 @@ void PlistArena::free() noexcept {
         RegionHead* next = region->next;
         const std::size_t size = region->size;
         if (size != blockSize || next != nullptr || !pool.keep(region)) {
-            munmap(region, size);
+            LargeMemory::unmap(region, size);
         }
         region = next;
     }
@@ -119,7 +97,7 @@ void* PlistArena::allocateElsewhere(std::size_t size, Side side) {
         throw std::bad_alloc();
     }
     if (size > largeObject) {
-        const std::size_t blocks = roundedToBlocks(size + sizeof(RegionHead)) / blockSize;
+        const std::size_t blocks = LargeMemory::rounded(size + sizeof(RegionHead)) / blockSize;
         return takeBlocks(blocks) + sizeof(RegionHead);
     }
     startBlock(takeBlocks(1));

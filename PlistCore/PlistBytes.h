@@ -11,8 +11,8 @@
 
 /// A growing buffer of bytes that is moved, not copied: what writers produce.
 ///
-/// Unlike a vector it leaves fresh memory untouched until it is written, and grows through the
-/// allocator's own `realloc`, which moves the pages of large buffers instead of copying them.
+/// Unlike a vector it leaves fresh memory untouched until it is written. Large buffers are mappings
+/// of huge pages with much room to grow, which are seldom copied.
 class PlistBytes {
 public:
     PlistBytes() noexcept = default;
@@ -28,7 +28,7 @@ public:
     }
     PlistBytes(const PlistBytes&) = delete;
     PlistBytes& operator=(const PlistBytes&) = delete;
-    ~PlistBytes() { std::free(start_); }
+    ~PlistBytes() { release(); }
 
     const std::uint8_t* data() const noexcept { return start_; }
     std::uint8_t* data() noexcept { return start_; }
@@ -69,6 +69,8 @@ public:
 
 private:
     void grow(std::size_t count);
+    void moveToMapping(std::size_t capacity);
+    void release() noexcept;
 
     std::uint8_t* start_ = nullptr;
     std::size_t size_ = 0;

@@ -93,24 +93,6 @@ bool staysInComposition(std::uint8_t byte) noexcept {
            isBetween(byte, 0xEB, 0xEC);
 }
 
-/// Whether it shows without composing that `text` is its own composition; false says nothing.
-bool isPlainlyComposed(std::string_view text) noexcept {
-    const char* const end = text.data() + text.size();
-    for (const char* place = skipAscii(text.data(), end); place != end;
-         place = skipAscii(place, end)) {
-        if (staysInComposition(byteAt(place))) {
-            ++place;
-            continue;
-        }
-        std::string_view rest(place, static_cast<std::size_t>(end - place));
-        if (!StableCharacters::contains(takeFirst(rest))) {
-            return false;
-        }
-        place = rest.data();
-    }
-    return true;
-}
-
 using CodePoints = std::vector<utf8proc_int32_t>;
 
 constexpr auto composition = static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE);
@@ -234,6 +216,27 @@ bool isValidUtf8(std::string_view bytes) noexcept {
             place += length;
         }
         place = skipAscii(place, end);
+    }
+    return true;
+}
+
+bool isPlainlyComposed(std::string_view text) noexcept {
+    const char* place = text.data();
+    const char* const end = place + text.size();
+    while (place != end) {
+        if (byteAt(place) < 0x80) {
+            place = skipAscii(place, end);
+            continue;
+        }
+        if (staysInComposition(byteAt(place))) {
+            ++place;
+            continue;
+        }
+        std::string_view rest(place, static_cast<std::size_t>(end - place));
+        if (!StableCharacters::contains(takeFirst(rest))) {
+            return false;
+        }
+        place = rest.data();
     }
     return true;
 }

@@ -19,6 +19,10 @@ bool isValidUtf8(std::string_view bytes) noexcept;
 /// n log n for any text, long runs of combining marks included.
 std::string composed(std::string_view text);
 
+/// Whether a quick look at the characters of a valid text shows that it is its own composition;
+/// false says nothing.
+bool isPlainlyComposed(std::string_view text) noexcept;
+
 /// Whether two valid texts are canonically equivalent.
 bool equal(std::string_view left, std::string_view right);
 

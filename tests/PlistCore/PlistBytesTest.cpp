@@ -43,12 +43,22 @@ TEST(PlistBytes, appends) {
 TEST(PlistBytes, keepsWhatItHoldsWhileGrowing) {
     PlistBytes bytes;
     std::string expected;
-    for (int step = 0; step < 20'000; ++step) {
+    for (int step = 0; step < 300'000; ++step) {
         const std::string piece = std::to_string(step) + ",";
         bytes.append(piece);
         expected += piece;
     }
     EXPECT_TRUE(bytes.view() == expected);
+}
+
+TEST(PlistBytes, keepsWhatItHoldsWhileALargeBufferGrows) {
+    PlistBytes bytes;
+    bytes.append(std::size_t{20} << 20, 'a');
+    bytes.append(std::size_t{20} << 20, 'b');
+    EXPECT_EQ(bytes.view().find('b'), std::size_t{20} << 20);
+    EXPECT_EQ(bytes.view().rfind('a'), (std::size_t{20} << 20) - 1);
+    PlistBytes moved(std::move(bytes));
+    EXPECT_EQ(moved.size(), std::size_t{40} << 20);
 }
 
 TEST(PlistBytes, growsInFewSteps) {

@@ -1,0 +1,35 @@
+#include "PlistCore/LargeMemory.h"
+
+#include <sys/mman.h>
+
+#include <cstdint>
+#include <new>
+
+void* LargeMemory::map(std::size_t size, Pages pages) {
+    if (size == 0 || size > SIZE_MAX / 2) {
+        throw std::bad_alloc();
+    }
+    const std::size_t padded = size + unit;
+    void* mapping =
+        mmap(nullptr, padded, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (mapping == MAP_FAILED) {
+        throw std::bad_alloc();
+    }
+    char* start = static_cast<char*>(mapping);
+    const std::size_t before =
+        rounded(reinterpret_cast<std::uintptr_t>(start)) - reinterpret_cast<std::uintptr_t>(start);
+    if (before != 0) {
+        munmap(start, before);
+    }
+    if (before != unit) {
+        munmap(start + before + size, unit - before);
+    }
+    if (pages == Pages::huge) {
+        madvise(start + before, size, MADV_HUGEPAGE);
+    }
+    return start + before;
+}
+
+void LargeMemory::unmap(void* memory, std::size_t size) noexcept {
+    munmap(memory, size);
+}
