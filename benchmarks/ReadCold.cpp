@@ -16,7 +16,7 @@ namespace {
 std::string readXml(const ColdRun::Document& document) {
     const TouchedFile file(document.xml);
     PlistValue value;
-    const std::string taken =
+    std::string taken =
         ColdRun::nanosecondsOf([&value, &file] { value = XMLPlistParser::parse(file.bytes()); });
     ColdRun::check(takeCensus(value) == document.census, "the census differs");
     return taken;
@@ -25,7 +25,7 @@ std::string readXml(const ColdRun::Document& document) {
 std::string readBinary(const ColdRun::Document& document) {
     const TouchedFile file(document.binary);
     PlistValue value;
-    const std::string taken =
+    std::string taken =
         ColdRun::nanosecondsOf([&value, &file] { value = BinaryPlistParser::parse(file.bytes()); });
     ColdRun::check(takeCensus(value) == document.census, "the census differs");
     return taken;
@@ -34,7 +34,7 @@ std::string readBinary(const ColdRun::Document& document) {
 std::string readWithPugixml(const ColdRun::Document& document) {
     const TouchedFile file(document.xml);
     pugi::xml_document tree;
-    const std::string taken =
+    std::string taken =
         ColdRun::nanosecondsOf([&tree, &file] { Yardstick::load(tree, file.bytes()); });
     ColdRun::check(Yardstick::countElements(tree) == document.census.elements(),
                    "the number of elements differs");
@@ -45,7 +45,7 @@ std::string copyBytes(const ColdRun::Document& document) {
     const TouchedFile file(document.xml);
     const std::span<const std::uint8_t> bytes = file.bytes();
     std::unique_ptr<void, decltype(&std::free)> copy(nullptr, &std::free);
-    const std::string taken = ColdRun::nanosecondsOf([&copy, bytes] {
+    std::string taken = ColdRun::nanosecondsOf([&copy, bytes] {
         copy.reset(std::malloc(bytes.size()));
         std::memcpy(copy.get(), bytes.data(), bytes.size());
     });

@@ -25,7 +25,7 @@ void checkSame(const PlistBytes& written, const std::filesystem::path& expected)
 std::string writeXml(const ColdRun::Document& document) {
     const PlistValue value = valueOf(document);
     PlistBytes bytes;
-    const std::string taken =
+    std::string taken =
         ColdRun::nanosecondsOf([&bytes, &value] { bytes = XMLPlistSerializer::serialize(value); });
     checkSame(bytes, document.xml);
     return taken;
@@ -34,7 +34,7 @@ std::string writeXml(const ColdRun::Document& document) {
 std::string writeBinary(const ColdRun::Document& document) {
     const PlistValue value = valueOf(document);
     PlistBytes bytes;
-    const std::string taken = ColdRun::nanosecondsOf(
+    std::string taken = ColdRun::nanosecondsOf(
         [&bytes, &value] { bytes = BinaryPlistSerializer::serialize(value); });
     checkSame(bytes, document.binary);
     return taken;
@@ -45,8 +45,7 @@ std::string writeWithPugixml(const ColdRun::Document& document) {
     pugi::xml_document tree;
     Yardstick::load(tree, file.bytes());
     std::string text;
-    const std::string taken =
-        ColdRun::nanosecondsOf([&text, &tree] { text = Yardstick::save(tree); });
+    std::string taken = ColdRun::nanosecondsOf([&text, &tree] { text = Yardstick::save(tree); });
     pugi::xml_document again;
     Yardstick::load(again, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
     ColdRun::check(Yardstick::countElements(again) == document.census.elements(),
