@@ -115,6 +115,21 @@ public:
 #endif
     }
 
+    /// Which bytes are `wanted` once the bits of `ignored` are set in them.
+    unsigned equals(std::uint8_t wanted, std::uint8_t ignored) const noexcept {
+#if defined(__SSE2__)
+        const __m128i bytes = _mm_or_si128(bytes_, _mm_set1_epi8(static_cast<char>(ignored)));
+        return static_cast<unsigned>(
+            _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(static_cast<char>(wanted)))));
+#else
+        unsigned mask = 0;
+        for (std::size_t i = 0; i < size; ++i) {
+            mask |= static_cast<unsigned>((bytes_[i] | ignored) == wanted) << i;
+        }
+        return mask;
+#endif
+    }
+
     /// Writes each byte as a big-endian unit of two bytes: 32 bytes.
     void storeWidened(void* place) const noexcept {
 #if defined(__SSE2__)

@@ -1,5 +1,6 @@
 #include "PlistCore/PlistDate.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -78,18 +79,18 @@ std::int64_t wholeSecondsSince1970(double seconds) noexcept {
     return static_cast<std::int64_t>(rounded);
 }
 
-/// Appends a number with as many zeros as bring it, its sign included, to `width` characters.
-void appendPadded(std::string& text, std::int64_t number, std::size_t width) {
+/// Writes a number with as many zeros as bring it, its sign included, to `width` characters;
+/// returns where it ends.
+char* writePadded(char* place, std::int64_t number, std::size_t width) noexcept {
     std::array<char, 20> buffer = {};
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
     std::string_view digits(buffer.data(), static_cast<std::size_t>(end.ptr - buffer.data()));
     const std::size_t zeros = width > digits.size() ? width - digits.size() : 0;
     if (number < 0) {
-        text += '-';
+        *place++ = '-';
         digits.remove_prefix(1);
     }
-    text.append(zeros, '0');
-    text += digits;
+    return std::copy(digits.begin(), digits.end(), std::fill_n(place, zeros, '0'));
 }
 
 /// Reads the parts of a date off the front of a text.
@@ -129,22 +130,26 @@ private:
 }  // namespace
 
 std::string formatDate(double seconds) {
+    std::array<char, longestDateText> buffer = {};
+    return std::string(formatDate(seconds, buffer));
+}
+
+std::string_view formatDate(double seconds, std::span<char, longestDateText> buffer) noexcept {
     const auto [days, secondOfDay] = floorDivided(wholeSecondsSince1970(seconds), secondsPerDay);
     const CivilDay civil = civilFromDays(days);
-    std::string text;
-    appendPadded(text, civil.year, 4);
-    text += '-';
-    appendPadded(text, civil.month, 2);
-    text += '-';
-    appendPadded(text, civil.day, 2);
-    text += 'T';
-    appendPadded(text, secondOfDay / 3600, 2);
-    text += ':';
-    appendPadded(text, secondOfDay / 60 % 60, 2);
-    text += ':';
-    appendPadded(text, secondOfDay % 60, 2);
-    text += 'Z';
-    return text;
+    char* end = writePadded(buffer.data(), civil.year, 4);
+    *end++ = '-';
+    end = writePadded(end, civil.month, 2);
+    *end++ = '-';
+    end = writePadded(end, civil.day, 2);
+    *end++ = 'T';
+    end = writePadded(end, secondOfDay / 3600, 2);
+    *end++ = ':';
+    end = writePadded(end, secondOfDay / 60 % 60, 2);
+    *end++ = ':';
+    end = writePadded(end, secondOfDay % 60, 2);
+    *end++ = 'Z';
+    return {buffer.data(), static_cast<std::size_t>(end - buffer.data())};
 }
 
 std::optional<double> parseDate(std::string_view text) {

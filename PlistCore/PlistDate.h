@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,6 +17,12 @@ inline constexpr double referenceSince1970 = 978307200.0;
 /// sign included ("0033", "-005", "12345"). Total: NaN counts as 0 seconds since 1970, and what
 /// lies outside the signed 64-bit seconds is clamped.
 std::string formatDate(double seconds);
+
+/// Room for the longest text of a date, whose year has twelve digits and a sign.
+inline constexpr std::size_t longestDateText = 32;
+
+/// The same, written to `buffer`, which the result views: allocates nothing.
+std::string_view formatDate(double seconds, std::span<char, longestDateText> buffer) noexcept;
 
 /// The date that `text` names as a whole, in seconds since 2001, or nothing. From the month on
 /// every part may be left out, parts may have one digit, the "Z" is optional, and a day past the

@@ -4,11 +4,15 @@
 #include <charconv>
 
 std::string decimalText(PlistInteger number) {
-    // The longest is "18446744073709551615"; "-9223372036854775808" has as many characters.
-    std::array<char, 20> text = {};
-    char* const end = text.data() + text.size();
+    std::array<char, longestDecimalText> buffer = {};
+    return std::string(decimalText(number, buffer));
+}
+
+std::string_view decimalText(PlistInteger number,
+                             std::span<char, longestDecimalText> buffer) noexcept {
+    char* const end = buffer.data() + buffer.size();
     const auto result = number < 0
-                            ? std::to_chars(text.data(), end, static_cast<std::int64_t>(number))
-                            : std::to_chars(text.data(), end, static_cast<std::uint64_t>(number));
-    return {text.data(), result.ptr};
+                            ? std::to_chars(buffer.data(), end, static_cast<std::int64_t>(number))
+                            : std::to_chars(buffer.data(), end, static_cast<std::uint64_t>(number));
+    return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
 }

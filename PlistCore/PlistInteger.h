@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <string>
+#include <string_view>
 
 /// The payload of an integer value: wide enough for the signed and the unsigned 64-bit range at
 /// once. Only values from `leastPlistInteger` to `greatestPlistInteger` ever stand in a value.
@@ -24,3 +27,11 @@ constexpr bool isValidPlistInteger(PlistInteger number) {
 /// The decimal form, with a leading "-" for negatives, without grouping. Independent of the locale.
 /// `number` must lie in the valid range.
 std::string decimalText(PlistInteger number);
+
+/// The most characters that `decimalText` gives: "18446744073709551615" and
+/// "-9223372036854775808" have as many.
+inline constexpr std::size_t longestDecimalText = 20;
+
+/// The same, written to `buffer`, which the result views: allocates nothing.
+std::string_view decimalText(PlistInteger number,
+                             std::span<char, longestDecimalText> buffer) noexcept;

@@ -338,6 +338,11 @@ std::string displayText(const PlistValue& value) {
 }
 
 std::string realText(double number) {
+    std::array<char, longestRealText> buffer = {};
+    return std::string(realText(number, buffer));
+}
+
+std::string_view realText(double number, std::span<char, longestRealText> buffer) noexcept {
     if (std::isnan(number)) {
         return "nan";
     }
@@ -346,15 +351,15 @@ std::string realText(double number) {
     }
     const double magnitude = std::fabs(number);
     const bool isPlain = magnitude == 0 || (magnitude >= 1e-4 && magnitude < 1e16);
-    std::array<char, 32> buffer = {};
-    const auto end =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
-                      isPlain ? std::chars_format::fixed : std::chars_format::scientific);
-    std::string text(buffer.data(), end.ptr);
-    if (isPlain && text.find('.') == std::string::npos) {
-        text += ".0";
+    char* const start = buffer.data();
+    char* end = std::to_chars(start, start + buffer.size(), number,
+                              isPlain ? std::chars_format::fixed : std::chars_format::scientific)
+                    .ptr;
+    if (isPlain && std::find(start, end, '.') == end) {
+        *end++ = '.';
+        *end++ = '0';
     }
-    return text;
+    return {start, static_cast<std::size_t>(end - start)};
 }
 
 PlistValue converted(const PlistValue& value, PlistType type) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,6 +40,12 @@ std::string displayText(const PlistValue& value);
 /// The shortest decimal text that reads back as `number`, always with a fraction or an exponent
 /// ("1.0", "0.1", "1e-05", "1e+16"); "inf", "-inf", "nan".
 std::string realText(double number);
+
+/// Room for the longest text of a real, "-2.2250738585072014e-308" and its like.
+inline constexpr std::size_t longestRealText = 32;
+
+/// The same, written to `buffer`, which the result views: allocates nothing.
+std::string_view realText(double number, std::span<char, longestRealText> buffer) noexcept;
 
 /// What an item holds after its type is changed to `type`. Never fails: what cannot be converted
 /// becomes the default value of the type.
