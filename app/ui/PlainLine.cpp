@@ -53,6 +53,13 @@ std::string_view beginning(std::string_view utf8, std::size_t count) {
     return utf8.substr(0, count);
 }
 
+/// Unlike `QString::fromUtf8`, which takes a byte-order mark for no part of the text.
+QString decoded(std::string_view utf8) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    const QString text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    return utf8.starts_with(byteOrderMark) ? QChar(QChar::ByteOrderMark) + text : text;
+}
+
 }  // namespace
 
 QString PlainLine::fromText(const QString& text) {
@@ -76,10 +83,9 @@ QString PlainLine::fromText(const QString& text) {
 }
 
 QString PlainLine::fromUtf8(std::string_view utf8) {
-    if (utf8.size() <= static_cast<std::size_t>(longest)) {
-        return fromText(QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
+    constexpr auto limit = static_cast<std::size_t>(longest);
+    if (utf8.size() <= limit) {
+        return fromText(decoded(utf8));
     }
-    const std::string_view start = beginning(utf8, static_cast<std::size_t>(longest));
-    QString text = QString::fromUtf8(start.data(), static_cast<qsizetype>(start.size()));
-    return fromText(text) + QChar(ellipsis);
+    return fromText(decoded(beginning(utf8, limit))) + QChar(ellipsis);
 }

@@ -10,7 +10,7 @@
 /// else is changed; cells show the result as plain text.
 namespace PlainLine {
 
-/// The most UTF-16 units of a text that are looked at: several times what fits on a screen, so that
+/// The most bytes of a text that are looked at: several times what fits on a screen, so that
 /// the cost of showing a text does not follow its length.
 inline constexpr qsizetype longest = 4000;
 

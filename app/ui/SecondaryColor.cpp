@@ -2,8 +2,8 @@
 
 namespace {
 
-/// How much of the ground is mixed in. With black on white this gives 6.3:1.
-constexpr float groundShare = 0.37F;
+/// How much of the ground is mixed in. With black on white this gives 7:1.
+constexpr float groundShare = 0.35F;
 
 float mixed(float text, float ground) {
     return text + (ground - text) * groundShare;

@@ -29,6 +29,7 @@ void takeWindowPicture(const QString& path, const QString& picturePath) {
                      [](const FileError& error) { fail(QString::fromUtf8(error.what())); });
     QObject::connect(window, &DocumentWindow::documentShown, window,
                      [window, picturePath] { savePicture(*window, picturePath); });
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, window, &QObject::deleteLater);
     window->open(path);
     window->show();
 }

@@ -1,0 +1,170 @@
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThreadPool>
+
+#include "PlistCore/PlistEntry.h"
+#include "app/desktop/DocumentController.h"
+#include "app/model/PlistNode.h"
+
+namespace {
+
+const QByteArray openStepText = "{ name = \"North Mole\"; }";
+
+}  // namespace
+
+class DocumentControllerTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QVERIFY(folder_.isValid()); }
+
+    void beginsPristine() {
+        const DocumentController controller(QStringLiteral("Untitled"));
+        QCOMPARE(controller.name(), QStringLiteral("Untitled"));
+        QCOMPARE(controller.path(), QString());
+        QVERIFY(controller.isPristine());
+        QVERIFY(!controller.isModified());
+        QCOMPARE(controller.activity(), DocumentController::Activity::idle);
+    }
+
+    void readsFiles() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        QSignalSpy opened(&controller, &DocumentController::opened);
+        const QSignalSpy activity(&controller, &DocumentController::activityChanged);
+        controller.open(fileWith("a.plist", openStepText));
+        QCOMPARE(controller.activity(), DocumentController::Activity::reading);
+        QVERIFY(opened.wait());
+        QCOMPARE(activity.count(), 2);
+        QCOMPARE(controller.activity(), DocumentController::Activity::idle);
+        QCOMPARE(controller.name(), QStringLiteral("a.plist"));
+        QCOMPARE(controller.document().root().childCount(), 1);
+        QVERIFY(controller.document().wasReadOnlyFormat());
+        QVERIFY(!controller.isModified());
+        QVERIFY(!controller.isPristine());
+    }
+
+    void makesPathsAbsolute() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        QSignalSpy opened(&controller, &DocumentController::opened);
+        const QString path = fileWith("b.plist", openStepText);
+        controller.open(QDir::current().relativeFilePath(path));
+        QVERIFY(opened.wait());
+        QCOMPARE(controller.path(), path);
+    }
+
+    void reportsWhatCannotBeRead() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        QStringList messages;
+        connect(&controller, &DocumentController::openFailed, this,
+                [&messages](const FileError& error) {
+                    messages = {error.message(), error.failureReason()};
+                });
+        controller.open(fileWith("c.plist", "<plist><dict></array></plist>"));
+        QTRY_VERIFY(!messages.isEmpty());
+        QCOMPARE(messages.at(0),
+                 QStringLiteral("The file “c.plist” is not a readable property list."));
+        QVERIFY(messages.at(1).startsWith(QStringLiteral("Line 1, column 14: ")));
+        QCOMPARE(controller.path(), QString());
+        QVERIFY(controller.isPristine());
+    }
+
+    void knowsWhetherItIsModified() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        const QSignalSpy modified(&controller, &DocumentController::modifiedChanged);
+        controller.document().setFormat(PlistFormat::binary);
+        QVERIFY(controller.isModified());
+        QVERIFY(!controller.isPristine());
+        controller.document().setFormat(PlistFormat::xml);
+        QVERIFY(!controller.isModified());
+        controller.document().root().setValue(PlistValue::integer(1));
+        QVERIFY(controller.isModified());
+        QCOMPARE(modified.count(), 3);
+    }
+
+    void savesInTheFormatOfTheDocument() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        controller.document().setFormat(PlistFormat::binary);
+        QSignalSpy saved(&controller, &DocumentController::saved);
+        const QString path = folder_.filePath(QStringLiteral("new.plist"));
+        controller.save(path);
+        QCOMPARE(controller.activity(), DocumentController::Activity::writing);
+        QVERIFY(saved.wait());
+        QVERIFY(contentOf(path).startsWith("bplist00"));
+        QCOMPARE(controller.path(), path);
+        QVERIFY(!controller.isModified());
+    }
+
+    void savesOpenStepAsXml() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        QSignalSpy opened(&controller, &DocumentController::opened);
+        QSignalSpy saved(&controller, &DocumentController::saved);
+        const QString path = fileWith("d.plist", openStepText);
+        controller.open(path);
+        QVERIFY(opened.wait());
+        controller.save(path);
+        QVERIFY(saved.wait());
+        QVERIFY(contentOf(path).startsWith("<?xml"));
+        QVERIFY(contentOf(path).contains("<string>North Mole</string>"));
+        QVERIFY(controller.document().wasReadOnlyFormat());
+    }
+
+    /// What is changed while the file is being written is not in the file.
+    void staysModifiedByEditsDuringTheWriting() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        controller.document().root().setValue(PlistValue::integer(1));
+        QSignalSpy saved(&controller, &DocumentController::saved);
+        const QString path = folder_.filePath(QStringLiteral("during.plist"));
+        controller.save(path);
+        controller.document().root().setValue(PlistValue::integer(2));
+        QVERIFY(saved.wait());
+        QVERIFY(contentOf(path).contains("<integer>1</integer>"));
+        QVERIFY(controller.isModified());
+    }
+
+    void reportsWhatCannotBeWritten() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        controller.document().setFormat(PlistFormat::binary);
+        QStringList messages;
+        connect(&controller, &DocumentController::saveFailed, this,
+                [&messages](const FileError& error) {
+                    messages = {error.message(), error.failureReason()};
+                });
+        controller.save(folder_.filePath(QStringLiteral("missing/x.plist")));
+        QTRY_VERIFY(!messages.isEmpty());
+        QCOMPARE(messages, (QStringList{QStringLiteral("The file “x.plist” could not be written."),
+                                        QStringLiteral("No such file or directory.")}));
+        QCOMPARE(controller.path(), QString());
+        QVERIFY(controller.isModified());
+    }
+
+    void mayEndWhileItReads() {
+        const QString path = fileWith("e.plist", openStepText);
+        auto* controller = new DocumentController(QStringLiteral("Untitled"));
+        controller->open(path);
+        delete controller;
+        QVERIFY(QThreadPool::globalInstance()->waitForDone());
+    }
+
+private:
+    QString fileWith(const char* name, const QByteArray& bytes) {
+        const QString path = folder_.filePath(QLatin1String(name));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+            qFatal("%s cannot be written", qUtf8Printable(path));
+        }
+        return path;
+    }
+
+    static QByteArray contentOf(const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    QTemporaryDir folder_;
+};
+
+QTEST_GUILESS_MAIN(DocumentControllerTest)
+#include "DocumentControllerTest.moc"

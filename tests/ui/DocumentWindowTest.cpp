@@ -1,0 +1,377 @@
+#include <QAbstractButton>
+#include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolBar>
+#include <QToolButton>
+#include <memory>
+
+#include "app/model/PlistNode.h"
+#include "app/ui/DocumentView.h"
+#include "app/ui/DocumentWindow.h"
+#include "app/ui/PlistTable.h"
+#include "app/ui/ProgressPage.h"
+#include "tests/ui/support/Samples.h"
+#include "tests/ui/support/UiTest.h"
+
+namespace {
+
+QStringList textsOf(const QMenu& menu) {
+    QStringList texts;
+    for (const QAction* action : menu.actions()) {
+        texts += action->isSeparator() ? QStringLiteral("-") : action->text().remove(u'&');
+    }
+    return texts;
+}
+
+QAction* actionOf(const DocumentWindow& window, const QString& text) {
+    for (const QAction* menu : window.menuBar()->actions()) {
+        for (QAction* action : menu->menu()->actions()) {
+            if (action->text().remove(u'&') == text) {
+                return action;
+            }
+        }
+    }
+    return nullptr;
+}
+
+/// The only message on top of a window.
+QMessageBox* messageOf(const DocumentWindow& window) {
+    const QList<QMessageBox*> boxes = window.findChildren<QMessageBox*>();
+    return boxes.size() == 1 && boxes.first()->isVisible() ? boxes.first() : nullptr;
+}
+
+void press(const QMessageBox& box, QMessageBox::StandardButton button) {
+    box.button(button)->click();
+}
+
+}  // namespace
+
+class DocumentWindowTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        folder_ = std::make_unique<QTemporaryDir>();
+        QVERIFY(folder_->isValid());
+        window_ = new DocumentWindow(QStringLiteral("Untitled"));
+        connect(&window_->controller(), &DocumentController::openFailed, window_,
+                &DocumentWindow::explainOpenFailure);
+        window_->show();
+        QVERIFY(QTest::qWaitForWindowActive(window_));
+    }
+
+    void cleanup() { delete window_; }
+
+    void hasTheSizeOfADocument() { QCOMPARE(window_->size(), QSize(760, 560)); }
+
+    void hasAFileMenu() {
+        const QAction* menu = window_->menuBar()->actions().first();
+        QCOMPARE(menu->text().remove(u'&'), QStringLiteral("File"));
+        QCOMPARE(
+            textsOf(*menu->menu()),
+            (QStringList{QStringLiteral("New"), QStringLiteral("Open…"), QStringLiteral("-"),
+                         QStringLiteral("Close"), QStringLiteral("Save"),
+                         QStringLiteral("Save As…"), QStringLiteral("-"), QStringLiteral("Quit")}));
+    }
+
+    void hasTheUsualKeys_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("key");
+        QTest::newRow("new") << QStringLiteral("New") << QStringLiteral("Ctrl+N");
+        QTest::newRow("open") << QStringLiteral("Open…") << QStringLiteral("Ctrl+O");
+        QTest::newRow("close") << QStringLiteral("Close") << QStringLiteral("Ctrl+W");
+        QTest::newRow("save") << QStringLiteral("Save") << QStringLiteral("Ctrl+S");
+        QTest::newRow("save as") << QStringLiteral("Save As…") << QStringLiteral("Ctrl+Shift+S");
+        QTest::newRow("quit") << QStringLiteral("Quit") << QStringLiteral("Ctrl+Q");
+    }
+
+    void hasTheUsualKeys() {
+        QFETCH(QString, text);
+        const QAction* action = actionOf(*window_, text);
+        QVERIFY(action != nullptr);
+        QTEST(action->shortcut().toString(QKeySequence::PortableText), "key");
+    }
+
+    void passesOnWhatTheApplicationDoes() {
+        const QSignalSpy fresh(window_, &DocumentWindow::newChosen);
+        const QSignalSpy open(window_, &DocumentWindow::openChosen);
+        const QSignalSpy quit(window_, &DocumentWindow::quitChosen);
+        QTest::keyClick(window_, Qt::Key_N, Qt::ControlModifier);
+        QTest::keyClick(window_, Qt::Key_O, Qt::ControlModifier);
+        QTest::keyClick(window_, Qt::Key_Q, Qt::ControlModifier);
+        QCOMPARE(fresh.count(), 1);
+        QCOMPARE(open.count(), 1);
+        QCOMPARE(quit.count(), 1);
+    }
+
+    void everyWidgetWithFocusHasAName() {
+        int count = 0;
+        for (const QWidget* widget : window_->findChildren<QWidget*>()) {
+            if ((widget->focusPolicy() & Qt::TabFocus) == 0 || widget->focusProxy() != nullptr) {
+                continue;
+            }
+            ++count;
+            const auto* button = qobject_cast<const QAbstractButton*>(widget);
+            const bool hasName = !widget->accessibleName().isEmpty() ||
+                                 (button != nullptr && !button->text().isEmpty());
+            // Tool bars have buttons for what does not fit.
+            const bool isExtension =
+                widget->objectName() == QStringLiteral("qt_toolbar_ext_button");
+            QVERIFY2(hasName || isExtension,
+                     qPrintable(QLatin1String(widget->metaObject()->className()) + u' ' +
+                                widget->objectName()));
+        }
+        QVERIFY(count >= 4);
+    }
+
+    // --- Opening ---
+
+    void opensFiles() {
+        const QString path =
+            file("a[*]b.plist", Samples::bytes(Samples::allTypes(), PlistFormat::binary));
+        QSignalSpy shown(window_, &DocumentWindow::documentShown);
+        window_->open(path);
+        QTRY_COMPARE(shown.count(), 1);
+        QCOMPARE(window_->view().table().model()->rowCount(), 10);
+        QCOMPARE(window_->windowTitle(), QStringLiteral("a[*][*]b.plist[*]"));
+        QVERIFY(!window_->isWindowModified());
+        QTRY_VERIFY(window_->view().table().hasFocus());
+    }
+
+    void saysWhyAFileCannotBeOpened() {
+        const QString path = file("<b>x<b>.plist", "<plist><dict></array></plist>");
+        const QPointer<DocumentWindow> window = window_;
+        window_->open(path);
+        QTRY_VERIFY(messageOf(*window_) != nullptr);
+        QMessageBox* box = messageOf(*window_);
+        QCOMPARE(box->text(),
+                 QStringLiteral("The file “<b>x<b>.plist” is not a readable property list."));
+        const QStringList explanation = box->informativeText().split(QStringLiteral("\n\n"));
+        QCOMPARE(explanation.size(), 2);
+        QVERIFY2(explanation.at(0).startsWith(QStringLiteral("Line 1, column 14: ")),
+                 qPrintable(explanation.at(0)));
+        QCOMPARE(explanation.at(1),
+                 QStringLiteral("Correct the file in a text editor, or open another copy of it. "
+                                "Nothing in it was changed."));
+        for (const QLabel* label : box->findChildren<QLabel*>()) {
+            QCOMPARE(label->textFormat(), Qt::PlainText);
+        }
+        press(*box, QMessageBox::Ok);
+        QTRY_VERIFY(window.isNull());
+        window_ = nullptr;
+    }
+
+    void saysThatAFileIsMissing() {
+        const QPointer<DocumentWindow> window = window_;
+        window_->open(folder_->filePath(QStringLiteral("gone.plist")));
+        QTRY_VERIFY(messageOf(*window_) != nullptr);
+        QCOMPARE(messageOf(*window_)->text(),
+                 QStringLiteral("The file “gone.plist” could not be read."));
+        QCOMPARE(messageOf(*window_)->informativeText(),
+                 QStringLiteral("No such file or directory.\n\nCheck that the file is there and "
+                                "that you are allowed to read it."));
+        QTest::keyClick(messageOf(*window_), Qt::Key_Escape);
+        QTRY_VERIFY(window.isNull());
+        window_ = nullptr;
+    }
+
+    // --- Saving ---
+
+    void savesWhatItOpened_data() {
+        QTest::addColumn<bool>("isBinary");
+        QTest::newRow("XML") << false;
+        QTest::newRow("binary") << true;
+    }
+
+    void savesWhatItOpened() {
+        QFETCH(bool, isBinary);
+        const PlistFormat format = isBinary ? PlistFormat::binary : PlistFormat::xml;
+        const QByteArray bytes = Samples::bytes(Samples::allTypes(), format);
+        const QString path = file("same.plist", bytes);
+        open(path);
+        QVERIFY(QFile::remove(path));
+        QSignalSpy saved(&window_->controller(), &DocumentController::saved);
+        QTest::keyClick(window_, Qt::Key_S, Qt::ControlModifier);
+        QTRY_COMPARE(saved.count(), 1);
+        QCOMPARE(Samples::readFile(path), bytes);
+    }
+
+    void savesInThePickedFormat() {
+        const QString path =
+            file("pick.plist", Samples::bytes(Samples::allTypes(), PlistFormat::xml));
+        open(path);
+        QTest::mouseClick(segment(QStringLiteral("Binary")), Qt::LeftButton);
+        QVERIFY(window_->isWindowModified());
+        QSignalSpy saved(&window_->controller(), &DocumentController::saved);
+        QTest::keyClick(window_, Qt::Key_S, Qt::ControlModifier);
+        QTRY_COMPARE(saved.count(), 1);
+        QVERIFY(!window_->isWindowModified());
+        QVERIFY(Samples::readFile(path).startsWith("bplist00"));
+        QVERIFY(Samples::valueOf(Samples::readFile(path)) == Samples::allTypes());
+    }
+
+    void asksWhereToSaveANewDocument() {
+        QTest::keyClick(window_, Qt::Key_S, Qt::ControlModifier);
+        auto* dialog = window_->findChild<QFileDialog*>();
+        QVERIFY(dialog != nullptr);
+        QCOMPARE(dialog->acceptMode(), QFileDialog::AcceptSave);
+        QCOMPARE(dialog->defaultSuffix(), QStringLiteral("plist"));
+        QCOMPARE(dialog->nameFilters(),
+                 (QStringList{QStringLiteral("Property lists (*.plist *.entitlements *.xcprivacy "
+                                             "*.stringsdict)"),
+                              QStringLiteral("All files (*)")}));
+        QSignalSpy saved(&window_->controller(), &DocumentController::saved);
+        const QString path = folder_->filePath(QStringLiteral("new.plist"));
+        Q_EMIT dialog->fileSelected(path);
+        QTRY_COMPARE(saved.count(), 1);
+        QCOMPARE(window_->windowTitle(), QStringLiteral("new.plist[*]"));
+        QVERIFY(Samples::readFile(path).contains("<dict/>"));
+        delete dialog;
+    }
+
+    void saysWhyAFileCannotBeSaved() {
+        window_->controller().save(folder_->filePath(QStringLiteral("missing/x.plist")));
+        QTRY_VERIFY(messageOf(*window_) != nullptr);
+        QCOMPARE(messageOf(*window_)->text(),
+                 QStringLiteral("The file “x.plist” could not be written."));
+        QCOMPARE(messageOf(*window_)->informativeText(),
+                 QStringLiteral("No such file or directory.\n\nYour changes are still in the "
+                                "window. Save them in another place with File > Save As…."));
+        press(*messageOf(*window_), QMessageBox::Ok);
+        QVERIFY(window_->isVisible());
+    }
+
+    void doesNotSaveTwiceAtOnce() {
+        const QString path = folder_->filePath(QStringLiteral("once.plist"));
+        QSignalSpy saved(&window_->controller(), &DocumentController::saved);
+        window_->controller().save(path);
+        QVERIFY(!actionOf(*window_, QStringLiteral("Save"))->isEnabled());
+        window_->save();
+        QTRY_COMPARE(saved.count(), 1);
+        QVERIFY(actionOf(*window_, QStringLiteral("Save"))->isEnabled());
+    }
+
+    // --- Closing ---
+
+    void closesUnmodifiedDocumentsAtOnce() {
+        const QPointer<DocumentWindow> window = window_;
+        QTest::keyClick(window_, Qt::Key_W, Qt::ControlModifier);
+        QTRY_VERIFY(window.isNull());
+        window_ = nullptr;
+    }
+
+    void asksBeforeItClosesAModifiedDocument() {
+        window_->controller().document().setFormat(PlistFormat::binary);
+        QSignalSpy refused(window_, &DocumentWindow::closeRefused);
+        QVERIFY(!window_->close());
+        QMessageBox* box = messageOf(*window_);
+        QVERIFY(box != nullptr);
+        QCOMPARE(box->text(), QStringLiteral("Do you want to save the changes to “Untitled”?"));
+        QCOMPARE(box->informativeText(),
+                 QStringLiteral("If you do not save them, your changes are lost."));
+        QCOMPARE(box->defaultButton(), box->button(QMessageBox::Save));
+        // Asked once, however often the user tries.
+        QVERIFY(!window_->close());
+        QVERIFY(messageOf(*window_) != nullptr);
+        press(*box, QMessageBox::Cancel);
+        QCOMPARE(refused.count(), 1);
+        QVERIFY(window_->isVisible());
+    }
+
+    void discardsChanges() {
+        const QPointer<DocumentWindow> window = window_;
+        window_->controller().document().setFormat(PlistFormat::binary);
+        window_->close();
+        press(*messageOf(*window_), QMessageBox::Discard);
+        QTRY_VERIFY(window.isNull());
+        window_ = nullptr;
+    }
+
+    void savesAndCloses() {
+        const QPointer<DocumentWindow> window = window_;
+        const QString path = file("c.plist", Samples::bytes(Samples::numbers(2), PlistFormat::xml));
+        open(path);
+        window_->controller().document().setFormat(PlistFormat::binary);
+        window_->close();
+        press(*messageOf(*window_), QMessageBox::Save);
+        QTRY_VERIFY(window.isNull());
+        window_ = nullptr;
+        QVERIFY(Samples::readFile(path).startsWith("bplist00"));
+    }
+
+    void staysOpenWhenSavingFails() {
+        const QString path = file("d.plist", Samples::bytes(Samples::numbers(2), PlistFormat::xml));
+        open(path);
+        QVERIFY(QFile::remove(path) && QDir(folder_->path()).mkdir(QStringLiteral("d.plist")));
+        window_->controller().document().setFormat(PlistFormat::binary);
+        QSignalSpy refused(window_, &DocumentWindow::closeRefused);
+        window_->close();
+        press(*messageOf(*window_), QMessageBox::Save);
+        QTRY_COMPARE(refused.count(), 1);
+        QVERIFY(window_->isVisible());
+        QVERIFY(window_->isWindowModified());
+    }
+
+    void waitsForTheWritingToEnd() {
+        const QPointer<DocumentWindow> window = window_;
+        const QString path = folder_->filePath(QStringLiteral("last.plist"));
+        window_->controller().save(path);
+        QVERIFY(!window_->close());
+        QTRY_VERIFY(window.isNull());
+        window_ = nullptr;
+        QVERIFY(Samples::readFile(path).contains("<dict/>"));
+    }
+
+    void cancelClosesAWindowThatStillReads() {
+        const QPointer<DocumentWindow> window = window_;
+        const QString path = file("e.plist", Samples::bytes(Samples::numbers(2), PlistFormat::xml));
+        window_->open(path);
+        auto* page = window_->findChild<ProgressPage*>();
+        QVERIFY(page->isVisible());
+        QCOMPARE(page->findChild<QLabel*>()->text(), QStringLiteral("Opening “e.plist”…"));
+        QVERIFY(!page->findChild<QPushButton*>()->isVisible());
+        page->findChild<QPushButton*>()->click();
+        QTRY_VERIFY(window.isNull());
+        window_ = nullptr;
+    }
+
+private:
+    QString file(const char* name, const QByteArray& bytes) {
+        const QString path = folder_->filePath(QString::fromLatin1(name));
+        Samples::writeFile(path, bytes);
+        return path;
+    }
+
+    void open(const QString& path) {
+        QSignalSpy opened(&window_->controller(), &DocumentController::opened);
+        window_->open(path);
+        QTRY_COMPARE(opened.count(), 1);
+    }
+
+    QToolButton* segment(const QString& title) {
+        for (QToolButton* button : window_->view().toolBar()->findChildren<QToolButton*>()) {
+            if (button->text() == title) {
+                return button;
+            }
+        }
+        return nullptr;
+    }
+
+    std::unique_ptr<QTemporaryDir> folder_;
+    DocumentWindow* window_ = nullptr;
+};
+
+int main(int argc, char** argv) {
+    return runUiTest<DocumentWindowTest>(argc, argv);
+}
+#include "DocumentWindowTest.moc"

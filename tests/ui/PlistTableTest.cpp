@@ -1,0 +1,421 @@
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <memory>
+
+#include "PlistCore/PlistEntry.h"
+#include "app/model/PlistDocument.h"
+#include "app/model/PlistNode.h"
+#include "app/ui/CellMetrics.h"
+#include "app/ui/KeyCell.h"
+#include "app/ui/OutlineTableModel.h"
+#include "app/ui/PlistTable.h"
+#include "tests/ui/support/Samples.h"
+#include "tests/ui/support/UiTest.h"
+
+namespace {
+
+using Expansion = OutlineState::Expansion;
+using Reach = OutlineState::Reach;
+
+/// A table on the screen with its document.
+struct Window {
+    explicit Window(const PlistValue& value) {
+        document.apply({value, PlistFormat::xml});
+        outline.rebuild(document.root());
+        table = std::make_unique<PlistTable>(DocumentActions(document, outline));
+        table->resize(760, 400);
+        table->show();
+        QVERIFY(QTest::qWaitForWindowActive(table.get()));
+        table->setFocus();
+    }
+
+    int rowCount() const { return static_cast<int>(outline.rows().size()); }
+    QModelIndex index(int row, int column = 0) const {
+        return table->outlineModel().index(row, column);
+    }
+    QString key(int row) const { return index(row).data().toString(); }
+    NodeId id(int row) const { return table->outlineModel().row(row).nodeId(); }
+    PlistNode& child(std::size_t number) const { return *document.root().children()[number]; }
+
+    QStringList selectedKeys() const {
+        QStringList keys;
+        for (const QModelIndex& selected : table->selectionModel()->selectedRows()) {
+            keys += selected.data().toString();
+        }
+        keys.sort();
+        return keys;
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
+        QTest::keyClick(table.get(), key, modifiers);
+    }
+
+    KeyCell::Parts parts(int row) const {
+        QStyleOptionViewItem option;
+        option.initFrom(table.get());
+        option.rect = table->visualRect(index(row));
+        return qobject_cast<KeyCell*>(table->itemDelegateForColumn(0))->parts(option, index(row));
+    }
+
+    void click(const QPoint& position, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers, position);
+    }
+
+    PlistDocument document;
+    OutlineState outline;
+    std::unique_ptr<PlistTable> table;
+};
+
+/// {a: {b: {c: 1}}, word: "x"}
+PlistValue nested() {
+    const PlistValue b = PlistValue::dictionary({{"c", PlistValue::integer(1)}});
+    return PlistValue::dictionary(
+        {{"a", PlistValue::dictionary({{"b", b}})}, {"word", PlistValue::string("x")}});
+}
+
+}  // namespace
+
+class PlistTableTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void looksLikeAnOutline() {
+        const Window window(Samples::allTypes());
+        QVERIFY(!window.table->accessibleName().isEmpty());
+        QVERIFY(!window.table->showGrid());
+        QVERIFY(!window.table->verticalHeader()->isVisible());
+        QCOMPARE(window.table->selectionBehavior(), QAbstractItemView::SelectRows);
+        QCOMPARE(window.table->selectionMode(), QAbstractItemView::ExtendedSelection);
+        const int height = CellMetrics(window.table->font()).rowHeight();
+        QCOMPARE(window.table->rowHeight(0), height);
+        QCOMPARE(window.table->rowHeight(9), height);
+        QVERIFY(height > QFontMetrics(window.table->font()).height());
+    }
+
+    void followsTheFont() {
+        const Window window(Samples::allTypes());
+        QFont font = window.table->font();
+        font.setPointSizeF(font.pointSizeF() * 3);
+        window.table->setFont(font);
+        QCOMPARE(window.table->rowHeight(0), CellMetrics(font).rowHeight());
+        QVERIFY(window.table->rowHeight(0) > QFontMetrics(font).height());
+    }
+
+    // --- Keys ---
+
+    void firstArrowKeySelectsTheRoot() {
+        const Window window(nested());
+        QVERIFY(window.selectedKeys().isEmpty());
+        window.press(Qt::Key_Down);
+        QCOMPARE(window.selectedKeys(), QStringList{QStringLiteral("Root")});
+    }
+
+    void rightAndLeftExpandAndCollapse() {
+        Window window(nested());
+        window.outline.select({window.child(0).id()});
+        window.press(Qt::Key_Right);
+        QCOMPARE(window.rowCount(), 4);
+        QCOMPARE(window.key(2), QStringLiteral("b"));
+        window.press(Qt::Key_Left);
+        QCOMPARE(window.rowCount(), 3);
+        QCOMPARE(window.selectedKeys(), QStringList{QStringLiteral("a")});
+        window.press(Qt::Key_Left);
+        QCOMPARE(window.selectedKeys(), QStringList{QStringLiteral("Root")});
+        QCOMPARE(window.table->currentIndex().row(), 0);
+    }
+
+    void altExpandsAll() {
+        Window window(nested());
+        window.outline.select({window.child(0).id()});
+        window.press(Qt::Key_Right, Qt::AltModifier);
+        QCOMPARE(window.rowCount(), 5);
+        window.press(Qt::Key_Left, Qt::AltModifier);
+        QCOMPARE(window.rowCount(), 3);
+        window.press(Qt::Key_Right);
+        QCOMPARE(window.rowCount(), 4);
+    }
+
+    void otherModifiersDoNotMatter() {
+        Window window(nested());
+        window.outline.select({window.child(0).id()});
+        window.press(Qt::Key_Right, Qt::AltModifier | Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(window.rowCount(), 5);
+    }
+
+    void leavesArrowsToTheFieldBeingEdited() {
+        Window window(nested());
+        window.outline.select({window.child(0).id()});
+        window.outline.setEditing(
+            OutlineState::EditingField{window.child(0).id(), OutlineState::Column::key});
+        window.press(Qt::Key_Right);
+        QCOMPARE(window.rowCount(), 3);
+    }
+
+    void refusesToExpandWithoutEnd() {
+        // Two references to the level below on each of 40 levels.
+        PlistValue value = PlistValue::array();
+        for (int i = 0; i < 40; ++i) {
+            value = PlistValue::array({value, value});
+        }
+        Window window(value);
+        const QSignalSpy refused(window.table.get(), &PlistTable::expansionRefused);
+        window.outline.select({window.document.root().id()});
+        window.press(Qt::Key_Right, Qt::AltModifier);
+        QCOMPARE(refused.count(), 1);
+        QCOMPARE(window.rowCount(), 3);
+    }
+
+    // --- Pointer ---
+
+    void chevronTogglesByMouse() {
+        const Window window(nested());
+        QVERIFY(window.parts(2).disclosure.isEmpty());
+        const QRect chevron = window.parts(1).disclosure;
+        QCOMPARE(chevron.size(), QSize(12, 12));
+        window.click(chevron.center());
+        QCOMPARE(window.rowCount(), 4);
+        QVERIFY(window.outline.isExpanded(window.id(1)));
+        QVERIFY(window.selectedKeys().isEmpty());
+        window.click(chevron.center());
+        QCOMPARE(window.rowCount(), 3);
+    }
+
+    void twoQuickClicksOnTheChevronAreTwo() {
+        const Window window(nested());
+        const QPoint chevron = window.parts(1).disclosure.center();
+        window.click(chevron);
+        QTest::mouseDClick(window.table->viewport(), Qt::LeftButton, {}, chevron);
+        QCOMPARE(window.rowCount(), 3);
+    }
+
+    void altClickTogglesAll() {
+        const Window window(nested());
+        window.click(window.parts(1).disclosure.center(), Qt::AltModifier);
+        QCOMPARE(window.rowCount(), 5);
+    }
+
+    void clickOnTextSelects() {
+        const Window window(nested());
+        window.click(window.parts(1).text.center());
+        QCOMPARE(window.rowCount(), 3);
+        QCOMPARE(window.selectedKeys(), QStringList{QStringLiteral("a")});
+        QCOMPARE(window.outline.selection(), NodeIdSet{window.id(1)});
+    }
+
+    // --- Selection ---
+
+    void selectionGoesToTheOutline() {
+        Window window(nested());
+        window.press(Qt::Key_Down);
+        window.press(Qt::Key_Down, Qt::ShiftModifier);
+        QCOMPARE(window.outline.selection(), (NodeIdSet{window.id(0), window.id(1)}));
+        window.press(Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(window.outline.selection().size(), 3);
+        window.table->clearSelection();
+        QVERIFY(window.outline.selection().isEmpty());
+    }
+
+    void selectionComesFromTheOutline() {
+        Window window(nested());
+        window.outline.select({window.id(0), window.id(2)});
+        QCOMPARE(window.selectedKeys(),
+                 (QStringList{QStringLiteral("Root"), QStringLiteral("word")}));
+        QCOMPARE(window.table->currentIndex().row(), 0);
+        window.outline.select({window.id(1)});
+        QCOMPARE(window.selectedKeys(), QStringList{QStringLiteral("a")});
+        QCOMPARE(window.table->currentIndex().row(), 1);
+    }
+
+    void selectionSurvivesExpanding() {
+        Window window(nested());
+        const NodeIdSet both{window.id(1), window.id(2)};
+        window.outline.select(both);
+        window.outline.setExpanded(window.child(0), Expansion::expand, Reach::nodeAlone);
+        QCOMPARE(window.selectedKeys(), (QStringList{QStringLiteral("a"), QStringLiteral("word")}));
+        QCOMPARE(window.outline.selection(), both);
+    }
+
+    void rowsThatVanishAreDeselected() {
+        Window window(nested());
+        window.outline.setExpanded(window.child(0), Expansion::expand, Reach::wholeSubtree);
+        window.outline.select({window.id(2), window.id(4)});
+        window.outline.setExpanded(window.child(0), Expansion::collapse, Reach::nodeAlone);
+        QCOMPARE(window.selectedKeys(), QStringList{QStringLiteral("word")});
+        QCOMPARE(window.outline.selection(), NodeIdSet{window.id(2)});
+    }
+
+    void selectionFollowsMovedRows() {
+        Window window(nested());
+        window.outline.select({window.child(1).id()});
+        const PlistNodePtr a(&window.child(0));
+        const PlistNodePtr word(&window.child(1));
+        const PlistNodePtr swapped[] = {word, a};
+        window.document.root().setChildren(swapped);
+        window.outline.rebuild(window.document.root());
+        QCOMPARE(window.key(1), QStringLiteral("word"));
+        QCOMPARE(window.selectedKeys(), QStringList{QStringLiteral("word")});
+    }
+
+    void anotherRootClearsTheSelection() {
+        Window window(nested());
+        window.outline.select({window.id(1)});
+        window.document.apply({Samples::allTypes(), PlistFormat::xml});
+        window.outline.rebuild(window.document.root());
+        QVERIFY(window.selectedKeys().isEmpty());
+        QCOMPARE(window.rowCount(), 10);
+    }
+
+    // --- Sight ---
+
+    void selectedRowComesIntoView() {
+        Window window(Samples::numbers(1000));
+        window.outline.select({window.id(900)});
+        const QRect row = window.table->visualRect(window.index(900));
+        QVERIFY(window.table->viewport()->rect().contains(row.center()));
+    }
+
+    /// What is in sight stays where it is when rows come and go above it.
+    void staysWhereItWas() {
+        const PlistValue box = PlistValue::dictionary(
+            {{"first", Samples::numbers(500)}, {"second", Samples::numbers(500)}});
+        Window window(box);
+        window.outline.setExpanded(window.child(1), Expansion::expand, Reach::nodeAlone);
+        window.outline.select({window.id(300)});
+        window.table->scrollTo(window.index(300), QAbstractItemView::PositionAtCenter);
+        const int top = window.table->rowViewportPosition(300);
+
+        window.outline.setExpanded(window.child(0), Expansion::expand, Reach::nodeAlone);
+        QCOMPARE(window.table->currentIndex().row(), 800);
+        QCOMPARE(window.table->rowViewportPosition(800), top);
+        window.outline.setExpanded(window.child(0), Expansion::collapse, Reach::nodeAlone);
+        QCOMPARE(window.table->currentIndex().row(), 300);
+        QCOMPARE(window.table->rowViewportPosition(300), top);
+    }
+
+    void expandingDoesNotScroll() {
+        const PlistValue box = PlistValue::dictionary(
+            {{"first", Samples::numbers(100)}, {"second", Samples::numbers(100)}});
+        Window window(box);
+        window.outline.setExpanded(window.child(0), Expansion::expand, Reach::nodeAlone);
+        window.table->verticalScrollBar()->setValue(777);
+        window.outline.setExpanded(window.child(1), Expansion::expand, Reach::nodeAlone);
+        QCOMPARE(window.table->verticalScrollBar()->value(), 777);
+    }
+
+    // --- Columns ---
+
+    void columnsHaveTheirLimits() {
+        const Window window(nested());
+        const QHeaderView* header = window.table->horizontalHeader();
+        QCOMPARE(header->sectionSize(0), 260);
+        QCOMPARE(header->sectionSize(1), 110);
+        QCOMPARE(header->sectionSize(2), window.table->viewport()->width() - 260 - 110);
+
+        window.table->setColumnWidth(0, 20);
+        QCOMPARE(header->sectionSize(0), 140);
+        window.table->setColumnWidth(0, 400);
+        QCOMPARE(header->sectionSize(0), 400);
+        window.table->setColumnWidth(1, 20);
+        QCOMPARE(header->sectionSize(1), 90);
+        window.table->setColumnWidth(1, 500);
+        QCOMPARE(header->sectionSize(1), 140);
+        QCOMPARE(header->sectionSize(2), window.table->viewport()->width() - 400 - 140);
+    }
+
+    void lastColumnFillsTheTable() {
+        const Window window(nested());
+        const QHeaderView* header = window.table->horizontalHeader();
+        window.table->resize(1000, 400);
+        QCOMPARE(header->length(), window.table->viewport()->width());
+        window.table->resize(300, 400);
+        QCOMPARE(header->sectionSize(2), 120);
+        window.table->resize(760, 400);
+        window.table->setColumnWidth(2, 900);
+        QCOMPARE(header->sectionSize(2), 900);
+        window.table->setColumnWidth(2, 10);
+        QCOMPARE(header->sectionSize(2), window.table->viewport()->width() - 370);
+    }
+
+    // --- Cells ---
+
+    void indentsByDepth() {
+        Window window(nested());
+        window.outline.setExpanded(window.child(0), Expansion::expand, Reach::wholeSubtree);
+        const int left = window.parts(0).text.left();
+        for (int row = 0; row < 4; ++row) {
+            QCOMPARE(window.parts(row).text.left(), left + 14 * row);
+        }
+        QCOMPARE(window.parts(4).text.left(), left + 14);
+        QCOMPARE(window.parts(0).text.left() - window.parts(0).disclosure.right() - 1, 4);
+    }
+
+    void marksDuplicateKeys() {
+        const Window window(
+            PlistValue::dictionary({{"a", PlistValue::integer(1)},
+                                    {"b", PlistValue::integer(2)},
+                                    {"a", PlistValue::integer(3)},
+                                    {std::string(300, 'w'), PlistValue::integer(4)},
+                                    {std::string(300, 'w'), PlistValue::integer(5)}}));
+        QVERIFY(window.parts(0).duplicateSign.isEmpty());
+        QVERIFY(window.parts(2).duplicateSign.isEmpty());
+        for (const int row : {1, 3, 4, 5}) {
+            const KeyCell::Parts parts = window.parts(row);
+            QCOMPARE(parts.duplicateSign.size(), QSize(12, 12));
+            QVERIFY(parts.duplicateSign.left() > parts.text.right());
+            QVERIFY(window.table->visualRect(window.index(row)).contains(parts.duplicateSign));
+        }
+    }
+
+    void paintsAllCells() {
+        const Window window(Samples::allTypes());
+        const QImage image = window.table->viewport()->grab().toImage();
+        for (int row = 0; row < window.rowCount(); ++row) {
+            for (int column = 0; column < 3; ++column) {
+                const QRect cell = window.table->visualRect(window.index(row, column));
+                QVERIFY2(hasInk(image.copy(scaled(cell, image))),
+                         qPrintable(QStringLiteral("%1, %2").arg(row).arg(column)));
+            }
+        }
+    }
+
+    void chevronTurns() {
+        Window window(nested());
+        const QRect chevron = window.parts(1).disclosure;
+        const QImage collapsed = pictureOf(window, chevron);
+        QVERIFY(hasInk(collapsed));
+        window.outline.setExpanded(window.child(0), Expansion::expand, Reach::nodeAlone);
+        const QImage expanded = pictureOf(window, chevron);
+        QVERIFY(hasInk(expanded));
+        QVERIFY(collapsed != expanded);
+    }
+
+private:
+    static QRect scaled(const QRect& rect, const QImage& image) {
+        const qreal scale = image.devicePixelRatio();
+        return {(QPointF(rect.topLeft()) * scale).toPoint(),
+                (QSizeF(rect.size()) * scale).toSize()};
+    }
+
+    static QImage pictureOf(const Window& window, const QRect& rect) {
+        return window.table->viewport()->grab(rect).toImage();
+    }
+
+    /// Whether there is more than one colour.
+    static bool hasInk(const QImage& image) {
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixel(x, y) != image.pixel(0, 0)) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    }
+};
+
+int main(int argc, char** argv) {
+    return runUiTest<PlistTableTest>(argc, argv);
+}
+#include "PlistTableTest.moc"

@@ -1,0 +1,56 @@
+#include <QTest>
+#include <algorithm>
+#include <cmath>
+
+#include "app/ui/SecondaryColor.h"
+
+namespace {
+
+/// The relative luminance of the Web Content Accessibility Guidelines.
+double luminance(const QColor& color) {
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& one, const QColor& other) {
+    const double a = luminance(one);
+    const double b = luminance(other);
+    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
+
+}  // namespace
+
+class SecondaryColorTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isReadableAndStandsBack_data() {
+        QTest::addColumn<QColor>("text");
+        QTest::addColumn<QColor>("ground");
+        QTest::newRow("black on white") << QColor(Qt::black) << QColor(Qt::white);
+        QTest::newRow("black on grey") << QColor(Qt::black) << QColor(0xEF, 0xEF, 0xEF);
+        QTest::newRow("white on black") << QColor(Qt::white) << QColor(Qt::black);
+        QTest::newRow("white on dark grey") << QColor(Qt::white) << QColor(0x35, 0x35, 0x35);
+        QTest::newRow("light on dark") << QColor(0xFC, 0xFC, 0xFC) << QColor(0x1B, 0x1E, 0x20);
+        QTest::newRow("dark on light") << QColor(0x23, 0x26, 0x29) << QColor(0xFC, 0xFC, 0xFC);
+    }
+
+    void isReadableAndStandsBack() {
+        QFETCH(QColor, text);
+        QFETCH(QColor, ground);
+        QPalette palette;
+        palette.setColor(QPalette::Text, text);
+        palette.setColor(QPalette::Base, ground);
+        const QColor color =
+            SecondaryColor::of(palette, QPalette::Active, QPalette::Text, QPalette::Base);
+        QVERIFY2(contrast(color, ground) >= 4.5,
+                 qPrintable(QString::number(contrast(color, ground))));
+        QVERIFY(contrast(color, ground) < contrast(text, ground));
+    }
+};
+
+QTEST_GUILESS_MAIN(SecondaryColorTest)
+#include "SecondaryColorTest.moc"

@@ -1,0 +1,150 @@
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+#include "app/ui/DocumentView.h"
+#include "app/ui/DocumentWindow.h"
+#include "app/ui/PlistTable.h"
+#include "app/ui/TabuletApp.h"
+#include "tests/ui/support/Samples.h"
+#include "tests/ui/support/UiTest.h"
+
+class TabuletAppTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        folder_ = std::make_unique<QTemporaryDir>();
+        QVERIFY(folder_->isValid());
+        app_ = std::make_unique<TabuletApp>();
+    }
+
+    void cleanup() { app_.reset(); }
+
+    void startsWithANewDocument() {
+        app_->start({});
+        QCOMPARE(app_->windows().size(), 1);
+        QVERIFY(window(0).isVisible());
+        QCOMPARE(window(0).windowTitle(), QStringLiteral("Untitled[*]"));
+        QVERIFY(window(0).controller().isPristine());
+    }
+
+    void opensEachFileInAWindowOfItsOwn() {
+        app_->start({file("a.plist"), file("b.plist")});
+        QCOMPARE(app_->windows().size(), 2);
+        QTRY_COMPARE(rowsOf(0), 4);
+        QTRY_COMPARE(rowsOf(1), 4);
+        QCOMPARE(window(0).controller().name(), QStringLiteral("a.plist"));
+        QCOMPARE(window(1).controller().name(), QStringLiteral("b.plist"));
+    }
+
+    void usesAWindowThatNobodyHasTouched() {
+        app_->start({});
+        app_->open({file("a.plist")});
+        QCOMPARE(app_->windows().size(), 1);
+        QTRY_COMPARE(rowsOf(0), 4);
+        app_->open({file("b.plist")});
+        QCOMPARE(app_->windows().size(), 2);
+    }
+
+    void leavesATouchedDocumentAlone() {
+        app_->start({});
+        window(0).controller().document().setFormat(PlistFormat::binary);
+        app_->open({file("a.plist")});
+        QCOMPARE(app_->windows().size(), 2);
+    }
+
+    void showsAFileOnce() {
+        const QString path = file("a.plist");
+        app_->start({path});
+        QTRY_COMPARE(rowsOf(0), 4);
+        const QString link = folder_->filePath(QStringLiteral("link.plist"));
+        QVERIFY(QFile::link(path, link));
+        app_->open({link, path});
+        QCOMPARE(app_->windows().size(), 1);
+    }
+
+    void numbersNewDocuments() {
+        app_->start({});
+        Q_EMIT window(0).newChosen();
+        QCOMPARE(app_->windows().size(), 2);
+        QCOMPARE(window(1).windowTitle(), QStringLiteral("Untitled 2[*]"));
+    }
+
+    void asksForFiles() {
+        app_->start({});
+        window(0).controller().document().setFormat(PlistFormat::binary);
+        Q_EMIT window(0).openChosen();
+        auto* dialog = window(0).findChild<QFileDialog*>();
+        QVERIFY(dialog != nullptr);
+        QCOMPARE(dialog->fileMode(), QFileDialog::ExistingFiles);
+        Q_EMIT dialog->filesSelected({file("a.plist"), file("b.plist")});
+        QCOMPARE(app_->windows().size(), 3);
+        delete dialog;
+    }
+
+    void closesTheWindowOfAFileThatCannotBeOpened() {
+        app_->start({folder_->filePath(QStringLiteral("gone.plist"))});
+        QTRY_VERIFY(window(0).findChild<QMessageBox*>() != nullptr);
+        QCOMPARE(window(0).findChild<QMessageBox*>()->text(),
+                 QStringLiteral("The file “gone.plist” could not be read."));
+        window(0).findChild<QMessageBox*>()->button(QMessageBox::Ok)->click();
+        QTRY_COMPARE(app_->windows().size(), 0);
+    }
+
+    void quitClosesAllWindows() {
+        app_->start({file("a.plist"), file("b.plist")});
+        QTRY_COMPARE(rowsOf(0) + rowsOf(1), 8);
+        Q_EMIT window(0).quitChosen();
+        QTRY_COMPARE(app_->windows().size(), 0);
+    }
+
+    void quitStopsWhereTheUserRefuses() {
+        app_->start({});
+        app_->newDocument();
+        window(1).controller().document().setFormat(PlistFormat::binary);
+        app_->newDocument();
+        app_->quit();
+        QTRY_COMPARE(app_->windows().size(), 2);
+        QTRY_VERIFY(window(1).findChild<QMessageBox*>() != nullptr);
+        window(1).findChild<QMessageBox*>()->button(QMessageBox::Cancel)->click();
+        // Closing a window now is no longer a part of quitting.
+        window(0).close();
+        QTRY_COMPARE(app_->windows().size(), 1);
+        QTRY_VERIFY(window(0).isVisible());
+    }
+
+    void quitGoesOnAfterTheAnswer() {
+        app_->start({});
+        app_->newDocument();
+        window(1).controller().document().setFormat(PlistFormat::binary);
+        app_->quit();
+        QTRY_VERIFY(window(1).findChild<QMessageBox*>() != nullptr);
+        window(1).findChild<QMessageBox*>()->button(QMessageBox::Discard)->click();
+        QTRY_COMPARE(app_->windows().size(), 0);
+    }
+
+private:
+    DocumentWindow& window(qsizetype number) { return *app_->windows().at(number); }
+
+    int rowsOf(qsizetype number) { return window(number).view().table().model()->rowCount(); }
+
+    QString file(const char* name) {
+        const QString path = folder_->filePath(QLatin1String(name));
+        Samples::writeFile(path, Samples::bytes(Samples::numbers(3), PlistFormat::xml));
+        return path;
+    }
+
+    std::unique_ptr<QTemporaryDir> folder_;
+    std::unique_ptr<TabuletApp> app_;
+};
+
+int main(int argc, char** argv) {
+    return runUiTest<TabuletAppTest>(argc, argv);
+}
+#include "TabuletAppTest.moc"
