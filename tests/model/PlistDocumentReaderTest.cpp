@@ -47,7 +47,7 @@ private:
     QTemporaryDir folder_;
 
     QString fileWith(const QByteArray& bytes) const {
-        const QString path = folder_.filePath(QStringLiteral("file.plist"));
+        QString path = folder_.filePath(QStringLiteral("file.plist"));
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
             qFatal("cannot prepare the test");

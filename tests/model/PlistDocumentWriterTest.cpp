@@ -50,8 +50,7 @@ std::optional<FileError> failureOf(const Action& action) {
 /// back short, and the one after fails.
 class FileSizeLimit {
 public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        oldHandler_ = std::signal(SIGXFSZ, SIG_IGN);
+    explicit FileSizeLimit(rlim_t bytes) : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
         ::getrlimit(RLIMIT_FSIZE, &old_);
         rlimit limit = old_;
         limit.rlim_cur = bytes;
@@ -66,7 +65,7 @@ public:
 
 private:
     rlimit old_{};
-    void (*oldHandler_)(int) = nullptr;
+    void (*oldHandler_)(int);
 };
 
 }  // namespace
