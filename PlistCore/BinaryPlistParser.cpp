@@ -115,8 +115,32 @@ Trailer readTrailer(std::span<const std::uint8_t> bytes) {
     return trailer;
 }
 
-/// Stands for the value of a container that is being read.
-constexpr PlistCell openContainerMark;
+/// The values of objects that were read. An empty dictionary is all zero, as is an object that was
+/// not read yet; there is nothing in it that would have to be read only once.
+class KnownObjects {
+public:
+    explicit KnownObjects(std::size_t count) : cells_(count) {}
+
+    void set(std::uint64_t object, const PlistCell& cell) noexcept { cells_[object] = cell; }
+
+    /// Marks the object as a container that is being read.
+    void setOpen(std::uint64_t object) noexcept { cells_[object] = openMark; }
+
+    const PlistCell& operator[](std::uint64_t object) const noexcept { return cells_[object]; }
+
+    static bool isRead(const PlistCell& cell) noexcept {
+        return cell.type() != PlistType::dictionary || cell.word() != 0;
+    }
+    static bool isOpen(const PlistCell& cell) noexcept {
+        return cell.type() == openMark.type() && cell.word() == openMark.word();
+    }
+
+private:
+    /// No dictionary lies at address 1.
+    static constexpr PlistCell openMark{PlistType::dictionary, 0, 1};
+
+    FreshArray<PlistCell> cells_;
+};
 
 /// The lists of keys of recent dictionaries, known by the bytes of their references.
 class RecentKeyLists {
@@ -165,7 +189,8 @@ struct OpenContainer {
     const std::uint8_t* next = nullptr;  ///< the next reference
     const std::uint8_t* endOfKeys = nullptr;
     const std::uint8_t* end = nullptr;
-    PlistCell* slot = nullptr;  ///< where the member behind `next` goes
+    const std::uint8_t* fetched = nullptr;  ///< up to here known values were fetched
+    PlistCell* slot = nullptr;              ///< where the member behind `next` goes
     PlistCell* keys = nullptr;
     PlistCell* values = nullptr;  ///< null while keys are being read
     unsigned flags = 0;           ///< of the values together
@@ -195,6 +220,7 @@ private:
     Outcome readContainer(std::uint64_t object, std::uint64_t offset, PlistCell* slot);
     void openContainer(const OpenContainer& container);
     Outcome readMembers(OpenContainer& container, const std::uint8_t* end);
+    void fetchKnown(OpenContainer& container);
     void beginValues(OpenContainer& dictionary);
     void closeContainer();
 
@@ -219,7 +245,7 @@ private:
     std::span<const std::uint8_t> bytes_;
     Trailer trailer_;
     PlistBuilder builder_;
-    FreshArray<const PlistCell*> known_;  ///< where the values of objects lie that were read
+    KnownObjects known_;
     RecentKeyLists keyLists_;
     std::vector<OpenContainer> open_;
     std::uint64_t referencesRead_ = 0;
@@ -253,6 +279,9 @@ PlistValue Reader::read() {
 /// read first.
 Reader::Outcome Reader::readMembers(OpenContainer& container, const std::uint8_t* end) {
     while (container.next != end) {
+        if (container.next >= container.fetched) {
+            fetchKnown(container);
+        }
         const std::uint64_t object = numberAt(container.next, trailer_.referenceSize);
         container.next += trailer_.referenceSize;
         PlistCell* const slot = container.slot++;
@@ -264,19 +293,34 @@ Reader::Outcome Reader::readMembers(OpenContainer& container, const std::uint8_t
     return Outcome::done;
 }
 
+/// Has the values fetched that the next members share with containers before. They lie anywhere, so
+/// that waiting for each of them would take most of the time.
+void Reader::fetchKnown(OpenContainer& container) {
+    constexpr std::size_t membersAhead = 16;
+    const std::size_t width = trailer_.referenceSize;
+    const auto left = static_cast<std::size_t>(container.end - container.next);
+    container.fetched = container.next + std::min(left, membersAhead * width);
+    for (const std::uint8_t* at = container.next; at != container.fetched; at += width) {
+        const std::uint64_t object = numberAt(at, width);
+        if (object < trailer_.objectCount) {
+            __builtin_prefetch(&known_[object]);
+        }
+    }
+}
+
 /// Puts the value of an object into `slot`, or opens the container that will end there.
 Reader::Outcome Reader::readObject(std::uint64_t object, PlistCell* slot) {
     if (object >= trailer_.objectCount) {
         failMalformed("Object reference out of range.");
     }
-    const PlistCell*& known = known_[object];
-    if (known != nullptr) {
-        if (known == &openContainerMark) {
+    const PlistCell& known = known_[object];
+    if (KnownObjects::isRead(known)) {
+        if (KnownObjects::isOpen(known)) {
             // It contains itself. What is left on the way from it to itself is the same in every
             // round, so that going on would only add containers until there are too many.
             failTooDeep();
         }
-        *slot = *known;
+        *slot = known;
         if (isContainer(slot->type()) && slot->length() != 0) {
             builder_.arena().noteSharedContainer();
         }
@@ -287,7 +331,7 @@ Reader::Outcome Reader::readObject(std::uint64_t object, PlistCell* slot) {
         return readContainer(object, offset, slot);
     }
     *slot = readScalar(offset);
-    known = slot;
+    known_.set(object, *slot);
     return Outcome::done;
 }
 
@@ -300,7 +344,7 @@ Reader::Outcome Reader::readContainer(std::uint64_t object, std::uint64_t offset
     container.type = isDictionary ? PlistType::dictionary : PlistType::array;
     if (payload.count == 0) {
         *slot = PlistCell(container.type, 0, 0);
-        known_[object] = slot;
+        known_.set(object, *slot);
         return Outcome::done;
     }
     noteRead(referencesRead_, isDictionary ? 2 * payload.count : payload.count);
@@ -319,7 +363,7 @@ Reader::Outcome Reader::readContainer(std::uint64_t object, std::uint64_t offset
 }
 
 void Reader::openContainer(const OpenContainer& container) {
-    known_[container.object] = &openContainerMark;
+    known_.setOpen(container.object);
     OpenContainer& opened = open_.emplace_back(container);
     if (opened.type == PlistType::array) {
         opened.values = builder_.roomForItems(opened.count);
@@ -367,7 +411,7 @@ void Reader::closeContainer() {
     *container.target = container.type == PlistType::dictionary
                             ? builder_.dictionaryOf(container.values, container.count, flags)
                             : builder_.arrayOf(container.values, container.count, flags);
-    known_[container.object] = container.target;
+    known_.set(container.object, *container.target);
     const unsigned ownFlags = container.target->flags();
     open_.pop_back();
     if (!open_.empty()) {

@@ -1,7 +1,9 @@
 #include "PlistCore/Utf16BigEndian.h"
 
 #include <cstdint>
+#include <optional>
 
+#include "PlistCore/BigEndian.h"
 #include "PlistCore/ByteBlock.h"
 
 namespace {
@@ -13,7 +15,7 @@ std::uint8_t byteAt(const char* place) noexcept {
 }
 
 char32_t unitAt(const char* place) noexcept {
-    return static_cast<char32_t>(byteAt(place) << 8 | byteAt(place + 1));
+    return BigEndian::load<std::uint16_t>(place);
 }
 
 char* putByte(char32_t byte, char* out) noexcept {
@@ -22,7 +24,8 @@ char* putByte(char32_t byte, char* out) noexcept {
 }
 
 char* putUnit(char32_t unit, char* out) noexcept {
-    return putByte(unit & 0xFF, putByte(unit >> 8, out));
+    BigEndian::store(static_cast<std::uint16_t>(unit), out);
+    return out + 2;
 }
 
 char* putCodePointAsUnits(char32_t codePoint, char* out) noexcept {
@@ -91,6 +94,14 @@ char32_t takeUtf16(const char*& place, const char* end) noexcept {
     return 0x10000 + ((unit - 0xD800) << 10) + (trailing - 0xDC00);
 }
 
+/// The next sixteen bytes, if there are so many.
+std::optional<ByteBlock> blockAt(const char* place, const char* end) noexcept {
+    if (end - place < static_cast<std::ptrdiff_t>(ByteBlock::size)) {
+        return std::nullopt;
+    }
+    return ByteBlock::load(place);
+}
+
 }  // namespace
 
 namespace Utf16BigEndian {
@@ -110,16 +121,16 @@ char* encode(std::string_view utf8, char* out) noexcept {
     const char* place = utf8.data();
     const char* const end = place + utf8.size();
     while (place != end) {
-        if (end - place >= static_cast<std::ptrdiff_t>(ByteBlock::size)) {
-            const ByteBlock block = ByteBlock::load(place);
-            if (block.highBits() == 0) {
-                block.storeWidened(out);
-                place += ByteBlock::size;
-                out += 2 * ByteBlock::size;
-                continue;
-            }
+        if (byteAt(place) >= 0x80) {
+            out = putCodePointAsUnits(takeUtf8(place), out);
+        } else if (const std::optional<ByteBlock> block = blockAt(place, end);
+                   block && block->highBits() == 0) {
+            block->storeWidened(out);
+            place += ByteBlock::size;
+            out += 2 * ByteBlock::size;
+        } else {
+            out = putUnit(byteAt(place++), out);
         }
-        out = putCodePointAsUnits(takeUtf8(place), out);
     }
     return out;
 }
@@ -128,16 +139,17 @@ char* decode(std::string_view units, char* out) noexcept {
     const char* place = units.data();
     const char* const end = place + units.size();
     while (place != end) {
-        if (end - place >= static_cast<std::ptrdiff_t>(ByteBlock::size)) {
-            const ByteBlock block = ByteBlock::load(place);
-            if (block.holdsAsciiUnits()) {
-                block.storeNarrowed(out);
-                place += ByteBlock::size;
-                out += ByteBlock::size / 2;
-                continue;
-            }
+        if (unitAt(place) >= 0x80) {
+            out = putCodePointAsUtf8(takeUtf16(place, end), out);
+        } else if (const std::optional<ByteBlock> block = blockAt(place, end);
+                   block && block->holdsAsciiUnits()) {
+            block->storeNarrowed(out);
+            place += ByteBlock::size;
+            out += ByteBlock::size / 2;
+        } else {
+            *out++ = place[1];
+            place += 2;
         }
-        out = putCodePointAsUtf8(takeUtf16(place, end), out);
     }
     return out;
 }
