@@ -16,8 +16,10 @@
 #include <vector>
 
 #include "PlistCore/BigEndian.h"
+#include "PlistCore/BinaryObjectOrder.h"
 #include "PlistCore/EqualObjectTable.h"
 #include "PlistCore/FreshArray.h"
+#include "PlistCore/KeyListMemory.h"
 #include "PlistCore/PlistCell.h"
 #include "PlistCore/PlistString.h"
 #include "PlistCore/UnicodeText.h"
@@ -154,17 +156,20 @@ std::uint64_t hashInPlace(const PlistCell& cell) noexcept {
     return mixed(wordAt(bytes) ^ firstHashKey, wordAt(bytes + 8) ^ secondHashKey);
 }
 
-/// A hash of more than 14 bytes.
+/// A hash of more than 14 bytes. The last blocks overlap what is before them, so that most texts
+/// need no loop and none a piece of odd size.
 std::uint64_t hashOutOfLine(std::string_view bytes) noexcept {
-    std::uint64_t hash = bytes.size() * firstHashKey;
     const char* place = bytes.data();
     const char* const end = place + bytes.size();
-    for (; end - place > 16; place += 16) {
+    std::uint64_t hash = bytes.size() * firstHashKey;
+    for (; end - place > 32; place += 16) {
         hash = mixed(wordAt(place) ^ hash, wordAt(place + 8) ^ secondHashKey);
     }
-    char last[16] = {};
-    std::memcpy(last, place, static_cast<std::size_t>(end - place));
-    return mixed(wordAt(last) ^ hash, wordAt(last + 8) ^ firstHashKey);
+    if (end - place >= 16) {
+        hash = mixed(wordAt(place) ^ hash, wordAt(place + 8) ^ secondHashKey);
+        place = end - 16;
+    }
+    return mixed(wordAt(place) ^ hash, wordAt(end - 8) ^ firstHashKey);
 }
 
 std::uint64_t hashOfComposed(const PlistCell& cell) noexcept {
@@ -181,76 +186,6 @@ std::uint64_t hashOfScalar(const PlistCell& cell) {
     return hashOfComposed(PlistString(UnicodeText::composed(cell.bytes())).cell());
 }
 
-/// Remembers where dictionaries with the same list of keys were met, so that what was found out
-/// about the list need not be found out again. Forgets lists when others take their places.
-class KeyListMemory {
-public:
-    /// What was remembered for this list of keys.
-    std::optional<std::size_t> find(std::span<const PlistString> keys) const noexcept {
-        const Place& place = places_[indexOf(keys)];
-        if (place.keys != keys.data() || place.count != keys.size()) {
-            return std::nullopt;
-        }
-        return place.note;
-    }
-
-    void remember(std::span<const PlistString> keys, std::size_t note) noexcept {
-        places_[indexOf(keys)] = {keys.data(), keys.size(), note};
-    }
-
-private:
-    struct Place {
-        const PlistString* keys = nullptr;
-        std::size_t count = 0;
-        std::size_t note = 0;
-    };
-    static constexpr int indexBits = 9;
-
-    static std::size_t indexOf(std::span<const PlistString> keys) noexcept {
-        const auto address = static_cast<std::uint64_t>(std::bit_cast<std::uintptr_t>(keys.data()));
-        return static_cast<std::size_t>((address * firstHashKey) >> (64 - indexBits));
-    }
-
-    std::array<Place, std::size_t{1} << indexBits> places_{};
-};
-
-/// What a tree holds, before equal scalars become one object. Lists of keys that several
-/// dictionaries share are counted once as far as they are recognised.
-struct Counts {
-    std::size_t containers = 0;
-    std::size_t scalars = 0;
-
-    std::size_t objects() const noexcept { return containers + scalars; }
-};
-
-Counts countValues(const PlistValue& root) {
-    Counts counts;
-    KeyListMemory knownLists;
-    std::vector<std::span<const PlistValue>> open{{&root, 1}};
-    while (!open.empty()) {
-        std::span<const PlistValue>& rest = open.back();
-        std::size_t index = 0;
-        while (index < rest.size() && rest[index].childCount() == 0) {
-            ++index;
-        }
-        counts.scalars += index;
-        if (index == rest.size()) {
-            open.pop_back();
-            continue;
-        }
-        const PlistValue& container = rest[index];
-        rest = rest.subspan(index + 1);
-        ++counts.containers;
-        const std::span<const PlistString> keys = container.keys();
-        if (!keys.empty() && !knownLists.find(keys)) {
-            knownLists.remember(keys, 0);
-            counts.scalars += keys.size();
-        }
-        open.push_back(container.children());
-    }
-    return counts;
-}
-
 unsigned referenceSizeFor(std::size_t objectCount) noexcept {
     if (objectCount < 0x100) {
         return 1;
@@ -258,42 +193,38 @@ unsigned referenceSizeFor(std::size_t objectCount) noexcept {
     return objectCount < 0x10000 ? 2 : 4;
 }
 
-/// The cells of keys or values, which are nothing else.
-template <typename Item>
-std::span<const PlistCell> cellsOf(std::span<const Item> items) noexcept {
-    static_assert(sizeof(Item) == sizeof(PlistCell));
-    return {reinterpret_cast<const PlistCell*>(items.data()), items.size()};
-}
-
 /// Whether equal scalars of this type become one object, which has to be looked for.
 bool isShared(PlistType type) noexcept {
     return !isContainer(type) && type != PlistType::data && type != PlistType::boolean;
 }
 
-/// So many scalars are prepared at once: enough for their places in memory to be fetched side by
-/// side.
-constexpr std::size_t batchSize = 16;
+/// A key or value that will be written soon.
+struct Upcoming {
+    const PlistCell* cell = nullptr;
+    bool isLookedUp = false;  ///< whether an equal object would do for it
+    std::uint64_t hash = 0;
+    std::optional<ObjectNumber> likely;  ///< an object that is likely to be equal
+};
 
 class Writer {
 public:
-    Writer(const Counts& counts, unsigned referenceSize);
+    Writer(const BinaryObjectOrder::Counts& counts, unsigned referenceSize);
 
     void writeObjects(const PlistValue& root);
     std::size_t objectCount() const noexcept { return objectCount_; }
     PlistBytes finish();
 
 private:
-    /// A container whose members are being written.
+    /// A container whose keys and members are being written.
     struct OpenContainer {
-        std::span<const PlistCell> rest;  ///< the members that are not written yet
-        std::size_t reference;            ///< where the reference to the first of them goes
+        std::size_t references;  ///< how many of them are left
+        std::size_t place;       ///< where the reference to the next one goes
     };
 
-    void writeMembers(OpenContainer& container);
-    std::size_t prepare(std::span<const PlistCell> cells);
-    ObjectNumber writeValue(const PlistCell& cell, std::uint64_t hash);
+    Upcoming lookAhead(BinaryObjectOrder& order);
+    ObjectNumber writeValue(const Upcoming& value);
     ObjectNumber writeContainer(const PlistCell& cell);
-    void writeKeys(std::span<const PlistString> keys, std::size_t reference);
+    void openContainer(const PlistCell& cell, std::size_t place);
     ObjectNumber writeBoolean(bool truth);
     ObjectNumber writeData(std::string_view bytes);
     ObjectNumber writeUnique(const PlistCell& cell, std::uint64_t hash);
@@ -315,73 +246,82 @@ private:
     EqualObjectTable table_;
     KeyListMemory keyReferences_;
     std::array<std::optional<ObjectNumber>, 2> booleans_;
-    std::array<std::uint64_t, batchSize> hashes_{};  ///< of the cells that were prepared last
+
+    /// A ring of what comes next. Its length and the distances in it are powers of two that were
+    /// found by measuring: far enough for memory to answer, near enough to stay in the cache.
+    static constexpr std::size_t ringSize = 64;
+    static constexpr std::size_t fetchedAhead = 48;
+    static constexpr std::size_t hashedAhead = 32;
+    static constexpr std::size_t offsetAhead = 16;
+    static constexpr std::size_t objectAhead = 8;
+    std::array<Upcoming, ringSize> ring_{};
+    std::size_t ringEnd_ = 0;
 };
 
-Writer::Writer(const Counts& counts, unsigned referenceSize)
+Writer::Writer(const BinaryObjectOrder::Counts& counts, unsigned referenceSize)
     : referenceSize_(referenceSize), offsets_(counts.objects()), table_(counts.scalars) {
     bytes_.append(magic);
 }
 
 void Writer::writeObjects(const PlistValue& root) {
-    prepare({&root.cell(), 1});
-    writeValue(root.cell(), hashes_[0]);
-    while (!open_.empty()) {
-        if (open_.back().rest.empty()) {
+    BinaryObjectOrder order(root);
+    for (std::size_t i = 0; i < fetchedAhead; ++i) {
+        lookAhead(order);
+    }
+    for (Upcoming next = lookAhead(order); next.cell != nullptr; next = lookAhead(order)) {
+        while (!open_.empty() && open_.back().references == 0) {
             open_.pop_back();
-        } else {
-            writeMembers(open_.back());
         }
-    }
-}
-
-/// Writes some members of a container, up to the first one that has members of its own.
-void Writer::writeMembers(OpenContainer& container) {
-    const std::span<const PlistCell> batch = container.rest.first(prepare(container.rest));
-    std::size_t reference = container.reference;
-    container.rest = container.rest.subspan(batch.size());
-    container.reference += batch.size() * referenceSize_;
-    for (std::size_t i = 0; i < batch.size(); ++i) {
-        putReference(writeValue(batch[i], hashes_[i]), reference);
-        reference += referenceSize_;
-    }
-}
-
-/// Computes the hashes of the first cells, up to a container or a whole batch, and has everything
-/// fetched that looking for equal objects will touch. Returns how many cells that are.
-std::size_t Writer::prepare(std::span<const PlistCell> cells) {
-    std::size_t count = 0;
-    while (count < std::min(cells.size(), batchSize)) {
-        const PlistCell& cell = cells[count];
-        if (isContainer(cell.type())) {
-            ++count;
-            break;
-        }
-        if (isShared(cell.type())) {
-            hashes_[count] = hashOfScalar(cell);
-            table_.prefetch(hashes_[count]);
-        }
-        ++count;
-    }
-    std::array<ObjectNumber, batchSize> likely;
-    std::size_t likelyCount = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (!isShared(cells[i].type())) {
+        if (open_.empty()) {
+            writeValue(next);
             continue;
         }
-        if (const std::optional<ObjectNumber> number = table_.likely(hashes_[i])) {
-            __builtin_prefetch(&offsets_[*number]);
-            likely[likelyCount++] = *number;
+        OpenContainer& container = open_.back();
+        --container.references;
+        const std::size_t place = std::exchange(container.place, container.place + referenceSize_);
+        putReference(writeValue(next), place);
+    }
+}
+
+/// Looks at the value that comes after many others and returns the one whose turn it is.
+///
+/// The table of equal objects and the objects themselves are larger than the processor's caches and
+/// are asked in no order, so that waiting for each answer would take most of the time. So a
+/// text is fetched, then hashed, and its place in the table fetched, long before its turn; then the
+/// offset of the object found there; then that object.
+Upcoming Writer::lookAhead(BinaryObjectOrder& order) {
+    const auto inRing = [this](std::size_t ahead) -> Upcoming& {
+        return ring_[(ringEnd_ - fetchedAhead + ahead) % ringSize];
+    };
+    const PlistCell* const last = order.next();
+    const bool isLookedUp = last != nullptr && isShared(last->type());
+    inRing(fetchedAhead) = {last, isLookedUp, 0, std::nullopt};
+    if (isLookedUp && last->has(PlistCell::outOfLine)) {
+        __builtin_prefetch(last->pointer());
+    }
+    Upcoming& hashed = inRing(hashedAhead);
+    if (hashed.isLookedUp) {
+        hashed.hash = hashOfScalar(*hashed.cell);
+        table_.prefetch(hashed.hash);
+    }
+    Upcoming& found = inRing(offsetAhead);
+    if (found.isLookedUp) {
+        found.likely = table_.likely(found.hash);
+        if (found.likely) {
+            __builtin_prefetch(&offsets_[*found.likely]);
         }
     }
-    for (std::size_t i = 0; i < likelyCount; ++i) {
-        __builtin_prefetch(bytes_.data() + offsets_[likely[i]]);
+    if (const std::optional<ObjectNumber> soon = inRing(objectAhead).likely) {
+        __builtin_prefetch(bytes_.data() + offsets_[*soon]);
     }
-    return count;
+    const Upcoming next = inRing(0);
+    ++ringEnd_;
+    return next;
 }
 
 /// Writes a scalar unless an equal one is there, or begins a container. Returns its number.
-ObjectNumber Writer::writeValue(const PlistCell& cell, std::uint64_t hash) {
+ObjectNumber Writer::writeValue(const Upcoming& value) {
+    const PlistCell& cell = *value.cell;
     switch (cell.type()) {
         case PlistType::dictionary:
         case PlistType::array:
@@ -391,7 +331,7 @@ ObjectNumber Writer::writeValue(const PlistCell& cell, std::uint64_t hash) {
         case PlistType::data:
             return writeData(cell.bytes());
         default:
-            return writeUnique(cell, hash);
+            return writeUnique(cell, value.hash);
     }
 }
 
@@ -414,32 +354,29 @@ ObjectNumber Writer::writeContainer(const PlistCell& cell) {
         putHead(isDictionary ? dictionaryMarker : arrayMarker, values.size(), start);
     bytes_.advance(static_cast<std::size_t>(lists - start) + sizeOfLists);
     if (!values.empty()) {
-        const std::size_t reference = bytes_.size() - sizeOfList;
-        if (isDictionary) {
-            writeKeys(cell.keys(), reference - sizeOfList);
-        }
-        open_.push_back({cellsOf(values), reference});
+        openContainer(cell, bytes_.size() - sizeOfLists);
     }
     return number;
 }
 
-/// Writes the keys of a dictionary and the references to them.
-void Writer::writeKeys(std::span<const PlistString> keys, std::size_t reference) {
-    const std::optional<std::size_t> before = keyReferences_.find(keys);
-    if (before) {
-        std::memcpy(bytes_.data() + reference, bytes_.data() + *before,
-                    keys.size() * referenceSize_);
+/// Has the references of a container written, which begin at `place`. Where the very same list of
+/// keys was met before, it does not come again.
+void Writer::openContainer(const PlistCell& cell, std::size_t place) {
+    const std::size_t count = cell.length();
+    if (cell.type() == PlistType::array) {
+        open_.push_back({count, place});
         return;
     }
-    keyReferences_.remember(keys, reference);
-    for (std::span<const PlistCell> rest = cellsOf(keys); !rest.empty();) {
-        const std::span<const PlistCell> batch = rest.first(prepare(rest));
-        for (std::size_t i = 0; i < batch.size(); ++i) {
-            putReference(writeUnique(batch[i], hashes_[i]), reference);
-            reference += referenceSize_;
-        }
-        rest = rest.subspan(batch.size());
+    const std::span<const PlistString> keys = cell.keys();
+    const std::optional<std::size_t> before = keyReferences_.find(keys);
+    if (!before) {
+        keyReferences_.remember(keys, place);
+        open_.push_back({2 * count, place});
+        return;
     }
+    const std::size_t size = count * referenceSize_;
+    std::memcpy(bytes_.data() + place, bytes_.data() + *before, size);
+    open_.push_back({count, place + size});
 }
 
 ObjectNumber Writer::writeBoolean(bool truth) {
@@ -582,7 +519,7 @@ PlistBytes Writer::finish() {
 namespace BinaryPlistSerializer {
 
 PlistBytes serialize(const PlistValue& value) {
-    const Counts counts = countValues(value);
+    const BinaryObjectOrder::Counts counts = BinaryObjectOrder::count(value);
     Writer writer(counts, referenceSizeFor(counts.objects()));
     writer.writeObjects(value);
     const unsigned referenceSize = referenceSizeFor(writer.objectCount());

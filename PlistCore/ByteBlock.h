@@ -102,6 +102,22 @@ public:
 #endif
     }
 
+    /// Which bytes lie from `least` to `greatest`, both included, as unsigned numbers.
+    unsigned between(std::uint8_t least, std::uint8_t greatest) const noexcept {
+#if defined(__SSE2__)
+        const __m128i distances = _mm_sub_epi8(bytes_, _mm_set1_epi8(static_cast<char>(least)));
+        const __m128i range = _mm_set1_epi8(static_cast<char>(greatest - least));
+        return static_cast<unsigned>(
+            _mm_movemask_epi8(_mm_cmpeq_epi8(_mm_min_epu8(distances, range), distances)));
+#else
+        unsigned mask = 0;
+        for (std::size_t i = 0; i < size; ++i) {
+            mask |= static_cast<unsigned>(bytes_[i] >= least && bytes_[i] <= greatest) << i;
+        }
+        return mask;
+#endif
+    }
+
     /// Which bytes are 0x80 or above.
     unsigned highBits() const noexcept {
 #if defined(__SSE2__)

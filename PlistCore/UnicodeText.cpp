@@ -9,6 +9,7 @@
 #include <functional>
 #include <vector>
 
+#include "PlistCore/ByteBlock.h"
 #include "PlistCore/StableCharacters.h"
 #include "PlistCore/Utf8Validation.h"
 
@@ -91,6 +92,27 @@ inline std::uint32_t wordAt(const char* place, const char* end) noexcept {
 bool staysInComposition(std::uint8_t byte) noexcept {
     return byte < 0xCC || isBetween(byte, 0xD0, 0xD1) || isBetween(byte, 0xE4, 0xE9) ||
            isBetween(byte, 0xEB, 0xEC);
+}
+
+/// The same for sixteen bytes.
+unsigned stayingInComposition(const ByteBlock& block) noexcept {
+    return block.between(0, 0xCB) | block.between(0xD0, 0xD1) | block.between(0xE4, 0xE9) |
+           block.between(0xEB, 0xEC);
+}
+
+/// The first byte for which that is not known, or `end`.
+const char* skipComposed(const char* place, const char* end) noexcept {
+    while (end - place >= static_cast<std::ptrdiff_t>(ByteBlock::size)) {
+        const int count = std::countr_one(stayingInComposition(ByteBlock::load(place)));
+        place += count;
+        if (count != static_cast<int>(ByteBlock::size)) {
+            return place;
+        }
+    }
+    while (place != end && staysInComposition(byteAt(place))) {
+        ++place;
+    }
+    return place;
 }
 
 using CodePoints = std::vector<utf8proc_int32_t>;
@@ -223,15 +245,7 @@ bool isValidUtf8(std::string_view bytes) noexcept {
 bool isPlainlyComposed(std::string_view text) noexcept {
     const char* place = text.data();
     const char* const end = place + text.size();
-    while (place != end) {
-        if (byteAt(place) < 0x80) {
-            place = skipAscii(place, end);
-            continue;
-        }
-        if (staysInComposition(byteAt(place))) {
-            ++place;
-            continue;
-        }
+    while ((place = skipComposed(place, end)) != end) {
         std::string_view rest(place, static_cast<std::size_t>(end - place));
         if (!StableCharacters::contains(takeFirst(rest))) {
             return false;
