@@ -28,6 +28,7 @@ displayPackages=(
     "openbox|a window manager for it"
     "x11-utils|asks whether the window manager is ready"
     "fonts-dejavu-core|text in the picture"
+    "fonts-droid-fallback|Chinese, Japanese and Korean text, and the wide plus sign"
 )
 
 # To run the tests.
@@ -37,6 +38,7 @@ testPackages=(
     "libgmock-dev|tests of the library"
     "libbenchmark-dev|the benchmarks build with the tests"
     "libpugixml-dev|the benchmarks' yardstick"
+    "xdotool|keys and clicks for real windows"
     "locales|a locale whose decimal point is a comma"
     "clang-format-14|checks the layout of the code"
     "clang-tidy-14|checks the code for mistakes"

@@ -16,7 +16,6 @@ constexpr std::array<char16_t, 16> digits = {u'0', u'1', u'2', u'3', u'4', u'5',
 
 QString DataSummary::hexadecimal(std::span<const std::uint8_t> bytes) {
     QString text;
-    text.reserve(static_cast<qsizetype>(bytes.size() * 2 + bytes.size() / groupSize));
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         if (i > 0 && i % groupSize == 0) {
             text += u' ';

@@ -2,7 +2,8 @@
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
-#include <QToolButton>
+
+#include "app/ui/FormatSegment.h"
 
 FormatPicker::FormatPicker(QWidget* parent) : QWidget(parent), group_(new QButtonGroup(this)) {
     setAccessibleName(tr("Format"));
@@ -17,14 +18,9 @@ FormatPicker::FormatPicker(QWidget* parent) : QWidget(parent), group_(new QButto
 }
 
 void FormatPicker::addSegment(PlistFormat format, const QString& title) {
-    auto* segment = new QToolButton(this);
-    segment->setText(title);
+    auto* segment = new FormatSegment(title, this);
     segment->setToolTip(toolTip());
     segment->setAccessibleDescription(toolTip());
-    segment->setCheckable(true);
-    segment->setFocusPolicy(Qt::StrongFocus);
-    segment->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    segment->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
     group_->addButton(segment, static_cast<int>(format));
     layout()->addWidget(segment);
 }
