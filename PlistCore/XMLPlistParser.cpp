@@ -28,8 +28,11 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 /// One reading of one document. Everything is located by byte offset.
 class Reader {
 public:
-    explicit Reader(std::string_view input)
-        : scanner_(input), assembler_(input.size()), fastPath_(scanner_, assembler_) {}
+    Reader(std::string_view input, XMLPlistParser::Paths paths)
+        : scanner_(input),
+          assembler_(input.size()),
+          fastPath_(scanner_, assembler_),
+          isFastPathTaken_(paths == XMLPlistParser::Paths::fastAndPlain) {}
 
     PlistValue read() {
         if (scanner_.isAt(byteOrderMark)) {
@@ -65,7 +68,9 @@ private:
     void readRoot(const StartTag& tag) {
         readValue(tag);
         while (assembler_.isOpen()) {
-            fastPath_.run();
+            if (isFastPathTaken_) {
+                fastPath_.run();
+            }
             if (assembler_.isOpen()) {
                 readNext();
             }
@@ -235,6 +240,7 @@ private:
     XMLScanner scanner_;
     XMLAssembler assembler_;
     XMLFastPath fastPath_;
+    bool isFastPathTaken_;
     std::string buffer_;
 };
 
@@ -269,10 +275,10 @@ bool XMLPlistParser::acceptsEncoding(std::span<const std::uint8_t> bytes) {
     return name == "utf-8" || name == "utf8";
 }
 
-PlistValue XMLPlistParser::parse(std::span<const std::uint8_t> bytes) {
+PlistValue XMLPlistParser::parse(std::span<const std::uint8_t> bytes, Paths paths) {
     const std::string_view input(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     try {
-        return Reader(input).read();
+        return Reader(input, paths).read();
     } catch (const PlistError& error) {
         const auto& location = error.location();
         if (!location || !std::holds_alternative<PlistError::Offset>(*location)) {

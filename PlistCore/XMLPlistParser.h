@@ -16,7 +16,13 @@ inline constexpr int nestingLimit = 512;
 /// for in the first 256 bytes, names an encoding other than "utf-8" or "utf8".
 bool acceptsEncoding(std::span<const std::uint8_t> bytes);
 
+/// Which routines read.
+enum class Paths : std::uint8_t {
+    fastAndPlain,  ///< common forms by a fast path, the rest by the plain and complete one
+    plain,         ///< everything by the plain one: same values and errors, for tests that compare
+};
+
 /// The root value. Throws `PlistError`, always with a line and a column.
-PlistValue parse(std::span<const std::uint8_t> bytes);
+PlistValue parse(std::span<const std::uint8_t> bytes, Paths paths = Paths::fastAndPlain);
 
 }  // namespace XMLPlistParser
