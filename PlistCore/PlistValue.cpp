@@ -61,6 +61,16 @@ PlistCell keyList(std::vector<PlistString>& keys) {
     return PlistCell::elsewhere(PlistType::array, 0, block->payload(), keys.size());
 }
 
+/// An array cell, without a share of its own, of the keys of a dictionary that is not empty. They
+/// may lie in an arena while the dictionary has a block, if it took them over from another one.
+PlistCell keysCellOf(const PlistCell& dictionary) {
+    if (!dictionary.has(PlistCell::inArena)) {
+        return PlistBlock::of(dictionary.pointer())->keys;
+    }
+    const auto keys = dictionary.keys();
+    return PlistCell::elsewhere(PlistType::array, PlistCell::inArena, keys.data(), keys.size());
+}
+
 /// A dictionary whose keys `keys`, an array cell, owns. Takes over that share.
 PlistValue dictionaryOf(PlistCell keys, std::vector<PlistValue>& values) {
     Summary summary;
@@ -106,9 +116,7 @@ PlistValue PlistValue::dictionaryWithKeysOf(const PlistValue& other,
     if (values.empty()) {
         return {};
     }
-    const std::uint8_t flags = flagIf(other.cell_.has(PlistCell::inArena), PlistCell::inArena);
-    const PlistCell keys =
-        PlistCell::elsewhere(PlistType::array, flags, other.keys().data(), values.size());
+    const PlistCell keys = keysCellOf(other.cell_);
     keys.retain();
     return dictionaryOf(keys, values);
 }

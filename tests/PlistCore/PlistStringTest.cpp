@@ -1,0 +1,127 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "PlistCore/PlistEntry.h"
+#include "PlistCore/PlistString.h"
+
+namespace {
+
+const std::string precomposed = "caf\u00E9";
+const std::string decomposed = "cafe\u0301";
+
+std::size_t hashOf(const PlistString& text) {
+    return std::hash<PlistString>()(text);
+}
+
+TEST(PlistStringTest, isEmptyAtFirst) {
+    const PlistString text;
+    EXPECT_TRUE(text.isEmpty());
+    EXPECT_EQ(text.size(), 0U);
+    EXPECT_EQ(text.view(), "");
+    EXPECT_TRUE(text.isAscii());
+    EXPECT_EQ(text, PlistString(""));
+}
+
+TEST(PlistStringTest, keepsShortTextsInPlaceAndSharesLongOnes) {
+    for (std::size_t size = 0; size <= 40; ++size) {
+        const std::string expected = std::string("0123456789abcdefghijklmnopqrstuvwxyzABCD", size);
+        const PlistString text(expected);
+        const PlistString copy = text;
+        EXPECT_EQ(text.view(), expected);
+        EXPECT_EQ(copy.view(), expected);
+        EXPECT_EQ(text.size(), size);
+        EXPECT_EQ(copy.view().data() == text.view().data(), size > 14) << size;
+    }
+}
+
+TEST(PlistStringTest, knowsWhetherItIsAscii) {
+    for (const std::size_t size : {0U, 1U, 12U, 13U, 14U, 15U, 40U, 4000U}) {
+        const std::string plain(size, '\x7F');
+        EXPECT_TRUE(PlistString(plain).isAscii()) << size;
+        EXPECT_FALSE(PlistString(plain + "\u00E9").isAscii()) << size;
+        EXPECT_FALSE(PlistString("\u00E9" + plain).isAscii()) << size;
+        EXPECT_EQ(PlistString(plain + "\u00E9").view(), plain + "\u00E9") << size;
+    }
+}
+
+TEST(PlistStringTest, holdsNul) {
+    const std::string withNul("a\0b", 3);
+    EXPECT_EQ(PlistString(withNul).size(), 3U);
+    EXPECT_EQ(PlistString(withNul).view(), withNul);
+    EXPECT_NE(PlistString(withNul), PlistString("a"));
+    EXPECT_NE(PlistString(std::string(1, '\0')), PlistString());
+}
+
+TEST(PlistStringTest, isEqualAsUnicodeText) {
+    EXPECT_EQ(PlistString(precomposed), PlistString(decomposed));
+    EXPECT_EQ(PlistString(decomposed), PlistString(precomposed));
+    EXPECT_NE(PlistString(precomposed), PlistString("cafe"));
+    EXPECT_NE(PlistString("cafe"), PlistString(precomposed));
+    EXPECT_NE(PlistString("a"), PlistString("A"));
+    EXPECT_NE(PlistString("a"), PlistString("a "));
+    // Two signs for the same letter, one of them from another block; and Hangul.
+    EXPECT_EQ(PlistString("\u212B"), PlistString("A\u030A"));
+    EXPECT_EQ(PlistString("\uAC01"), PlistString("\u1100\u1161\u11A8"));
+    // Compatibility is not canonical equivalence.
+    EXPECT_NE(PlistString("\uFB01"), PlistString("fi"));
+    // A sign that is not ASCII and yet equals one that is.
+    EXPECT_EQ(PlistString("\u212A"), PlistString("K"));
+    EXPECT_EQ(PlistString("K"), PlistString("\u212A"));
+    EXPECT_EQ(PlistString(std::string(20, 'x') + precomposed),
+              PlistString(std::string(20, 'x') + decomposed));
+}
+
+TEST(PlistStringTest, hashesEqualTextsAlike) {
+    EXPECT_EQ(hashOf(PlistString(precomposed)), hashOf(PlistString(decomposed)));
+    EXPECT_EQ(hashOf(PlistString("\u212A")), hashOf(PlistString("K")));
+    EXPECT_EQ(hashOf(PlistString()), hashOf(PlistString("")));
+    EXPECT_NE(hashOf(PlistString("a")), hashOf(PlistString("b")));
+}
+
+TEST(PlistStringTest, leavesAnEmptyTextWhenMoved) {
+    for (const std::size_t size : {5U, 50U}) {
+        PlistString source(std::string(size, 'x'));
+        const PlistString target = std::move(source);
+        EXPECT_EQ(target.size(), size);
+        EXPECT_TRUE(source.isEmpty());  // NOLINT(bugprone-use-after-move): promised
+        EXPECT_TRUE(source.isAscii());
+    }
+}
+
+TEST(PlistStringTest, canBeAssigned) {
+    for (const std::size_t size : {5U, 50U}) {
+        const std::string expected(size, 'x');
+        PlistString text(expected);
+        PlistString& alias = text;
+        text = alias;
+        EXPECT_EQ(text.view(), expected);
+        text = std::move(alias);
+        EXPECT_EQ(text.view(), expected);
+        PlistString other("something else that is long");
+        other = text;
+        EXPECT_EQ(other.view(), expected);
+        text = PlistString("replaced");
+        EXPECT_EQ(other.view(), expected);
+        EXPECT_EQ(text.view(), "replaced");
+    }
+}
+
+TEST(PlistStringTest, staysAliveInAValue) {
+    PlistString text("a text longer than a cell");
+    const PlistValue value = PlistValue::string(text);
+    text = PlistString();
+    EXPECT_EQ(value.text(), "a text longer than a cell");
+    EXPECT_EQ(value.stringValue(), PlistString("a text longer than a cell"));
+}
+
+TEST(PlistStringTest, isTheKeyOfAnEntry) {
+    const PlistEntry entry = {precomposed, PlistValue::integer(1)};
+    EXPECT_EQ(entry, (PlistEntry{decomposed, PlistValue::integer(1)}));
+    EXPECT_FALSE(entry == (PlistEntry{precomposed, PlistValue::integer(2)}));
+    EXPECT_FALSE(entry == (PlistEntry{"cafe", PlistValue::integer(1)}));
+}
+
+}  // namespace
