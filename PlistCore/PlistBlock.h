@@ -13,7 +13,11 @@ struct PlistBlock {
     /// Shares held by cells; zero only while the block is being freed.
     std::atomic<std::uint64_t> shares{1};
 
-    /// Of a container: `PlistValue::expandedCount`, known from its making.
+    /// Stands for a count that would take a walk to find out.
+    static constexpr std::uint64_t notCounted = 0;
+
+    /// Of a container: how many values stand there and below, known from its making; `notCounted`
+    /// if some of them lie in an arena, which counts nothing while it is filled.
     std::uint64_t expandedCount = 1;
 
     /// Of a container: how many cells at the end of the payload own shares themselves.
@@ -40,6 +44,14 @@ struct PlistBlock {
     const PlistCell* ownedCells() noexcept {
         const std::size_t skipped = keys.has(PlistCell::outOfLine) ? sizeof(void*) : 0;
         return reinterpret_cast<const PlistCell*>(payload() + skipped);
+    }
+
+    /// How many values `cell` stands for, itself included, or `notCounted`. Never walks.
+    static std::uint64_t knownCount(const PlistCell& cell) noexcept {
+        if (!isContainer(cell.type()) || cell.length() == 0) {
+            return 1;
+        }
+        return cell.has(PlistCell::inArena) ? notCounted : of(cell.pointer())->expandedCount;
     }
 
     /// A cell of these bytes: in place if they are few, else in a new block, whose share it owns.

@@ -65,10 +65,7 @@ PlistFile readConverted(std::string_view text) {
 }
 
 void checkWrittenValues(const PlistValue& value) {
-    // The quick count is a bound: what an edit puts together from parts of a file counts the whole
-    // file for each part. Only when it is too high is the exact one worth its time.
-    constexpr std::uint64_t limit = PlistCodec::writtenValueLimit;
-    if (value.expandedCount() > limit && PlistExpansion::count(value, limit + 1) > limit) {
+    if (PlistExpansion::exceeds({&value, 1}, PlistCodec::writtenValueLimit)) {
         throw PlistError(PlistError::InvalidValue{"The document describes more than " +
                                                   std::to_string(PlistCodec::writtenValueLimit) +
                                                   " values when written out."});

@@ -4,6 +4,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "PlistCore/PlistArena.h"
+#include "PlistCore/PlistBlock.h"
 #include "PlistCore/PlistValue.h"
 
 namespace {
@@ -14,34 +16,68 @@ struct OpenContainer {
     std::uint64_t count = 1;
 };
 
+/// Whether `container`, met inside `parent`, may stand in another place too. What was read from a
+/// file without sharing stands where it was read, and remembering it would only take memory.
+bool mayStandElsewhere(const PlistValue& container, const PlistValue& parent) {
+    return !parent.cell().has(PlistCell::inArena) ||
+           PlistArena::of(container.cell().pointer())->sharesContainers();
+}
+
 }  // namespace
 
 std::uint64_t PlistExpansion::count(const PlistValue& value, std::uint64_t limit) {
-    std::unordered_map<const void*, std::uint64_t> known;
+    if (const std::uint64_t count = PlistBlock::knownCount(value.cell());
+        count != PlistBlock::notCounted) {
+        return std::min(limit, count);
+    }
+    std::unordered_map<const void*, std::uint64_t> remembered;
     std::vector<OpenContainer> open{{&value}};
     for (;;) {
         OpenContainer& top = open.back();
         const auto children = top.value->children();
         if (top.next == children.size()) {
-            const std::uint64_t count = top.count;
-            known.emplace(top.value->cell().pointer(), count);
+            const OpenContainer closed = top;
             open.pop_back();
             if (open.empty()) {
-                return count;
+                return closed.count;
             }
-            open.back().count = std::min(limit, open.back().count + count);
-            continue;
-        }
-        const PlistValue& child = children[top.next++];
-        if (child.childCount() == 0) {
-            top.count = std::min(limit, top.count + 1);
-            continue;
-        }
-        const auto found = known.find(child.cell().pointer());
-        if (found == known.end()) {
-            open.push_back({&child});
+            if (mayStandElsewhere(*closed.value, *open.back().value)) {
+                remembered.emplace(closed.value->cell().pointer(), closed.count);
+            }
+            open.back().count += closed.count;
         } else {
-            top.count = std::min(limit, top.count + found->second);
+            const PlistValue& child = children[top.next++];
+            std::uint64_t count = PlistBlock::knownCount(child.cell());
+            if (count == PlistBlock::notCounted && mayStandElsewhere(child, *top.value)) {
+                const auto found = remembered.find(child.cell().pointer());
+                count = found == remembered.end() ? PlistBlock::notCounted : found->second;
+            }
+            if (count == PlistBlock::notCounted) {
+                open.push_back({&child});
+                continue;
+            }
+            top.count += count;
+        }
+        if (open.back().count >= limit) {
+            return limit;
         }
     }
+}
+
+bool PlistExpansion::exceeds(std::span<const PlistValue> values, std::uint64_t limit) {
+    std::uint64_t bound = 0;
+    for (const PlistValue& value : values) {
+        bound = std::min(limit + 1, bound + std::min(limit + 1, value.expandedCount()));
+    }
+    if (bound <= limit) {
+        return false;
+    }
+    std::uint64_t total = 0;
+    for (const PlistValue& value : values) {
+        total += count(value, limit + 1);
+        if (total > limit) {
+            return true;
+        }
+    }
+    return false;
 }

@@ -29,7 +29,11 @@ struct Summary {
 
     void include(const PlistValue& child) {
         holdsNaN = holdsNaN || child.cell().has(PlistCell::holdsNaN);
-        expandedCount = std::min(countLimit, expandedCount + child.expandedCount());
+        const std::uint64_t count = PlistBlock::knownCount(child.cell());
+        const bool isKnown =
+            expandedCount != PlistBlock::notCounted && count != PlistBlock::notCounted;
+        expandedCount =
+            isKnown ? std::min(countLimit, expandedCount + count) : PlistBlock::notCounted;
     }
 
     std::uint8_t flags() const { return flagIf(holdsNaN, PlistCell::holdsNaN); }
@@ -224,15 +228,13 @@ std::optional<PlistValue> PlistValue::value(std::span<const std::int64_t> path) 
 }
 
 std::uint64_t PlistValue::expandedCount() const {
-    if (childCount() == 0) {
-        return 1;
+    if (childCount() != 0 && cell_.has(PlistCell::inArena)) {
+        const PlistArena* arena = PlistArena::of(cell_.pointer());
+        if (!arena->sharesContainers()) {
+            return arena->valueBound();
+        }
     }
-    if (!cell_.has(PlistCell::inArena)) {
-        return PlistBlock::of(cell_.pointer())->expandedCount;
-    }
-    const PlistArena* arena = PlistArena::of(cell_.pointer());
-    return arena->sharesContainers() ? PlistExpansion::count(*this, countLimit)
-                                     : arena->valueBound();
+    return PlistExpansion::count(*this, countLimit);
 }
 
 bool PlistValue::isIdenticalTo(const PlistValue& other) const noexcept {

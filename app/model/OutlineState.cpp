@@ -34,19 +34,14 @@ std::vector<PlistNode*> topmost(std::span<const PlistNodePtr> nodes) {
     return result;
 }
 
-/// How many values stand in all at and below the nodes, at most a little more than `limit`.
-std::uint64_t expandedCount(std::span<PlistNode* const> nodes, std::uint64_t limit) {
-    std::uint64_t count = 0;
+/// Whether more than `limit` values stand in all at and below the nodes.
+bool exceeds(std::span<PlistNode* const> nodes, std::uint64_t limit) {
+    std::vector<PlistValue> values;
+    values.reserve(nodes.size());
     for (PlistNode* node : nodes) {
-        const PlistValue value = node->value();
-        const std::uint64_t atMost = value.expandedCount();
-        // The quick count may be too high; only then is the slow one worth its time.
-        count += atMost <= limit ? atMost : PlistExpansion::count(value, limit + 1);
-        if (count > limit) {
-            break;
-        }
+        values.push_back(node->value());
     }
-    return count;
+    return PlistExpansion::exceeds(values, limit);
 }
 
 /// Adds the ids of all containers at and below `top`, making all children.
@@ -260,8 +255,7 @@ OutlineState::ExpandResult OutlineState::setExpanded(std::span<const PlistNodePt
     MainThread::check();
     if (reach == Reach::wholeSubtree) {
         const std::vector<PlistNode*> tops = topmost(nodes);
-        if (expansion == Expansion::expand &&
-            expandedCount(tops, expandedValueLimit) > expandedValueLimit) {
+        if (expansion == Expansion::expand && exceeds(tops, expandedValueLimit)) {
             return ExpandResult::tooManyRows;
         }
         for (PlistNode* top : tops) {
