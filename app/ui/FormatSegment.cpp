@@ -3,6 +3,19 @@
 #include <QStyleOptionToolButton>
 #include <QStylePainter>
 
+namespace {
+
+/// The colour of selections, further away from that of selected text: styles lighten and grey
+/// what they paint buttons with.
+QColor chosenColor(const QPalette& palette) {
+    const QColor ground = palette.color(QPalette::Highlight);
+    const bool isTextLight =
+        palette.color(QPalette::HighlightedText).lightness() > ground.lightness();
+    return isTextLight ? ground.darker(150) : ground.lighter(120);
+}
+
+}  // namespace
+
 FormatSegment::FormatSegment(const QString& title, QWidget* parent) : QToolButton(parent) {
     setText(title);
     setCheckable(true);
@@ -15,7 +28,7 @@ void FormatSegment::paintEvent(QPaintEvent*) {
     QStyleOptionToolButton option;
     initStyleOption(&option);
     if (isChecked()) {
-        option.palette.setBrush(QPalette::Button, palette().highlight());
+        option.palette.setColor(QPalette::Button, chosenColor(palette()));
         option.palette.setBrush(QPalette::ButtonText, palette().highlightedText());
     }
     QStylePainter painter(this);

@@ -112,7 +112,7 @@ DocumentWindow* TabuletApp::pristineWindow() const {
     return found == windows_.end() ? nullptr : *found;
 }
 
-void TabuletApp::askForFiles(DocumentWindow& window) {
+void TabuletApp::askForFiles(DocumentWindow& window) const {
     const QString& path = window.controller().path();
     QFileDialog* dialog =
         FileDialogs::opening(window, path.isEmpty() ? QString() : QFileInfo(path).absolutePath());

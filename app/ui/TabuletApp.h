@@ -40,7 +40,7 @@ private:
     DocumentWindow* windowShowing(const QString& path) const;
     DocumentWindow* pristineWindow() const;
     void openOne(const QString& path);
-    void askForFiles(DocumentWindow& window);
+    void askForFiles(DocumentWindow& window) const;
     void forget(QObject* window);
 
     QList<DocumentWindow*> windows_;

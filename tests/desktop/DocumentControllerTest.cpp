@@ -150,7 +150,7 @@ private Q_SLOTS:
 
 private:
     QString fileWith(const char* name, const QByteArray& bytes) {
-        const QString path = folder_.filePath(QLatin1String(name));
+        QString path = folder_.filePath(QLatin1String(name));
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
             qFatal("%s cannot be written", qUtf8Printable(path));

@@ -347,7 +347,7 @@ private Q_SLOTS:
 
 private:
     QString file(const char* name, const QByteArray& bytes) {
-        const QString path = folder_->filePath(QString::fromLatin1(name));
+        QString path = folder_->filePath(QString::fromLatin1(name));
         Samples::writeFile(path, bytes);
         return path;
     }

@@ -135,7 +135,7 @@ private:
     int rowsOf(qsizetype number) { return window(number).view().table().model()->rowCount(); }
 
     QString file(const char* name) {
-        const QString path = folder_->filePath(QLatin1String(name));
+        QString path = folder_->filePath(QLatin1String(name));
         Samples::writeFile(path, Samples::bytes(Samples::numbers(3), PlistFormat::xml));
         return path;
     }
