@@ -147,19 +147,6 @@ std::string_view withoutFirstCharacter(std::string_view text) {
     return text.substr(length);
 }
 
-/// `text` as valid UTF-8: if it is broken, without telling its bytes above ASCII apart.
-std::string mended(std::string_view text) {
-    if (UnicodeText::isValidUtf8(text)) {
-        return std::string(text);
-    }
-    std::string valid;
-    for (const char byte : text) {
-        const bool isAscii = static_cast<std::uint8_t>(byte) < 0x80;
-        valid += isAscii ? std::string_view(&byte, 1) : std::string_view("\uFFFD");
-    }
-    return valid;
-}
-
 }  // namespace
 
 std::optional<std::string_view> TextEncoding::wideEncoding(std::span<const std::uint8_t> bytes) {
@@ -186,7 +173,7 @@ std::optional<std::string> TextEncoding::declaredEncoding(std::span<const std::u
         return std::nullopt;
     }
     const std::string_view value = withoutFirstCharacter(declaration.substr(found));
-    return mended(value.substr(0, value.find_first_of("\"'")));
+    return UnicodeText::mended(value.substr(0, value.find_first_of("\"'")));
 }
 
 bool TextEncoding::contradictsDeclaration(std::span<const std::uint8_t> bytes,

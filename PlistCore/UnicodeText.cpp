@@ -255,6 +255,18 @@ bool isPlainlyComposed(std::string_view text) noexcept {
     return true;
 }
 
+std::string mended(std::string_view bytes) {
+    if (isValidUtf8(bytes)) {
+        return std::string(bytes);
+    }
+    std::string valid;
+    for (const char byte : bytes) {
+        const bool isPlain = static_cast<std::uint8_t>(byte) < 0x80;
+        valid += isPlain ? std::string_view(&byte, 1) : std::string_view("\uFFFD");
+    }
+    return valid;
+}
+
 std::string composed(std::string_view text) {
     if (isPlainlyComposed(text)) {
         return std::string(text);

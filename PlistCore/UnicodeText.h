@@ -15,6 +15,10 @@ bool isAscii(std::string_view bytes) noexcept;
 /// U+10FFFF.
 bool isValidUtf8(std::string_view bytes) noexcept;
 
+/// `bytes` as valid UTF-8, to be quoted in a message: if they are broken, U+FFFD stands for each
+/// one above ASCII.
+std::string mended(std::string_view bytes);
+
 /// Canonical composition (NFC). `text` must be valid UTF-8. ASCII is returned as it stands. Costs
 /// n log n for any text, long runs of combining marks included.
 std::string composed(std::string_view text);

@@ -260,7 +260,7 @@ void XMLScanner::readReference(std::string& buffer) {
     const std::string_view name = window.substr(0, length);
     const std::optional<char32_t> character = referencedCharacter(name);
     if (!character) {
-        failMalformed(ampersand, "Unknown entity “&" + std::string(name) + ";”.");
+        failMalformed(ampersand, "Unknown entity “&" + UnicodeText::mended(name) + ";”.");
     }
     UnicodeText::appendUtf8(buffer, *character);
     position_ = ampersand + 1 + length + 1;

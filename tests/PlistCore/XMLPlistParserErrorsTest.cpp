@@ -196,6 +196,7 @@ TEST(XMLPlistParserErrorsTest, needsKnownReferences) {
         {"<string>&#x;</string>", 1, 9, unknown("#x")},
         {"<string>&#-1;</string>", 1, 9, unknown("#-1")},
         {"<string>&#+65;</string>", 1, 9, unknown("#+65")},
+        {"<string>&\xFF;</string>", 1, 9, unknown("\uFFFD")},
         {"<string>&# 65;</string>", 1, 9, unknown("# 65")},
         {"<string>&#6A;</string>", 1, 9, unknown("#6A")},
         {"<string>&#x0x41;</string>", 1, 9, unknown("#x0x41")},
