@@ -10,8 +10,8 @@ void* LargeMemory::map(std::size_t size, Pages pages) {
         throw std::bad_alloc();
     }
     const std::size_t padded = size + unit;
-    void* mapping =
-        mmap(nullptr, padded, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    void* mapping = mmap(nullptr, padded, PROT_READ | PROT_WRITE,
+                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (mapping == MAP_FAILED) {
         throw std::bad_alloc();
     }
@@ -25,9 +25,13 @@ void* LargeMemory::map(std::size_t size, Pages pages) {
         munmap(start + before + size, unit - before);
     }
     if (pages == Pages::huge) {
-        madvise(start + before, size, MADV_HUGEPAGE);
+        preferHugePages(start + before, size);
     }
     return start + before;
+}
+
+void LargeMemory::preferHugePages(void* memory, std::size_t size) noexcept {
+    madvise(memory, size, MADV_HUGEPAGE);
 }
 
 void LargeMemory::unmap(void* memory, std::size_t size) noexcept {

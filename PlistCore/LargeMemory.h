@@ -20,6 +20,9 @@ enum class Pages { usual, huge };
 /// Maps `size` bytes, a multiple of `unit`, at a multiple of `unit`. Throws `std::bad_alloc`.
 void* map(std::size_t size, Pages pages);
 
+/// Asks for huge pages in a part of what `map` gave, which starts at a multiple of `unit`.
+void preferHugePages(void* memory, std::size_t size) noexcept;
+
 /// Gives back what `map` gave.
 void unmap(void* memory, std::size_t size) noexcept;
 
