@@ -44,3 +44,17 @@ function(tabulet_sources result folder)
     endforeach()
     set(${result} ${found} PARENT_SCOPE)
 endfunction()
+
+# Makes moc look for new classes when files have come or gone. In an existing build it looks only
+# when a file that it knows has changed, and the linker would then miss what moc did not write.
+function(tabulet_moc_list target)
+    set(list ${CMAKE_CURRENT_BINARY_DIR}/${target}.sources)
+    set(known)
+    if(EXISTS ${list})
+        file(READ ${list} known)
+    endif()
+    if(NOT known STREQUAL "${ARGN}")
+        file(WRITE ${list} "${ARGN}")
+        file(REMOVE ${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp)
+    endif()
+endfunction()
