@@ -69,6 +69,9 @@ void collapseSubtree(PlistNode& top, NodeIdSet& expanded) {
     while (!waiting.empty()) {
         PlistNode* node = waiting.back();
         waiting.pop_back();
+        if (!node->isContainer()) {
+            continue;
+        }
         expanded.remove(node->id());
         if (!node->isMaterialized()) {
             continue;
