@@ -29,7 +29,10 @@ void loadTexts() {
 
 }  // namespace
 
-TabuletApp::TabuletApp(QObject* parent) : QObject(parent) {}
+TabuletApp::TabuletApp(QObject* parent) : QObject(parent) {
+    connect(&colorScheme_, &ColorScheme::preferenceChanged, this,
+            [this] { appearance_.follow(colorScheme_.preference()); });
+}
 
 TabuletApp::~TabuletApp() {
     const QList<DocumentWindow*> remaining = windows_;

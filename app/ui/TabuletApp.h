@@ -4,6 +4,9 @@
 #include <QObject>
 #include <QStringList>
 
+#include "app/desktop/ColorScheme.h"
+#include "app/ui/Appearance.h"
+
 class DocumentWindow;
 class FileError;
 
@@ -43,6 +46,8 @@ private:
     void askForFiles(DocumentWindow& window) const;
     void forget(QObject* window);
 
+    ColorScheme colorScheme_;
+    Appearance appearance_;
     QList<DocumentWindow*> windows_;
     int untitledCount_ = 0;
     bool isQuitting_ = false;

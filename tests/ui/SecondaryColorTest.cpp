@@ -1,27 +1,7 @@
 #include <QTest>
-#include <algorithm>
-#include <cmath>
 
 #include "app/ui/SecondaryColor.h"
-
-namespace {
-
-/// The relative luminance of the Web Content Accessibility Guidelines.
-double luminance(const QColor& color) {
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& one, const QColor& other) {
-    const double a = luminance(one);
-    const double b = luminance(other);
-    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
-}
-
-}  // namespace
+#include "tests/ui/support/Contrast.h"
 
 class SecondaryColorTest : public QObject {
     Q_OBJECT

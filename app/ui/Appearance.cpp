@@ -1,0 +1,27 @@
+#include "app/ui/Appearance.h"
+
+#include <QApplication>
+#include <QPalette>
+
+#include "app/ui/DarkPalette.h"
+
+namespace {
+
+bool isDark(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightness() <
+           palette.color(QPalette::WindowText).lightness();
+}
+
+}  // namespace
+
+void Appearance::follow(ColorScheme::Preference preference) {
+    const bool wantsDark = preference == ColorScheme::Preference::dark;
+    if (wantsDark && !isOurs_ && !isDark(QApplication::palette())) {
+        QApplication::setPalette(DarkPalette::make());
+        isOurs_ = true;
+    } else if (!wantsDark && isOurs_) {
+        // An empty palette stands for that of the theme.
+        QApplication::setPalette(QPalette());
+        isOurs_ = false;
+    }
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QPalette>
+
+/// The colours of dark windows where the theme has none: greys with text at 12:1 and disabled text
+/// at 3:1 or better.
+namespace DarkPalette {
+
+QPalette make();
+
+}  // namespace DarkPalette
