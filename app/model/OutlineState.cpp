@@ -10,6 +10,7 @@
 #include "app/model/OutlineDifference.h"
 #include "app/model/OutlineExpansion.h"
 #include "app/model/OutlineWalk.h"
+#include "app/model/PlistDocument.h"
 #include "app/model/PlistNode.h"
 #include "app/model/Signposter.h"
 
@@ -106,6 +107,13 @@ void OutlineState::rebuild(PlistNode& root) {
         resetRows();
     }
     pruneSelection();
+}
+
+void OutlineState::follow(PlistDocument& document) {
+    const auto rebuildFromDocument = [this, &document] { rebuild(document.root()); };
+    connect(&document, &PlistDocument::rootChanged, this, rebuildFromDocument);
+    connect(&document, &PlistDocument::treeChanged, this, rebuildFromDocument);
+    rebuildFromDocument();
 }
 
 void OutlineState::installRoot(PlistNode& root) {
@@ -282,6 +290,15 @@ void OutlineState::setExpandedAlone(const PlistNode& node, Expansion expansion) 
         expanded_.insert(node.id());
     } else {
         expanded_.remove(node.id());
+    }
+}
+
+void OutlineState::collapseAll() {
+    MainThread::check();
+    if (root_) {
+        collapseSubtree(*root_, expanded_);
+        setExpandedAlone(*root_, Expansion::expand);
+        rebuildRows();
     }
 }
 

@@ -12,13 +12,15 @@
 #include "app/model/OutlineRowList.h"
 #include "app/model/PlistNodePtr.h"
 
+class PlistDocument;
+
 /// The flat list of rows that one window shows of a tree, and what the user has done to it: which
 /// containers are expanded, which rows are selected, which cell is being edited, and which nodes a
 /// search leaves visible. Belongs to the main thread.
 ///
-/// Whoever changes the tree calls `rebuild` once afterwards. Rows are compared by node with those
-/// before, and the signals tell the smallest difference, each with an "about to" before `rows()`
-/// changes and a partner after it, as an item model needs them:
+/// The rows are made anew by `rebuild`, once after each change of the tree; `follow` sees to that.
+/// They are compared by node with those before, and the signals tell the smallest difference, each
+/// with an "about to" before `rows()` changes and a partner after it, as an item model needs them:
 /// - a new root: one reset;
 /// - else at most one removal and then one insertion;
 /// - or, when rows in between stay or change places, one rearrangement;
@@ -66,6 +68,10 @@ public:
     /// and editing. Costs in proportion to the rows; collapsed parts are never touched.
     void rebuild(PlistNode& root);
 
+    /// Shows a document: rebuilds now, and whenever an edit, an undo step or a new root has made
+    /// its tree another one. Once, and until either of the two is gone.
+    void follow(PlistDocument& document);
+
     /// The tree that the rows were made from; null before the first `rebuild`.
     PlistNode* root() const noexcept { return root_.get(); }
 
@@ -96,6 +102,9 @@ public:
     /// all that is below is refused as a whole beyond `expandedValueLimit`.
     ExpandResult setExpanded(std::span<const PlistNodePtr> nodes, Expansion expansion, Reach reach);
     ExpandResult setExpanded(PlistNode& node, Expansion expansion, Reach reach);
+
+    /// Collapses every container of the tree but the root, which is expanded. Rebuilds once.
+    void collapseAll();
 
     /// Expands every ancestor of `node`, not the node itself, and rebuilds.
     void reveal(const PlistNode& node);

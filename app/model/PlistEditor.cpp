@@ -9,6 +9,7 @@
 
 #include "PlistCore/PlistText.h"
 #include "PlistCore/UnicodeText.h"
+#include "app/model/EditGroup.h"
 #include "app/model/MainThread.h"
 #include "app/model/PlistDocument.h"
 #include "app/model/UniqueKeys.h"
@@ -76,36 +77,6 @@ qint64 countBefore(qint64 index, const PlistNode& parent, std::span<const PlistN
 
 }  // namespace
 
-/// One undo group and one bracket of editing around a change. An empty name leaves that of a group
-/// inside, or of the entry that is being taken back.
-class PlistEditor::Group {
-public:
-    Group(const PlistEditor& editor, const QString& name)
-        : document_(*editor.document_), undoManager_(editor.undoManager_), name_(name) {
-        document_.beginEditing();
-        if (undoManager_) {
-            undoManager_->beginGroup();
-        }
-    }
-    Group(const Group&) = delete;
-    Group& operator=(const Group&) = delete;
-
-    ~Group() {
-        if (undoManager_) {
-            if (!name_.isEmpty()) {
-                undoManager_->setActionName(name_);
-            }
-            undoManager_->endGroup();
-        }
-        document_.endEditing();
-    }
-
-private:
-    PlistDocument& document_;
-    QPointer<UndoManager> undoManager_;
-    QString name_;
-};
-
 PlistEditor::PlistEditor(PlistDocument& document, UndoManager* undoManager)
     : document_(&document), undoManager_(undoManager) {}
 
@@ -138,7 +109,8 @@ std::optional<EditError> PlistEditor::rename(PlistNode& node, const PlistString&
 // Without the checks of a rename: in the middle of a move, and on the way back, the node may have
 // no parent.
 void PlistEditor::setKey(const PlistNodePtr& node, const PlistString& key) const {
-    const Group group(*this, actionName(QT_TRANSLATE_NOOP("PlistEditor", "Rename")));
+    const EditGroup group(*document_, undoManager_,
+                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Rename")));
     const PlistString old = node->key();
     node->setKey(key);
     registerUndo([node, old](const PlistEditor& editor) { editor.setKey(node, old); });
@@ -171,7 +143,7 @@ void PlistEditor::changeType(PlistNode& node, PlistType type) const {
 
 void PlistEditor::replaceValue(const PlistNodePtr& node, const PlistValue& value,
                                const QString& actionName) const {
-    const Group group(*this, actionName);
+    const EditGroup group(*document_, undoManager_, actionName);
     const PlistNode::Representation old = node->representation();
     node->setValue(value);
     document_->increaseRevision();
@@ -180,7 +152,7 @@ void PlistEditor::replaceValue(const PlistNodePtr& node, const PlistValue& value
 
 void PlistEditor::restore(const PlistNodePtr& node,
                           const PlistNode::Representation& content) const {
-    const Group group(*this, {});
+    const EditGroup group(*document_, undoManager_);
     const PlistNode::Representation old = node->representation();
     node->restore(content);
     document_->increaseRevision();
@@ -198,7 +170,8 @@ std::vector<PlistString> PlistEditor::keysOf(PlistNode& node) {
 
 void PlistEditor::convert(const PlistNodePtr& node, PlistType type,
                           const std::vector<PlistString>& keys) const {
-    const Group group(*this, actionName(QT_TRANSLATE_NOOP("PlistEditor", "Change Type")));
+    const EditGroup group(*document_, undoManager_,
+                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Change Type")));
     const PlistType oldType = node->type();
     std::vector<PlistString> oldKeys = keysOf(*node);
     const std::span<const PlistNodePtr> children = node->children();
@@ -222,7 +195,8 @@ void PlistEditor::changeFormat(PlistFormat format) const {
 }
 
 void PlistEditor::setFormat(PlistFormat format) const {
-    const Group group(*this, actionName(QT_TRANSLATE_NOOP("PlistEditor", "Change Format")));
+    const EditGroup group(*document_, undoManager_,
+                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Change Format")));
     const PlistFormat old = document_->format();
     document_->setFormat(format);
     registerUndo([old](const PlistEditor& editor) { editor.setFormat(old); });
@@ -230,7 +204,7 @@ void PlistEditor::setFormat(PlistFormat format) const {
 
 void PlistEditor::replaceContent(const PlistFile& snapshot, const QString& actionName) const {
     MainThread::check();
-    const Group group(*this, actionName);
+    const EditGroup group(*document_, undoManager_, actionName);
     const Content old{PlistNodePtr(&document_->root()), document_->format(),
                       document_->wasReadOnlyFormat()};
     document_->apply(snapshot);
@@ -238,7 +212,7 @@ void PlistEditor::replaceContent(const PlistFile& snapshot, const QString& actio
 }
 
 void PlistEditor::setContent(const Content& content) const {
-    const Group group(*this, {});
+    const EditGroup group(*document_, undoManager_);
     const Content old{PlistNodePtr(&document_->root()), document_->format(),
                       document_->wasReadOnlyFormat()};
     document_->setWasReadOnlyFormat(content.wasReadOnlyFormat);
@@ -255,7 +229,8 @@ void PlistEditor::add(std::span<const PlistNodePtr> nodes, PlistNode& parent, qi
     if (!parent.isContainer() || nodes.empty()) {
         return;
     }
-    const Group group(*this, actionName(QT_TRANSLATE_NOOP("PlistEditor", "Add Item")));
+    const EditGroup group(*document_, undoManager_,
+                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Add Item")));
     parent.insertChildren(nodes, std::clamp(index, qint64{0}, parent.childCount()));
     document_->increaseRevision();
     std::vector<PlistNodePtr> added(nodes.begin(), nodes.end());
@@ -296,7 +271,8 @@ std::vector<PlistEditor::Places> PlistEditor::placesOf(std::span<const PlistNode
 }
 
 void PlistEditor::takeOut(const std::vector<Places>& places) const {
-    const Group group(*this, actionName(QT_TRANSLATE_NOOP("PlistEditor", "Delete")));
+    const EditGroup group(*document_, undoManager_,
+                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Delete")));
     for (const Places& place : places) {
         place.parent->removeChildren(place.positions);
     }
@@ -305,7 +281,7 @@ void PlistEditor::takeOut(const std::vector<Places>& places) const {
 }
 
 void PlistEditor::putBack(const std::vector<Places>& places) const {
-    const Group group(*this, {});
+    const EditGroup group(*document_, undoManager_);
     for (const Places& place : places) {
         // Merged into one list: inserting one by one would move all that follow each time.
         const std::span<const PlistNodePtr> rest = place.parent->children();
@@ -325,22 +301,53 @@ void PlistEditor::putBack(const std::vector<Places>& places) const {
     registerUndo([places](const PlistEditor& editor) { editor.takeOut(places); });
 }
 
-void PlistEditor::move(std::span<const PlistNodePtr> nodes, PlistNode& parent, qint64 index) const {
+void PlistEditor::addCopies(std::span<const Copy> copies) const {
+    MainThread::check();
+    std::vector<PlistNodePtr> originals;
+    std::unordered_map<const PlistNode*, PlistNodePtr> copyOf;
+    for (const Copy& copy : copies) {
+        originals.push_back(copy.original);
+        copyOf.emplace(copy.original.get(), copy.copy);
+    }
+    std::vector<Places> places = placesOf(originals);
+    if (places.empty()) {
+        return;
+    }
+    for (Places& place : places) {
+        for (std::size_t i = 0; i < place.nodes.size(); ++i) {
+            place.nodes[i] = copyOf[place.nodes[i].get()];
+            // Behind its original, and behind the copies before it.
+            place.positions[i] += i + 1;
+        }
+    }
+    const EditGroup group(*document_, undoManager_,
+                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Add Item")));
+    putBack(places);
+    // Each copy counts, and putting them there has counted one.
+    for (std::size_t i = 1; i < copyOf.size(); ++i) {
+        document_->increaseRevision();
+    }
+}
+
+std::vector<PlistNodePtr> PlistEditor::move(std::span<const PlistNodePtr> nodes, PlistNode& parent,
+                                            qint64 index) const {
     MainThread::check();
     if (!parent.isContainer()) {
-        return;
+        return {};
     }
-    const std::vector<PlistNodePtr> moved = movableTo(parent, nodes);
+    std::vector<PlistNodePtr> moved = movableTo(parent, nodes);
     if (moved.empty()) {
-        return;
+        return {};
     }
     const qint64 place = index - countBefore(index, parent, moved);
-    const Group group(*this, actionName(QT_TRANSLATE_NOOP("PlistEditor", "Move")));
+    const EditGroup group(*document_, undoManager_,
+                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Move")));
     remove(moved);
     if (parent.type() == PlistType::dictionary) {
         makeKeysUnique(moved, parent);
     }
     add(moved, parent, place);
+    return moved;
 }
 
 void PlistEditor::makeKeysUnique(std::span<const PlistNodePtr> nodes, PlistNode& parent) const {
@@ -366,14 +373,15 @@ void PlistEditor::sortKeys(PlistNode& node) const {
     if (std::ranges::equal(sorted, children)) {
         return;
     }
-    const Group group(*this, {});
+    const EditGroup group(*document_, undoManager_);
     setOrder(PlistNodePtr(&node), sorted);
     document_->increaseRevision();
 }
 
 // Counts no revision: taking a sort back changes no content that a search could have found.
 void PlistEditor::setOrder(const PlistNodePtr& node, const std::vector<PlistNodePtr>& order) const {
-    const Group group(*this, actionName(QT_TRANSLATE_NOOP("PlistEditor", "Sort Keys")));
+    const EditGroup group(*document_, undoManager_,
+                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Sort Keys")));
     const std::span<const PlistNodePtr> children = node->children();
     std::vector<PlistNodePtr> old(children.begin(), children.end());
     node->setChildren(order);

@@ -52,12 +52,23 @@ public:
     /// as they are. Does nothing if `parent` is a scalar.
     void add(std::span<const PlistNodePtr> nodes, PlistNode& parent, qint64 index) const;
 
+    /// A new node, and the one that it shall stand directly behind.
+    struct Copy {
+        PlistNodePtr original;
+        PlistNodePtr copy;
+    };
+
+    /// Puts each copy behind its original; all originals have parents and differ. Keys are taken as
+    /// they are. Counts one revision for each copy, but costs in proportion to the siblings.
+    void addCopies(std::span<const Copy> copies) const;
+
     /// Takes nodes out of the tree; the root is skipped.
     void remove(std::span<const PlistNodePtr> nodes) const;
 
-    /// Moves nodes before the child at `index`, as it is before the move. Nodes that hold `parent`
-    /// stay. In a dictionary keys that are taken get a number.
-    void move(std::span<const PlistNodePtr> nodes, PlistNode& parent, qint64 index) const;
+    /// Moves nodes before the child at `index`, as it is before the move, and returns those that
+    /// were moved: nodes that hold `parent` stay. In a dictionary keys that are taken get a number.
+    std::vector<PlistNodePtr> move(std::span<const PlistNodePtr> nodes, PlistNode& parent,
+                                   qint64 index) const;
 
     /// Sorts the entries of a dictionary by key, in the order of `UnicodeText::compare`; equal keys
     /// keep their order.
@@ -68,8 +79,6 @@ public:
     void replaceContent(const PlistFile& snapshot, const QString& actionName) const;
 
 private:
-    class Group;
-
     /// Where nodes stood that were taken out: the nodes of one parent, by ascending position.
     struct Places {
         PlistNodePtr parent;

@@ -12,6 +12,9 @@
 /// as Unicode text.
 class UniqueKeys {
 public:
+    /// What an item is called that nobody has named.
+    static constexpr const char* newItem = "New Item";
+
     UniqueKeys() = default;
 
     /// The keys of these nodes are taken.

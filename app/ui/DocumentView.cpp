@@ -57,8 +57,6 @@ void DocumentView::makeLayout() {
 }
 
 void DocumentView::followDocument() {
-    connect(&document_, &PlistDocument::rootChanged, this,
-            [this] { outline_.rebuild(document_.root()); });
     connect(&document_, &PlistDocument::wasReadOnlyFormatChanged, this,
             [this] { banner_->setVisible(document_.wasReadOnlyFormat()); });
     connect(&document_, &PlistDocument::formatChanged, this,
@@ -68,7 +66,7 @@ void DocumentView::followDocument() {
 
     banner_->setVisible(document_.wasReadOnlyFormat());
     formatPicker_->setFormat(document_.format());
-    outline_.rebuild(document_.root());
+    outline_.follow(document_);
 }
 
 void DocumentView::updateEmptyState() {

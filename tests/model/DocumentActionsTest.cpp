@@ -36,14 +36,6 @@ class DocumentActionsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void changesTheFormat() {
-        Window window;
-        window.actions().changeFormat(PlistFormat::binary);
-        QCOMPARE(window.document.format(), PlistFormat::binary);
-        window.actions().changeFormat(PlistFormat::openStep);
-        QCOMPARE(window.document.format(), PlistFormat::binary);
-    }
-
     void expandsOneLevelOrAll() {
         Window window;
         window.outline.select({window.box().id(), window.word().id()});
@@ -116,6 +108,36 @@ private Q_SLOTS:
         // Shown open all the same, and so not handed to the parent the next time either.
         window.actions().collapseSelected(Reach::nodeAlone);
         QCOMPARE(window.outline.selection(), NodeIdSet{window.box().id()});
+    }
+
+    void expandsAndCollapsesAll() {
+        Window window;
+        const QSignalSpy rows(&window.outline, &OutlineState::rowsChanged);
+        QCOMPARE(window.actions().expandAll(), OutlineState::ExpandResult::done);
+        QCOMPARE(window.rowCount(), 5);
+        QCOMPARE(rows.count(), 1);
+        window.actions().collapseAll();
+        QCOMPARE(window.rowCount(), 3);
+        QVERIFY(!window.outline.isExpanded(window.inner().id()));
+        QCOMPARE(rows.count(), 2);
+    }
+
+    void expandsTheRootOnCollapsingAll() {
+        Window window;
+        window.outline.select({window.document.root().id()});
+        window.actions().collapseSelected(Reach::wholeSubtree);
+        QCOMPARE(window.rowCount(), 1);
+        window.actions().collapseAll();
+        QCOMPARE(window.rowCount(), 3);
+    }
+
+    void expandsNothingInAScalar() {
+        Window window;
+        window.document.apply({PlistValue::string("x"), PlistFormat::xml});
+        window.outline.rebuild(window.document.root());
+        QCOMPARE(window.actions().expandAll(), OutlineState::ExpandResult::done);
+        window.actions().collapseAll();
+        QCOMPARE(window.rowCount(), 1);
     }
 };
 

@@ -1,0 +1,130 @@
+#include <QSignalSpy>
+#include <QTest>
+#include <memory>
+
+#include "PlistCore/PlistEntry.h"
+#include "app/model/EditGroup.h"
+#include "app/model/OutlineState.h"
+#include "app/model/PlistDocument.h"
+#include "app/model/PlistEditor.h"
+#include "app/model/PlistNode.h"
+#include "app/model/UndoManager.h"
+#include "tests/model/support/ActionsDesk.h"
+
+namespace {
+
+PlistFile fileOf(int value) {
+    return {PlistValue::array({PlistValue::integer(value)}), PlistFormat::xml};
+}
+
+PlistValue letters() {
+    return PlistValue::dictionary({{"a", PlistValue::integer(0)}, {"b", PlistValue::integer(1)}});
+}
+
+}  // namespace
+
+/// An outline that follows a document.
+class OutlineStateFollowTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void showsTheDocumentAtOnce() {
+        const ActionsDesk desk(letters());
+        QCOMPARE(desk.rows(), ActionsDesk::lines({": dictionary [-]", "  0 a: 0", "  1 b: 1"}));
+    }
+
+    void followsEditsAndUndo() {
+        ActionsDesk desk(letters());
+        desk.actions.changeValue(*desk.at({0}), PlistValue::integer(5));
+        const QString after = ActionsDesk::lines({": dictionary [-]", "  0 a: 5", "  1 b: 1"});
+        QCOMPARE(desk.rows(), after);
+        desk.actions.editor().remove(std::vector<PlistNodePtr>{desk.at({0})});
+        QCOMPARE(desk.rows(), ActionsDesk::lines({": dictionary [-]", "  0 b: 1"}));
+        desk.undo.undo();
+        QCOMPARE(desk.rows(), after);
+    }
+
+    void followsRenamesAndUndoneSorts() {
+        ActionsDesk desk(letters());
+        desk.actions.rename(*desk.at({0}), QStringLiteral("z"));
+        desk.actions.sortKeys();
+        QCOMPARE(desk.rows(), ActionsDesk::lines({": dictionary [-]", "  0 b: 1", "  1 z: 0"}));
+        desk.undo.undo();
+        QCOMPARE(desk.rows(), ActionsDesk::lines({": dictionary [-]", "  0 z: 0", "  1 b: 1"}));
+    }
+
+    void followsNewRoots() {
+        ActionsDesk desk(letters());
+        desk.document.apply(fileOf(7));
+        QCOMPARE(desk.rows(), ActionsDesk::lines({": array [-]", "  0 7"}));
+        desk.actions.editor().replaceContent(fileOf(8), QStringLiteral("Revert"));
+        QCOMPARE(desk.rows(), ActionsDesk::lines({": array [-]", "  0 8"}));
+        desk.undo.undo();
+        QCOMPARE(desk.rows(), ActionsDesk::lines({": array [-]", "  0 7"}));
+    }
+
+    /// Between the two halves of a move the nodes have no rows: had the outline looked then, they
+    /// would have lost their selection.
+    void keepsTheSelectionThroughAMove() {
+        ActionsDesk desk(letters());
+        desk.select({{0}});
+        desk.actions.moveSelected(DocumentActions::Direction::down);
+        QCOMPARE(desk.rows(), ActionsDesk::lines({": dictionary [-]", "  0 b: 1", "  1 a: 0 *"}));
+        desk.undo.undo();
+        QCOMPARE(desk.rows(), ActionsDesk::lines({": dictionary [-]", "  0 a: 0 *", "  1 b: 1"}));
+    }
+
+    void outlivesTheDocument() {
+        OutlineState outline;
+        {
+            PlistDocument document;
+            document.apply(fileOf(7));
+            outline.follow(document);
+        }
+        QCOMPARE(outline.rows().size(), std::size_t{2});
+    }
+
+    // --- Groups of edits ---
+
+    void looksOnceAtAGroupOfEdits() {
+        ActionsDesk desk(letters());
+        const QSignalSpy changed(&desk.outline, &OutlineState::rowsChanged);
+        {
+            const EditGroup group(desk.document, &desk.undo, QStringLiteral("Both"));
+            desk.actions.changeValue(*desk.at({0}), PlistValue::integer(5));
+            {
+                const EditGroup inner(desk.document, &desk.undo, QStringLiteral("Inner"));
+                desk.actions.changeValue(*desk.at({1}), PlistValue::integer(6));
+            }
+            QCOMPARE(changed.count(), 0);
+        }
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(desk.history(), QStringLiteral("1 Both, +2"));
+        QCOMPARE(desk.backAndForth(), QString());
+    }
+
+    void groupsWithoutUndo() {
+        ActionsDesk desk(letters());
+        const PlistEditor editor(desk.document);
+        const QSignalSpy changed(&desk.outline, &OutlineState::rowsChanged);
+        {
+            const EditGroup group(desk.document, nullptr);
+            editor.changeValue(*desk.at({0}), PlistValue::integer(5));
+            editor.changeValue(*desk.at({1}), PlistValue::integer(6));
+        }
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(!desk.undo.canUndo());
+    }
+
+    void leavesTheNameOfTheEditInside() {
+        ActionsDesk desk(letters());
+        {
+            const EditGroup group(desk.document, &desk.undo);
+            desk.actions.changeValue(*desk.at({0}), PlistValue::integer(5));
+        }
+        QCOMPARE(desk.history(), QStringLiteral("1 Change Value, +1"));
+    }
+};
+
+QTEST_GUILESS_MAIN(OutlineStateFollowTest)
+#include "OutlineStateFollowTest.moc"
