@@ -505,7 +505,8 @@ PlistCell Reader::readUtf16(std::uint64_t offset) {
         reinterpret_cast<char*>(decoded_.reserve(payload.count * Utf16BigEndian::mostBytesPerUnit));
     const char* const end = Utf16BigEndian::decode(units, start);
     const std::string_view text(start, static_cast<std::size_t>(end - start));
-    const bool isAscii = text.size() == payload.count && UnicodeText::isAscii(text);
+    // Every unit that is not ASCII becomes more than one byte.
+    const bool isAscii = text.size() == payload.count;
     return builder_.string(text, isAscii ? PlistCell::ascii : 0);
 }
 
