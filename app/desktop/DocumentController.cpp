@@ -50,10 +50,9 @@ QString absolutePath(const QString& path) {
 }  // namespace
 
 DocumentController::DocumentController(QString untitledName, QObject* parent)
-    : QObject(parent), untitledName_(std::move(untitledName)), savedState_(currentState()) {
-    connect(&document_, &PlistDocument::rootChanged, this, &DocumentController::updateModified);
-    connect(&document_, &PlistDocument::nodeChanged, this, &DocumentController::updateModified);
-    connect(&document_, &PlistDocument::formatChanged, this, &DocumentController::updateModified);
+    : QObject(parent), untitledName_(std::move(untitledName)) {
+    connect(&undoManager_, &UndoManager::isModifiedChanged, this,
+            &DocumentController::modifiedChanged);
 }
 
 DocumentController::~DocumentController() = default;
@@ -63,7 +62,8 @@ QString DocumentController::name() const {
 }
 
 bool DocumentController::isPristine() const noexcept {
-    return path_.isEmpty() && activity_ == Activity::idle && currentState() == State();
+    return path_.isEmpty() && activity_ == Activity::idle && !undoManager_.canUndo() &&
+           !undoManager_.canRedo();
 }
 
 void DocumentController::open(const QString& path) {
@@ -86,7 +86,7 @@ void DocumentController::save(const QString& path) {
     begin(Activity::writing, file);
     BackgroundTask::run(
         *this, [content = document_.snapshot(), file] { return write(content, file); },
-        [this, file, state = currentState()](const std::optional<FileError>& error) {
+        [this, file, state = undoManager_.state()](const std::optional<FileError>& error) {
             setActivity(Activity::idle);
             if (error) {
                 Q_EMIT saveFailed(*error);
@@ -104,21 +104,16 @@ void DocumentController::begin(Activity activity, const QString& path) {
 
 void DocumentController::finishReading(const QString& path, const PlistFile& file) {
     document_.apply(file);
-    savedState_ = currentState();
     setPath(path);
-    updateModified();
+    undoManager_.clear();
+    undoManager_.setSavedState(undoManager_.state());
     Q_EMIT opened();
 }
 
-void DocumentController::finishWriting(const QString& path, const State& state) {
-    savedState_ = state;
+void DocumentController::finishWriting(const QString& path, UndoManager::State state) {
     setPath(path);
-    updateModified();
+    undoManager_.setSavedState(state);
     Q_EMIT saved();
-}
-
-DocumentController::State DocumentController::currentState() const noexcept {
-    return {document_.treeVersion(), document_.format()};
 }
 
 void DocumentController::setActivity(Activity activity) {
@@ -132,13 +127,5 @@ void DocumentController::setPath(const QString& path) {
     if (path_ != path) {
         path_ = path;
         Q_EMIT pathChanged();
-    }
-}
-
-void DocumentController::updateModified() {
-    const bool isModified = currentState() != savedState_;
-    if (isModified_ != isModified) {
-        isModified_ = isModified;
-        Q_EMIT modifiedChanged();
     }
 }

@@ -4,14 +4,15 @@
 #include <QString>
 #include <cstdint>
 
-#include "PlistCore/PlistFormat.h"
 #include "app/model/FileError.h"
 #include "app/model/PlistDocument.h"
+#include "app/model/UndoManager.h"
 
 struct PlistFile;
 
-/// One open document together with its file: reads and writes it on worker threads, and knows
-/// whether the document differs from what was read or saved last. Belongs to the main thread.
+/// One open document together with its file and its undo history: reads and writes it on worker
+/// threads, and knows whether the document differs from what was read or saved last. Belongs to the
+/// main thread.
 ///
 /// A controller that is destroyed while it reads drops the result; what it writes is written to
 /// the end.
@@ -29,6 +30,9 @@ public:
     PlistDocument& document() noexcept { return document_; }
     const PlistDocument& document() const noexcept { return document_; }
 
+    /// The history of the document. What is to count as a modification is registered here.
+    UndoManager& undoManager() noexcept { return undoManager_; }
+
     /// The absolute path of the file; empty for a document that was never saved.
     const QString& path() const noexcept { return path_; }
 
@@ -37,8 +41,9 @@ public:
 
     Activity activity() const noexcept { return activity_; }
 
-    /// Whether the document differs from what was read or saved last.
-    bool isModified() const noexcept { return isModified_; }
+    /// Whether the document differs from what was read or saved last: not if the edits since then
+    /// have been undone.
+    bool isModified() const noexcept { return undoManager_.isModified(); }
 
     /// Whether this is a new document that nobody has touched.
     bool isPristine() const noexcept;
@@ -63,25 +68,15 @@ Q_SIGNALS:
     void modifiedChanged();
 
 private:
-    /// What tells one state of the document from another.
-    struct State {
-        quint64 treeVersion = 0;
-        PlistFormat format = PlistFormat::xml;
-        friend bool operator==(const State&, const State&) = default;
-    };
-
-    State currentState() const noexcept;
     void begin(Activity activity, const QString& path);
     void finishReading(const QString& path, const PlistFile& file);
-    void finishWriting(const QString& path, const State& state);
+    void finishWriting(const QString& path, UndoManager::State state);
     void setActivity(Activity activity);
     void setPath(const QString& path);
-    void updateModified();
 
     PlistDocument document_;
+    UndoManager undoManager_;
     QString untitledName_;
     QString path_;
-    State savedState_;
     Activity activity_ = Activity::idle;
-    bool isModified_ = false;
 };

@@ -13,9 +13,10 @@
 #include "app/ui/NoticeBanner.h"
 #include "app/ui/PlistTable.h"
 
-DocumentView::DocumentView(PlistDocument& document, QWidget* parent)
+DocumentView::DocumentView(PlistDocument& document, UndoManager* undoManager, QWidget* parent)
     : QWidget(parent),
       document_(document),
+      undoManager_(undoManager),
       banner_(new NoticeBanner(tr("This file uses the old OpenStep format, which can only be read. "
                                   "It will be saved as XML."),
                                this)),
@@ -75,6 +76,16 @@ void DocumentView::updateEmptyState() {
         root.isContainer() && root.childCount() == 0 && !outline_.filter().has_value();
     emptyState_->setVisible(isEmpty);
     emptyState_->raise();
+}
+
+void DocumentView::endEditing() {
+    table_->endEditing();
+}
+
+void DocumentView::expandAll() {
+    if (actions().expandAll() == OutlineState::ExpandResult::tooManyRows) {
+        explainRefusedExpansion();
+    }
 }
 
 void DocumentView::explainRefusedExpansion() {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 #include "app/model/DocumentActions.h"
 #include "app/model/OutlineState.h"
+#include "app/model/UndoManager.h"
 
 class EmptyState;
 class FormatPicker;
@@ -18,15 +20,23 @@ class DocumentView : public QWidget {
     Q_OBJECT
 
 public:
-    /// `document` must outlive the view.
-    explicit DocumentView(PlistDocument& document, QWidget* parent = nullptr);
+    /// `document` must outlive the view. Without an undo manager edits cannot be taken back.
+    explicit DocumentView(PlistDocument& document, UndoManager* undoManager = nullptr,
+                          QWidget* parent = nullptr);
     ~DocumentView() override;
 
     OutlineState& outline() noexcept { return outline_; }
     PlistTable& table() noexcept { return *table_; }
 
     /// What menu commands act through.
-    DocumentActions actions() noexcept { return {document_, outline_}; }
+    DocumentActions actions() noexcept { return {document_, outline_, undoManager_.data()}; }
+
+    /// Takes over what stands in an open text field, if it can be, and closes the field. Before
+    /// anything else is done to the document.
+    void endEditing();
+
+    /// Expands everything, or says why that is too much.
+    void expandAll();
 
     /// Made for the window to place; lives as long as the view unless the window takes it.
     QToolBar* toolBar() const noexcept { return toolBar_; }
@@ -39,6 +49,7 @@ private:
     void explainRefusedExpansion();
 
     PlistDocument& document_;
+    QPointer<UndoManager> undoManager_;
     OutlineState outline_;
     NoticeBanner* banner_;
     PlistTable* table_;

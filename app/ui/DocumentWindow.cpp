@@ -10,6 +10,8 @@
 #include <QToolBar>
 
 #include "app/ui/DocumentView.h"
+#include "app/ui/EditMenu.h"
+#include "app/ui/EditorMenu.h"
 #include "app/ui/FileDialogs.h"
 #include "app/ui/FileMenu.h"
 #include "app/ui/MessageDialog.h"
@@ -30,7 +32,7 @@ DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
       controller_(untitledName),
       pages_(new QStackedWidget(this)),
       progress_(new ProgressPage(pages_)),
-      view_(new DocumentView(controller_.document(), pages_)) {
+      view_(new DocumentView(controller_.document(), &controller_.undoManager(), pages_)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setContextMenuPolicy(Qt::PreventContextMenu);
     makeMenus();
@@ -58,6 +60,8 @@ void DocumentWindow::makeMenus() {
     connect(fileMenu_, &FileMenu::saveChosen, this, &DocumentWindow::save);
     connect(fileMenu_, &FileMenu::saveAsChosen, this, &DocumentWindow::saveAs);
     connect(fileMenu_, &FileMenu::quitChosen, this, &DocumentWindow::quitChosen);
+    menuBar()->addMenu(new EditMenu(*view_, controller_.undoManager(), this));
+    menuBar()->addMenu(new EditorMenu(*view_, this));
 }
 
 void DocumentWindow::followController() {

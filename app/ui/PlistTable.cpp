@@ -7,6 +7,7 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "app/model/PlistNode.h"
@@ -39,6 +40,32 @@ QItemSelection selectionOf(std::vector<int> rows, const QAbstractItemModel& mode
         begin = end;
     }
     return selection;
+}
+
+/// Whether an open text field has the key for itself.
+bool isKeyForFields(const QKeyEvent& event) {
+    switch (event.key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_Right:
+        case Qt::Key_Left:
+        case Qt::Key_Backspace:
+        case Qt::Key_Delete:
+            return true;
+        default:
+            return false;
+    }
+}
+
+std::optional<OutlineState::Column> editableColumn(const QModelIndex& index) {
+    switch (index.column()) {
+        case OutlineTableModel::keyColumn:
+            return OutlineState::Column::key;
+        case OutlineTableModel::valueColumn:
+            return OutlineState::Column::value;
+        default:
+            return std::nullopt;
+    }
 }
 
 }  // namespace
@@ -93,6 +120,8 @@ void PlistTable::followOutline() {
     connect(state, &OutlineState::rowsAboutToBeReset, this, [this] { isChangingRows_ = true; });
     connect(state, &OutlineState::rowsChanged, this, &PlistTable::restoreSight);
     connect(state, &OutlineState::selectionChanged, this, &PlistTable::takeSelectionFromOutline);
+    connect(state, &OutlineState::rowsChanged, this, &PlistTable::closeLostField);
+    connect(state, &OutlineState::editingChanged, this, &PlistTable::followEditing);
 }
 
 void PlistTable::applyFont() {
@@ -126,13 +155,35 @@ void PlistTable::updateGeometries() {
 // --- Keys and pointer ---
 
 void PlistTable::keyPressEvent(QKeyEvent* event) {
-    const bool isEditing = outline().editing().has_value();
-    if (!isEditing && event->key() == Qt::Key_Right) {
-        expandSelected(reachFor(event->modifiers()));
-    } else if (!isEditing && event->key() == Qt::Key_Left) {
-        actions_.collapseSelected(reachFor(event->modifiers()));
-    } else {
+    if (isKeyForFields(*event) && outline().editing()) {
+        // Comes from the open field, which has done with it what there was to do.
+        event->ignore();
+    } else if (!handleKey(*event)) {
         QTableView::keyPressEvent(event);
+    }
+}
+
+bool PlistTable::handleKey(const QKeyEvent& event) {
+    switch (event.key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            actions_.beginEditing(OutlineState::Column::key);
+            return true;
+        case Qt::Key_Right:
+            expandSelected(reachFor(event.modifiers()));
+            return true;
+        case Qt::Key_Left:
+            actions_.collapseSelected(reachFor(event.modifiers()));
+            return true;
+        case Qt::Key_Backspace:
+        case Qt::Key_Delete:
+            if ((event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+                actions_.deleteSelected();
+                return true;
+            }
+            return false;
+        default:
+            return false;
     }
 }
 
@@ -154,8 +205,20 @@ void PlistTable::mouseDoubleClickEvent(QMouseEvent* event) {
     // Two quick clicks on the control are two clicks.
     const bool isHandled = event->button() == Qt::LeftButton &&
                            toggleAt(event->position().toPoint(), event->modifiers());
-    if (!isHandled) {
-        QTableView::mouseDoubleClickEvent(event);
+    if (isHandled) {
+        return;
+    }
+    QTableView::mouseDoubleClickEvent(event);
+    if (event->button() == Qt::LeftButton) {
+        editAt(event->position().toPoint());
+    }
+}
+
+void PlistTable::editAt(const QPoint& position) {
+    const QModelIndex index = indexAt(position);
+    if (index.isValid()) {
+        outline().setPointerColumn(editableColumn(index));
+        actions_.beginEditing(outline().pointerColumn());
     }
 }
 
@@ -184,6 +247,25 @@ void PlistTable::toggle(int row, OutlineState::Reach reach) {
         OutlineState::ExpandResult::tooManyRows) {
         Q_EMIT expansionRefused();
     }
+}
+
+// --- Editing ---
+
+void PlistTable::followEditing() {
+    if (!outline().editing()) {
+        setFocus();
+    }
+}
+
+void PlistTable::closeLostField() {
+    const std::optional<OutlineState::EditingField>& field = outline().editing();
+    if (field && !outline().rowForId(field->nodeId)) {
+        outline().setEditing(std::nullopt);
+    }
+}
+
+void PlistTable::endEditing() {
+    outline().setEditing(std::nullopt);
 }
 
 // --- Selection ---

@@ -22,6 +22,9 @@ public:
 
     OutlineTableModel& outlineModel() const noexcept { return *model_; }
 
+    /// Takes over what stands in an open text field, if it can be, and closes the field.
+    void endEditing();
+
 Q_SIGNALS:
     /// An expansion was refused because of its size.
     void expansionRefused();
@@ -48,7 +51,11 @@ private:
     void followOutline();
     void applyFont();
 
+    bool handleKey(const QKeyEvent& event);
     void expandSelected(OutlineState::Reach reach);
+    void editAt(const QPoint& position);
+    void followEditing();
+    void closeLostField();
     bool toggleAt(const QPoint& position, Qt::KeyboardModifiers modifiers);
     void toggle(int row, OutlineState::Reach reach);
 

@@ -4,14 +4,20 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
+#include <vector>
 
 #include "PlistCore/PlistEntry.h"
 #include "app/desktop/DocumentController.h"
+#include "app/model/PlistEditor.h"
 #include "app/model/PlistNode.h"
 
 namespace {
 
 const QByteArray openStepText = "{ name = \"North Mole\"; }";
+
+PlistEditor editorOf(DocumentController& controller) {
+    return PlistEditor(controller.document(), &controller.undoManager());
+}
 
 }  // namespace
 
@@ -74,19 +80,56 @@ private Q_SLOTS:
     void knowsWhetherItIsModified() {
         DocumentController controller(QStringLiteral("Untitled"));
         const QSignalSpy modified(&controller, &DocumentController::modifiedChanged);
-        controller.document().setFormat(PlistFormat::binary);
+        editorOf(controller).changeFormat(PlistFormat::binary);
         QVERIFY(controller.isModified());
         QVERIFY(!controller.isPristine());
-        controller.document().setFormat(PlistFormat::xml);
+        controller.undoManager().undo();
         QVERIFY(!controller.isModified());
-        controller.document().root().setValue(PlistValue::integer(1));
+        // Untouched is something else: there is an edit to be done again.
+        QVERIFY(!controller.isPristine());
+        controller.undoManager().redo();
         QVERIFY(controller.isModified());
         QCOMPARE(modified.count(), 3);
     }
 
+    void isModifiedByEveryKindOfEdit() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        const PlistEditor editor = editorOf(controller);
+        PlistNode& root = controller.document().root();
+        const std::vector<PlistNodePtr> nodes = {PlistNode::create("b", PlistValue::integer(1)),
+                                                 PlistNode::create("a", PlistValue::integer(2))};
+        const auto check = [&controller](const auto& edit) {
+            controller.undoManager().setSavedState(controller.undoManager().state());
+            edit();
+            const bool wasModified = controller.isModified();
+            controller.undoManager().undo();
+            const bool isClean = !controller.isModified();
+            controller.undoManager().redo();
+            return wasModified && isClean && controller.isModified();
+        };
+        QVERIFY(check([&] { editor.add(nodes, root, 0); }));
+        QVERIFY(check([&] { editor.rename(*nodes[0], "c"); }));
+        QVERIFY(check([&] { editor.changeValue(*nodes[0], PlistValue::integer(3)); }));
+        QVERIFY(check([&] { editor.changeType(*nodes[0], PlistType::string); }));
+        QVERIFY(check([&] { editor.sortKeys(root); }));
+        QVERIFY(check([&] { editor.move({&nodes[0], 1}, root, 0); }));
+        QVERIFY(check([&] { editor.remove({&nodes[0], 1}); }));
+        QVERIFY(check([&] { editor.changeFormat(PlistFormat::binary); }));
+    }
+
+    void opensWithoutAHistory() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        editorOf(controller).changeFormat(PlistFormat::binary);
+        QSignalSpy opened(&controller, &DocumentController::opened);
+        controller.open(fileWith("h.plist", openStepText));
+        QVERIFY(opened.wait());
+        QVERIFY(!controller.isModified());
+        QVERIFY(!controller.undoManager().canUndo());
+    }
+
     void savesInTheFormatOfTheDocument() {
         DocumentController controller(QStringLiteral("Untitled"));
-        controller.document().setFormat(PlistFormat::binary);
+        editorOf(controller).changeFormat(PlistFormat::binary);
         QSignalSpy saved(&controller, &DocumentController::saved);
         const QString path = folder_.filePath(QStringLiteral("new.plist"));
         controller.save(path);
@@ -114,19 +157,25 @@ private Q_SLOTS:
     /// What is changed while the file is being written is not in the file.
     void staysModifiedByEditsDuringTheWriting() {
         DocumentController controller(QStringLiteral("Untitled"));
-        controller.document().root().setValue(PlistValue::integer(1));
+        const PlistEditor editor = editorOf(controller);
+        editor.changeType(controller.document().root(), PlistType::integer);
         QSignalSpy saved(&controller, &DocumentController::saved);
         const QString path = folder_.filePath(QStringLiteral("during.plist"));
         controller.save(path);
-        controller.document().root().setValue(PlistValue::integer(2));
+        editor.changeValue(controller.document().root(), PlistValue::integer(2));
         QVERIFY(saved.wait());
-        QVERIFY(contentOf(path).contains("<integer>1</integer>"));
+        QVERIFY(contentOf(path).contains("<integer>0</integer>"));
+        QVERIFY(controller.isModified());
+        // What was saved is what undoing leads back to.
+        controller.undoManager().undo();
+        QVERIFY(!controller.isModified());
+        controller.undoManager().undo();
         QVERIFY(controller.isModified());
     }
 
     void reportsWhatCannotBeWritten() {
         DocumentController controller(QStringLiteral("Untitled"));
-        controller.document().setFormat(PlistFormat::binary);
+        editorOf(controller).changeFormat(PlistFormat::binary);
         QStringList messages;
         connect(&controller, &DocumentController::saveFailed, this,
                 [&messages](const FileError& error) {

@@ -20,29 +20,11 @@
 #include "app/ui/DocumentWindow.h"
 #include "app/ui/PlistTable.h"
 #include "app/ui/ProgressPage.h"
+#include "tests/ui/support/MenuTools.h"
 #include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
 
 namespace {
-
-QStringList textsOf(const QMenu& menu) {
-    QStringList texts;
-    for (const QAction* action : menu.actions()) {
-        texts += action->isSeparator() ? QStringLiteral("-") : action->text().remove(u'&');
-    }
-    return texts;
-}
-
-QAction* actionOf(const DocumentWindow& window, const QString& text) {
-    for (const QAction* menu : window.menuBar()->actions()) {
-        for (QAction* action : menu->menu()->actions()) {
-            if (action->text().remove(u'&') == text) {
-                return action;
-            }
-        }
-    }
-    return nullptr;
-}
 
 /// The only message on top of a window.
 QMessageBox* messageOf(const DocumentWindow& window) {
@@ -78,7 +60,7 @@ private Q_SLOTS:
         const QAction* menu = window_->menuBar()->actions().first();
         QCOMPARE(menu->text().remove(u'&'), QStringLiteral("File"));
         QCOMPARE(
-            textsOf(*menu->menu()),
+            MenuTools::titlesOf(*menu->menu()),
             (QStringList{QStringLiteral("New"), QStringLiteral("Open…"), QStringLiteral("-"),
                          QStringLiteral("Close"), QStringLiteral("Save"),
                          QStringLiteral("Save As…"), QStringLiteral("-"), QStringLiteral("Quit")}));
@@ -97,7 +79,7 @@ private Q_SLOTS:
 
     void hasTheUsualKeys() {
         QFETCH(QString, text);
-        const QAction* action = actionOf(*window_, text);
+        const QAction* action = MenuTools::itemOf(*window_, text.toUtf8());
         QVERIFY(action != nullptr);
         QTEST(action->shortcut().toString(QKeySequence::PortableText), "key");
     }
@@ -255,10 +237,10 @@ private Q_SLOTS:
         const QString path = folder_->filePath(QStringLiteral("once.plist"));
         QSignalSpy saved(&window_->controller(), &DocumentController::saved);
         window_->controller().save(path);
-        QVERIFY(!actionOf(*window_, QStringLiteral("Save"))->isEnabled());
+        QVERIFY(!MenuTools::itemOf(*window_, "Save")->isEnabled());
         window_->save();
         QTRY_COMPARE(saved.count(), 1);
-        QVERIFY(actionOf(*window_, QStringLiteral("Save"))->isEnabled());
+        QVERIFY(MenuTools::itemOf(*window_, "Save")->isEnabled());
     }
 
     // --- Closing ---
@@ -271,7 +253,7 @@ private Q_SLOTS:
     }
 
     void asksBeforeItClosesAModifiedDocument() {
-        window_->controller().document().setFormat(PlistFormat::binary);
+        window_->view().actions().changeFormat(PlistFormat::binary);
         QSignalSpy refused(window_, &DocumentWindow::closeRefused);
         QVERIFY(!window_->close());
         QMessageBox* box = messageOf(*window_);
@@ -290,7 +272,7 @@ private Q_SLOTS:
 
     void discardsChanges() {
         const QPointer<DocumentWindow> window = window_;
-        window_->controller().document().setFormat(PlistFormat::binary);
+        window_->view().actions().changeFormat(PlistFormat::binary);
         window_->close();
         press(*messageOf(*window_), QMessageBox::Discard);
         QTRY_VERIFY(window.isNull());
@@ -301,7 +283,7 @@ private Q_SLOTS:
         const QPointer<DocumentWindow> window = window_;
         const QString path = file("c.plist", Samples::bytes(Samples::numbers(2), PlistFormat::xml));
         open(path);
-        window_->controller().document().setFormat(PlistFormat::binary);
+        window_->view().actions().changeFormat(PlistFormat::binary);
         window_->close();
         press(*messageOf(*window_), QMessageBox::Save);
         QTRY_VERIFY(window.isNull());
@@ -313,7 +295,7 @@ private Q_SLOTS:
         const QString path = file("d.plist", Samples::bytes(Samples::numbers(2), PlistFormat::xml));
         open(path);
         QVERIFY(QFile::remove(path) && QDir(folder_->path()).mkdir(QStringLiteral("d.plist")));
-        window_->controller().document().setFormat(PlistFormat::binary);
+        window_->view().actions().changeFormat(PlistFormat::binary);
         QSignalSpy refused(window_, &DocumentWindow::closeRefused);
         window_->close();
         press(*messageOf(*window_), QMessageBox::Save);

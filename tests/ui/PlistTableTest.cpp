@@ -16,21 +16,25 @@
 
 namespace {
 
+using Column = OutlineState::Column;
 using Expansion = OutlineState::Expansion;
+using Field = std::optional<OutlineState::EditingField>;
 using Reach = OutlineState::Reach;
 
 /// A table on the screen with its document.
 struct Window {
     explicit Window(const PlistValue& value) {
         document.apply({value, PlistFormat::xml});
-        outline.rebuild(document.root());
-        table = std::make_unique<PlistTable>(DocumentActions(document, outline));
+        outline.follow(document);
+        table = std::make_unique<PlistTable>(actions());
         table->resize(760, 400);
         table->show();
         QVERIFY(QTest::qWaitForWindowActive(table.get()));
         table->setFocus();
     }
 
+    DocumentActions actions() { return {document, outline}; }
+    Field editing() const { return outline.editing(); }
     int rowCount() const { return static_cast<int>(outline.rows().size()); }
     QModelIndex index(int row, int column = 0) const {
         return table->outlineModel().index(row, column);
@@ -412,6 +416,61 @@ private:
             }
         }
         return false;
+    }
+
+    // --- Editing ---
+
+    void deletesByKey() {
+        Window window(Samples::numbers(6));
+        window.outline.select({window.id(2), window.id(3)});
+        window.press(Qt::Key_Delete);
+        QCOMPARE(window.rowCount(), 5);
+        QCOMPARE(window.selectedKeys(), QStringList{QStringLiteral("k3")});
+        QCOMPARE(window.table->currentIndex().row(), 2);
+        window.press(Qt::Key_Backspace);
+        QCOMPARE(window.rowCount(), 4);
+        window.press(Qt::Key_Delete, Qt::ControlModifier);
+        QCOMPARE(window.rowCount(), 4);
+    }
+
+    void editsTheKeyByReturn() {
+        Window window(Samples::numbers(3));
+        window.press(Qt::Key_Return);
+        QCoreApplication::processEvents();
+        QVERIFY(!window.outline.editing());
+        window.outline.select({window.id(2)});
+        window.press(Qt::Key_Return);
+        QTRY_VERIFY(window.outline.editing());
+        QCOMPARE(window.editing(), (Field{{window.id(2), Column::key}}));
+        window.outline.setEditing(std::nullopt);
+        window.press(Qt::Key_Enter, Qt::KeypadModifier);
+        QTRY_VERIFY(window.outline.editing());
+    }
+
+    void editsWhatIsDoubleClicked() {
+        Window window(Samples::numbers(3));
+        const auto doubleClick = [&window](int row, int column) {
+            const QPoint center = window.table->visualRect(window.index(row, column)).center();
+            window.outline.setEditing(std::nullopt);
+            QTest::mouseClick(window.table->viewport(), Qt::LeftButton, {}, center);
+            QTest::mouseDClick(window.table->viewport(), Qt::LeftButton, {}, center);
+            QCoreApplication::processEvents();
+            return window.editing();
+        };
+        QCOMPARE(doubleClick(1, 0), (Field{{window.id(1), Column::key}}));
+        QCOMPARE(doubleClick(2, 2), (Field{{window.id(2), Column::value}}));
+        // Over a type: the value, if it is text.
+        QCOMPARE(doubleClick(3, 1), (Field{{window.id(3), Column::value}}));
+        QCOMPARE(window.outline.pointerColumn(), std::nullopt);
+        QCOMPARE(doubleClick(0, 0), Field());
+    }
+
+    void endsEditingWithTheRow() {
+        Window window(Samples::numbers(3));
+        window.outline.setEditing(Field{{window.id(2), Column::key}});
+        window.actions().editor().remove(std::vector<PlistNodePtr>{PlistNodePtr(&window.child(1))});
+        QCOMPARE(window.editing(), Field());
+        QVERIFY(window.table->hasFocus());
     }
 };
 

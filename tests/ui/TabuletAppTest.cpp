@@ -54,7 +54,7 @@ private Q_SLOTS:
 
     void leavesATouchedDocumentAlone() {
         app_->start({});
-        window(0).controller().document().setFormat(PlistFormat::binary);
+        window(0).view().actions().changeFormat(PlistFormat::binary);
         app_->open({file("a.plist")});
         QCOMPARE(app_->windows().size(), 2);
     }
@@ -78,7 +78,7 @@ private Q_SLOTS:
 
     void asksForFiles() {
         app_->start({});
-        window(0).controller().document().setFormat(PlistFormat::binary);
+        window(0).view().actions().changeFormat(PlistFormat::binary);
         Q_EMIT window(0).openChosen();
         auto* dialog = window(0).findChild<QFileDialog*>();
         QVERIFY(dialog != nullptr);
@@ -107,7 +107,7 @@ private Q_SLOTS:
     void quitStopsWhereTheUserRefuses() {
         app_->start({});
         app_->newDocument();
-        window(1).controller().document().setFormat(PlistFormat::binary);
+        window(1).view().actions().changeFormat(PlistFormat::binary);
         app_->newDocument();
         app_->quit();
         QTRY_COMPARE(app_->windows().size(), 2);
@@ -122,7 +122,7 @@ private Q_SLOTS:
     void quitGoesOnAfterTheAnswer() {
         app_->start({});
         app_->newDocument();
-        window(1).controller().document().setFormat(PlistFormat::binary);
+        window(1).view().actions().changeFormat(PlistFormat::binary);
         app_->quit();
         QTRY_VERIFY(window(1).findChild<QMessageBox*>() != nullptr);
         window(1).findChild<QMessageBox*>()->button(QMessageBox::Discard)->click();

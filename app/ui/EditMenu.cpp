@@ -1,0 +1,56 @@
+#include "app/ui/EditMenu.h"
+
+#include <QAction>
+#include <QIcon>
+
+#include "app/model/UndoManager.h"
+#include "app/ui/DocumentView.h"
+
+EditMenu::EditMenu(DocumentView& view, UndoManager& undoManager, QWidget* parent)
+    : QMenu(tr("&Edit"), parent) {
+    addHistory(view, undoManager);
+    addSeparator();
+    addSelection(view);
+}
+
+void EditMenu::addHistory(DocumentView& view, UndoManager& undoManager) {
+    undo_ = add({}, Qt::CTRL | Qt::Key_Z, "edit-undo");
+    redo_ = add({}, Qt::CTRL | Qt::SHIFT | Qt::Key_Z, "edit-redo");
+    connect(undo_, &QAction::triggered, &view, [&view, &undoManager] {
+        view.endEditing();
+        undoManager.undo();
+    });
+    connect(redo_, &QAction::triggered, &view, [&view, &undoManager] {
+        view.endEditing();
+        undoManager.redo();
+    });
+    connect(&undoManager, &UndoManager::historyChanged, this,
+            [this, &undoManager] { updateHistory(undoManager); });
+    updateHistory(undoManager);
+}
+
+void EditMenu::updateHistory(const UndoManager& undoManager) {
+    undo_->setText(tr("&Undo %1").arg(undoManager.undoActionName()).trimmed());
+    redo_->setText(tr("&Redo %1").arg(undoManager.redoActionName()).trimmed());
+    undo_->setEnabled(undoManager.canUndo());
+    redo_->setEnabled(undoManager.canRedo());
+}
+
+void EditMenu::addSelection(DocumentView& view) {
+    // The table itself takes the key, which in a text field deletes characters.
+    delete_ = add(tr("&Delete"), {}, "edit-delete");
+    QAction* selectAll = add(tr("Select &All"), Qt::CTRL | Qt::Key_A, "edit-select-all");
+    connect(delete_, &QAction::triggered, &view, [&view] {
+        view.endEditing();
+        view.actions().deleteSelected();
+    });
+    connect(selectAll, &QAction::triggered, &view, [&view] { view.actions().selectAll(); });
+    connect(this, &QMenu::aboutToShow, &view,
+            [this, &view] { delete_->setEnabled(view.actions().hasSelectedTopLevelNodes()); });
+}
+
+QAction* EditMenu::add(const QString& title, const QKeySequence& key, const char* icon) {
+    QAction* action = addAction(QIcon::fromTheme(QLatin1String(icon)), title);
+    action->setShortcut(key);
+    return action;
+}

@@ -1,0 +1,153 @@
+#include <QAction>
+#include <QMenu>
+#include <QTest>
+
+#include "PlistCore/PlistEntry.h"
+#include "app/model/PlistNode.h"
+#include "app/ui/DocumentView.h"
+#include "app/ui/DocumentWindow.h"
+#include "app/ui/EditorMenu.h"
+#include "app/ui/PlistTable.h"
+#include "tests/ui/support/MenuTools.h"
+#include "tests/ui/support/UiTest.h"
+
+namespace {
+
+PlistValue number(int value) {
+    return PlistValue::integer(value);
+}
+
+/// {b: 1, a: 2, list: [3, [4]]}
+PlistValue sample() {
+    const PlistValue inner = PlistValue::array({number(4)});
+    return PlistValue::dictionary(
+        {{"b", number(1)}, {"a", number(2)}, {"list", PlistValue::array({number(3), inner})}});
+}
+
+}  // namespace
+
+class EditorMenuTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        window_ = new DocumentWindow(QStringLiteral("Untitled"));
+        show(sample());
+        window_->show();
+        QVERIFY(QTest::qWaitForWindowActive(window_));
+    }
+
+    void cleanup() { delete window_; }
+
+    void hasTheseItems_data() {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("key");
+        const auto add = [](const char* title, const char* key) {
+            QTest::newRow(title) << QString::fromUtf8(title) << QString::fromUtf8(key);
+        };
+        add("Add Item", "Ctrl+Shift+N");
+        add("Duplicate", "Ctrl+D");
+        add("Move Up", "Ctrl+Alt+Up");
+        add("Move Down", "Ctrl+Alt+Down");
+        add("Sort Keys", "");
+        add("Expand All", "Ctrl+Alt+Right");
+        add("Collapse All", "Ctrl+Alt+Left");
+    }
+
+    void hasTheseItems() {
+        QFETCH(QString, title);
+        const QAction* item = MenuTools::itemOf(*window_, title.toUtf8());
+        QVERIFY(item != nullptr);
+        QTEST(item->shortcut().toString(), "key");
+    }
+
+    void standsInThisOrder() {
+        QCOMPARE(MenuTools::titlesOf(menu()).join(QLatin1Char('|')),
+                 QStringLiteral("Add Item|Duplicate|-|Move Up|Move Down|Sort Keys|-|"
+                                "Expand All|Collapse All"));
+    }
+
+    void offersWhatTheSelectionAllows() {
+        QCOMPARE(enabled(), QStringLiteral("Add Item|Sort Keys|Expand All|Collapse All"));
+        select(1);
+        QCOMPARE(enabled(), QStringLiteral("Add Item|Duplicate|Move Up|Move Down|Sort Keys|"
+                                           "Expand All|Collapse All"));
+        // A closed menu keeps no key from its item.
+        window_->view().outline().select({});
+        QVERIFY(MenuTools::itemOf(*window_, "Duplicate")->isEnabled());
+        MenuTools::itemOf(*window_, "Duplicate")->trigger();
+        QVERIFY(!window_->isWindowModified());
+        show(number(1));
+        QCOMPARE(enabled(), QStringLiteral("Expand All|Collapse All"));
+        press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+        press(Qt::Key_Right, Qt::ControlModifier | Qt::AltModifier);
+        press(Qt::Key_Left, Qt::ControlModifier | Qt::AltModifier);
+        QVERIFY(!window_->isWindowModified());
+    }
+
+    void addsByKey() {
+        press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(keys(), QStringLiteral("b a list New Item"));
+        QVERIFY(window_->isWindowModified());
+    }
+
+    void duplicatesByKey() {
+        select(1);
+        press(Qt::Key_D, Qt::ControlModifier);
+        QCOMPARE(keys(), QStringLiteral("b b copy a list"));
+    }
+
+    void movesByKey() {
+        select(1);
+        press(Qt::Key_Down, Qt::ControlModifier | Qt::AltModifier);
+        QCOMPARE(keys(), QStringLiteral("a b list"));
+        press(Qt::Key_Up, Qt::ControlModifier | Qt::AltModifier);
+        QCOMPARE(keys(), QStringLiteral("b a list"));
+    }
+
+    void sortsFromTheMenu() {
+        MenuTools::itemOf(*window_, "Sort Keys")->trigger();
+        QCOMPARE(keys(), QStringLiteral("a b list"));
+    }
+
+    void expandsAndCollapsesByKey() {
+        press(Qt::Key_Right, Qt::ControlModifier | Qt::AltModifier);
+        QCOMPARE(rowCount(), 7);
+        press(Qt::Key_Left, Qt::ControlModifier | Qt::AltModifier);
+        QCOMPARE(rowCount(), 4);
+    }
+
+private:
+    void show(const PlistValue& value) {
+        window_->controller().document().apply({value, PlistFormat::xml});
+    }
+
+    QMenu& menu() const { return *MenuTools::menuOf(*window_, "Editor"); }
+    QString enabled() const { return MenuTools::enabledIn(menu()).join(QLatin1Char('|')); }
+    int rowCount() const { return window_->view().table().model()->rowCount(); }
+
+    void select(std::size_t row) {
+        OutlineState& outline = window_->view().outline();
+        outline.select({outline.rows()[row].nodeId()});
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers) const {
+        QTest::keyClick(&window_->view().table(), key, modifiers);
+    }
+
+    QString keys() const {
+        QStringList keys;
+        for (const PlistNodePtr& child : window_->controller().document().root().children()) {
+            const std::string_view key = child->key().view();
+            keys += QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
+        }
+        return keys.join(QLatin1Char(' '));
+    }
+
+    DocumentWindow* window_ = nullptr;
+};
+
+int main(int argc, char** argv) {
+    return runUiTest<EditorMenuTest>(argc, argv);
+}
+#include "EditorMenuTest.moc"
