@@ -2,45 +2,41 @@
 
 #include <QLocale>
 #include <QStackedLayout>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 #include "app/model/PlistDocument.h"
 #include "app/model/PlistNode.h"
+#include "app/ui/DocumentToolBar.h"
 #include "app/ui/EmptyState.h"
 #include "app/ui/FormatPicker.h"
+#include "app/ui/MatchCount.h"
 #include "app/ui/MessageDialog.h"
 #include "app/ui/NoticeBanner.h"
 #include "app/ui/PlistTable.h"
+#include "app/ui/SearchField.h"
 
 DocumentView::DocumentView(PlistDocument& document, UndoManager* undoManager, QWidget* parent)
     : QWidget(parent),
       document_(document),
       undoManager_(undoManager),
+      search_(document),
       banner_(new NoticeBanner(tr("This file uses the old OpenStep format, which can only be read. "
                                   "It will be saved as XML."),
                                this)),
       table_(new PlistTable(actions(), this)),
       emptyState_(new EmptyState(this)),
-      toolBar_(new QToolBar(tr("Document"), this)),
-      formatPicker_(new FormatPicker(toolBar_)) {
+      matchCount_(new MatchCount(this)),
+      toolBar_(new DocumentToolBar(this)) {
     setFocusProxy(table_);
-    makeToolBar();
     makeLayout();
+    followToolBar();
     followDocument();
+    followSearch();
 }
 
 DocumentView::~DocumentView() {
     // The table looks at the outline until it is gone, and the outline is a member of this.
     delete table_;
-}
-
-void DocumentView::makeToolBar() {
-    toolBar_->setMovable(false);
-    toolBar_->setContextMenuPolicy(Qt::PreventContextMenu);
-    toolBar_->addWidget(formatPicker_);
-    connect(formatPicker_, &FormatPicker::formatPicked, this,
-            [this](PlistFormat format) { actions().changeFormat(format); });
 }
 
 void DocumentView::makeLayout() {
@@ -55,19 +51,65 @@ void DocumentView::makeLayout() {
     layout->setSpacing(0);
     layout->addWidget(banner_);
     layout->addLayout(content, 1);
+    layout->addWidget(matchCount_);
+}
+
+void DocumentView::followToolBar() {
+    connect(toolBar_, &DocumentToolBar::addChosen, this, [this] {
+        endEditing();
+        actions().addItem();
+    });
+    connect(toolBar_, &DocumentToolBar::deleteChosen, this, [this] {
+        endEditing();
+        actions().deleteSelected();
+    });
+    connect(&toolBar_->formatPicker(), &FormatPicker::formatPicked, this,
+            [this](PlistFormat format) { actions().changeFormat(format); });
+    connect(&toolBar_->searchField(), &SearchField::textChanged, &search_, &SearchState::setQuery);
+    connect(&toolBar_->searchField(), &SearchField::stepWanted, &search_, &SearchState::step);
+    connect(&toolBar_->searchField(), &SearchField::left, table_, qOverload<>(&QWidget::setFocus));
 }
 
 void DocumentView::followDocument() {
     connect(&document_, &PlistDocument::wasReadOnlyFormatChanged, this,
             [this] { banner_->setVisible(document_.wasReadOnlyFormat()); });
     connect(&document_, &PlistDocument::formatChanged, this,
-            [this] { formatPicker_->setFormat(document_.format()); });
+            [this] { toolBar_->formatPicker().setFormat(document_.format()); });
     connect(&outline_, &OutlineState::rowsChanged, this, &DocumentView::updateEmptyState);
+    connect(&outline_, &OutlineState::rowsChanged, this, &DocumentView::updateButtons);
+    connect(&outline_, &OutlineState::selectionChanged, this, &DocumentView::updateButtons);
     connect(table_, &PlistTable::expansionRefused, this, &DocumentView::explainRefusedExpansion);
 
     banner_->setVisible(document_.wasReadOnlyFormat());
-    formatPicker_->setFormat(document_.format());
+    toolBar_->formatPicker().setFormat(document_.format());
     outline_.follow(document_);
+    updateButtons();
+}
+
+void DocumentView::followSearch() {
+    connect(&search_, &SearchState::matchIDsChanged, this,
+            [this] { table_->setMatchIDs(search_.matchIDs()); });
+    connect(&search_, &SearchState::visibleIDsChanged, this, [this] {
+        outline_.setFilter(search_.visibleIDs());
+        // The rows of an empty document are the same with and without a search.
+        updateEmptyState();
+    });
+    connect(&search_, &SearchState::updated, this, [this] { matchCount_->show(search_); });
+    connect(&search_, &SearchState::currentMatchChanged, this, &DocumentView::showCurrentMatch);
+    connect(&search_, &SearchState::focusRequestChanged, &toolBar_->searchField(),
+            &SearchField::activate);
+}
+
+void DocumentView::updateButtons() {
+    toolBar_->setAddEnabled(actions().canAddItem());
+    toolBar_->setDeleteEnabled(actions().hasSelectedTopLevelNodes());
+}
+
+void DocumentView::showCurrentMatch() {
+    if (const PlistNode* node = search_.currentNode()) {
+        outline_.reveal(*node);
+        outline_.select({node->id()});
+    }
 }
 
 void DocumentView::updateEmptyState() {

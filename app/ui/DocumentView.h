@@ -5,17 +5,19 @@
 
 #include "app/model/DocumentActions.h"
 #include "app/model/OutlineState.h"
+#include "app/model/SearchState.h"
 #include "app/model/UndoManager.h"
 
+class DocumentToolBar;
 class EmptyState;
-class FormatPicker;
+class MatchCount;
 class NoticeBanner;
 class PlistDocument;
 class PlistTable;
-class QToolBar;
 
-/// What a window shows of one document: a notice about its format if there is one to give, and the
-/// outline or, where nothing is in it yet, an invitation. Its toolbar belongs into the window.
+/// What a window shows of one document: a notice about its format if there is one to give, the
+/// outline or, where nothing is in it yet, an invitation, and the number of matches of a search.
+/// Its toolbar belongs into the window.
 class DocumentView : public QWidget {
     Q_OBJECT
 
@@ -26,6 +28,7 @@ public:
     ~DocumentView() override;
 
     OutlineState& outline() noexcept { return outline_; }
+    SearchState& search() noexcept { return search_; }
     PlistTable& table() noexcept { return *table_; }
 
     /// What menu commands act through.
@@ -39,21 +42,25 @@ public:
     void expandAll();
 
     /// Made for the window to place; lives as long as the view unless the window takes it.
-    QToolBar* toolBar() const noexcept { return toolBar_; }
+    DocumentToolBar* toolBar() const noexcept { return toolBar_; }
 
 private:
-    void makeToolBar();
     void makeLayout();
+    void followToolBar();
     void followDocument();
+    void followSearch();
+    void updateButtons();
+    void showCurrentMatch();
     void updateEmptyState();
     void explainRefusedExpansion();
 
     PlistDocument& document_;
     QPointer<UndoManager> undoManager_;
     OutlineState outline_;
+    SearchState search_;
     NoticeBanner* banner_;
     PlistTable* table_;
     EmptyState* emptyState_;
-    QToolBar* toolBar_;
-    FormatPicker* formatPicker_;
+    MatchCount* matchCount_;
+    DocumentToolBar* toolBar_;
 };

@@ -7,8 +7,8 @@
 #include <QMessageBox>
 #include <QStackedWidget>
 #include <QTimer>
-#include <QToolBar>
 
+#include "app/ui/DocumentToolBar.h"
 #include "app/ui/DocumentView.h"
 #include "app/ui/EditMenu.h"
 #include "app/ui/EditorMenu.h"

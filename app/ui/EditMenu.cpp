@@ -11,6 +11,8 @@ EditMenu::EditMenu(DocumentView& view, UndoManager& undoManager, QWidget* parent
     addHistory(view, undoManager);
     addSeparator();
     addSelection(view);
+    addSeparator();
+    addSearch(view);
 }
 
 void EditMenu::addHistory(DocumentView& view, UndoManager& undoManager) {
@@ -47,6 +49,23 @@ void EditMenu::addSelection(DocumentView& view) {
     connect(selectAll, &QAction::triggered, &view, [&view] { view.actions().selectAll(); });
     connect(this, &QMenu::aboutToShow, &view,
             [this, &view] { delete_->setEnabled(view.actions().hasSelectedTopLevelNodes()); });
+}
+
+void EditMenu::addSearch(DocumentView& view) {
+    QAction* find = add(tr("&Find\u2026"), Qt::CTRL | Qt::Key_F, "edit-find");
+    QAction* next = add(tr("Find &Next"), Qt::CTRL | Qt::Key_G, "go-down");
+    QAction* previous = add(tr("Find Pre&vious"), Qt::CTRL | Qt::SHIFT | Qt::Key_G, "go-up");
+    next->setShortcuts({next->shortcut(), Qt::Key_F3});
+    previous->setShortcuts({previous->shortcut(), Qt::SHIFT | Qt::Key_F3});
+    connect(find, &QAction::triggered, &view, [&view] { view.search().requestFocus(); });
+    // Without a match a step does nothing; the menu says so while somebody looks at it.
+    connect(next, &QAction::triggered, &view, [&view] { view.search().step(1); });
+    connect(previous, &QAction::triggered, &view, [&view] { view.search().step(-1); });
+    for (QAction* item : {next, previous}) {
+        connect(this, &QMenu::aboutToShow, item,
+                [item, &view] { item->setEnabled(!view.search().matchIDs().empty()); });
+        connect(this, &QMenu::aboutToHide, item, [item] { item->setEnabled(true); });
+    }
 }
 
 QAction* EditMenu::add(const QString& title, const QKeySequence& key, const char* icon) {

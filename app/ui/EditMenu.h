@@ -6,7 +6,8 @@ class DocumentView;
 class QAction;
 class UndoManager;
 
-/// The Edit menu of a window: taking edits back and forth, and what acts on the selection.
+/// The Edit menu of a window: taking edits back and forth, what acts on the selection, and
+/// the search.
 class EditMenu : public QMenu {
     Q_OBJECT
 
@@ -18,6 +19,7 @@ private:
     QAction* add(const QString& title, const QKeySequence& key, const char* icon);
     void addHistory(DocumentView& view, UndoManager& undoManager);
     void addSelection(DocumentView& view);
+    void addSearch(DocumentView& view);
     void updateHistory(const UndoManager& undoManager);
 
     QAction* undo_ = nullptr;

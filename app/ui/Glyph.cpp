@@ -38,6 +38,7 @@ private:
 };
 
 constexpr qreal lineWidth = 1.1;
+constexpr qreal buttonLineWidth = 1.3;
 constexpr qreal circleRadius = 5.2;
 
 }  // namespace
@@ -84,4 +85,17 @@ void Glyph::paintPlusInCircle(QPainter& painter, const QRectF& square, const QCo
     painter.drawEllipse(QPointF(0, 0), circleRadius, circleRadius);
     painter.drawLine(QPointF(-2.6, 0), QPointF(2.6, 0));
     painter.drawLine(QPointF(0, -2.6), QPointF(0, 2.6));
+}
+
+void Glyph::paintPlus(QPainter& painter, const QRectF& square, const QColor& color) {
+    GridPainter grid(painter, square);
+    grid.setStroke(color, buttonLineWidth);
+    painter.drawLine(QPointF(-4, 0), QPointF(4, 0));
+    painter.drawLine(QPointF(0, -4), QPointF(0, 4));
+}
+
+void Glyph::paintMinus(QPainter& painter, const QRectF& square, const QColor& color) {
+    GridPainter grid(painter, square);
+    grid.setStroke(color, buttonLineWidth);
+    painter.drawLine(QPointF(-4, 0), QPointF(4, 0));
 }

@@ -27,4 +27,7 @@ void paintInformation(QPainter& painter, const QRectF& square, const QColor& col
 /// A plus sign in a circle.
 void paintPlusInCircle(QPainter& painter, const QRectF& square, const QColor& color);
 
+void paintPlus(QPainter& painter, const QRectF& square, const QColor& color);
+void paintMinus(QPainter& painter, const QRectF& square, const QColor& color);
+
 }  // namespace Glyph

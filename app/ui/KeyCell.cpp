@@ -1,5 +1,6 @@
 #include "app/ui/KeyCell.h"
 
+#include <QPainter>
 #include <QStyle>
 #include <algorithm>
 
@@ -9,6 +10,9 @@
 #include "app/ui/RowText.h"
 
 namespace {
+
+constexpr qreal matchRadius = 3;
+constexpr float matchTint = 0.25F;
 
 QRect squareAt(int left, const QRect& cell, int edge) {
     return {left, cell.top() + (cell.height() - edge) / 2, edge, edge};
@@ -20,6 +24,13 @@ int indentation(const OutlineRow& row, const CellMetrics& metrics, int width) {
 }
 
 }  // namespace
+
+void KeyCell::setMatchIDs(std::span<const NodeId> ids) {
+    matchIDs_.clear();
+    for (const NodeId id : ids) {
+        matchIDs_.insert(id);
+    }
+}
 
 KeyCell::Parts KeyCell::parts(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const OutlineRow& shown = row(index);
@@ -53,6 +64,9 @@ KeyCell::Parts KeyCell::parts(const QStyleOptionViewItem& option, const QModelIn
 void KeyCell::paintContent(QPainter& painter, const QStyleOptionViewItem& option,
                            const QModelIndex& index) const {
     const OutlineRow& shown = row(index);
+    if (matchIDs_.contains(shown.nodeId())) {
+        paintMatch(painter, option);
+    }
     const Parts where = parts(option, index);
     const QColor signColor = textColor(option, Tone::secondary);
     if (!where.disclosure.isEmpty()) {
@@ -66,6 +80,23 @@ void KeyCell::paintContent(QPainter& painter, const QStyleOptionViewItem& option
     if (!where.duplicateSign.isEmpty()) {
         Glyph::paintWarning(painter, where.duplicateSign, signColor, groundColor(option));
     }
+}
+
+/// A mark behind the content: a tint that keeps the text readable, and a frame that stands out from
+/// both grounds.
+void KeyCell::paintMatch(QPainter& painter, const QStyleOptionViewItem& option) {
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    const QPalette& palette = option.palette;
+    QColor tint = palette.color(QPalette::Highlight);
+    const QColor frame = isSelected ? palette.color(QPalette::HighlightedText) : tint;
+    tint.setAlphaF(matchTint);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(frame);
+    painter.setBrush(isSelected ? QBrush(Qt::NoBrush) : QBrush(tint));
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(1.5, 1.5, -1.5, -1.5), matchRadius,
+                            matchRadius);
+    painter.restore();
 }
 
 QString KeyCell::tooltipAt(const QPoint& position, const QStyleOptionViewItem& option,

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <span>
+
+#include "app/model/NodeId.h"
+#include "app/model/NodeIdSet.h"
 #include "app/ui/OutlineCell.h"
 
 /// The key column: indentation, the disclosure control of a container, the key, and a sign where
@@ -17,6 +21,9 @@ public:
         QRect duplicateSign;
     };
 
+    /// The nodes whose cells are marked as matches of a search.
+    void setMatchIDs(std::span<const NodeId> ids);
+
     Parts parts(const QStyleOptionViewItem& option, const QModelIndex& index) const;
 
 protected:
@@ -24,4 +31,9 @@ protected:
                       const QModelIndex& index) const override;
     QString tooltipAt(const QPoint& position, const QStyleOptionViewItem& option,
                       const QModelIndex& index) const override;
+
+private:
+    static void paintMatch(QPainter& painter, const QStyleOptionViewItem& option);
+
+    NodeIdSet matchIDs_;
 };

@@ -124,6 +124,11 @@ void PlistTable::followOutline() {
     connect(state, &OutlineState::editingChanged, this, &PlistTable::followEditing);
 }
 
+void PlistTable::setMatchIDs(std::span<const NodeId> ids) {
+    keyCell_->setMatchIDs(ids);
+    viewport()->update();
+}
+
 void PlistTable::applyFont() {
     const int height = CellMetrics(font()).rowHeight();
     verticalHeader()->setMinimumSectionSize(height);

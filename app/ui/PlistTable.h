@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QTableView>
+#include <span>
 #include <vector>
 
 #include "app/model/DocumentActions.h"
@@ -21,6 +22,9 @@ public:
     ~PlistTable() override;
 
     OutlineTableModel& outlineModel() const noexcept { return *model_; }
+
+    /// The nodes that a search has found, which are marked.
+    void setMatchIDs(std::span<const NodeId> ids);
 
     /// Takes over what stands in an open text field, if it can be, and closes the field.
     void endEditing();

@@ -1,11 +1,11 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QTest>
-#include <QToolBar>
 #include <QToolButton>
 
 #include "app/model/PlistDocument.h"
 #include "app/model/PlistNode.h"
+#include "app/ui/DocumentToolBar.h"
 #include "app/ui/DocumentView.h"
 #include "app/ui/EmptyState.h"
 #include "app/ui/FormatPicker.h"

@@ -11,11 +11,11 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QToolBar>
 #include <QToolButton>
 #include <memory>
 
 #include "app/model/PlistNode.h"
+#include "app/ui/DocumentToolBar.h"
 #include "app/ui/DocumentView.h"
 #include "app/ui/DocumentWindow.h"
 #include "app/ui/PlistTable.h"

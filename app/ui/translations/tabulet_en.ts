@@ -12,6 +12,16 @@
     </message>
 </context>
 <context>
+    <name>MatchCount</name>
+    <message numerus="yes">
+        <source>%n match(es)</source>
+        <translation>
+            <numerusform>%n match</numerusform>
+            <numerusform>%n matches</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>RowText</name>
     <message numerus="yes">
         <source>%n item(s)</source>
