@@ -159,7 +159,7 @@ private Q_SLOTS:
         list.select({{0}});
         const PlistTransfer transfer = list.actions.copy();
         const QByteArray bytes = transfer.exported(Representation::nodes);
-        QVERIFY_EXCEPTION_THROWN(PlistTransfer::imported(Representation::nodes, bytes), PlistError);
+        QVERIFY_THROWS_EXCEPTION(PlistError, PlistTransfer::imported(Representation::nodes, bytes));
         list.actions.paste(
             PlistTransfer::imported(Representation::xml, transfer.exported(Representation::xml)));
         QCOMPARE(list.document.root().childCount(), 2);

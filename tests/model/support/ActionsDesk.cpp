@@ -20,7 +20,7 @@ ActionsDesk::ActionsDesk(const PlistValue& value) : actions(document, outline, &
     document.apply({value, PlistFormat::xml});
     outline.follow(document);
     bytesAtFirst = bytesOf(document);
-    countedRevision = document.revision();
+    history();
 }
 
 PlistNodePtr ActionsDesk::at(Path path) const {
