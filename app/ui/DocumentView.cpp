@@ -120,6 +120,10 @@ void DocumentView::updateEmptyState() {
     emptyState_->raise();
 }
 
+bool DocumentView::commitEditing() {
+    return table_->commitEditing();
+}
+
 void DocumentView::endEditing() {
     table_->endEditing();
 }

@@ -34,8 +34,12 @@ public:
     /// What menu commands act through.
     DocumentActions actions() noexcept { return {document_, outline_, undoManager_.data()}; }
 
-    /// Takes over what stands in an open text field, if it can be, and closes the field. Before
-    /// anything else is done to the document.
+    /// Applies the text of an open field and closes it. False if the text is refused; then the
+    /// field says why and stays open. Before the document is saved or closed.
+    bool commitEditing();
+
+    /// Applies the text of an open field, or drops it if it is refused, and closes the field.
+    /// Before anything else is done to the document.
     void endEditing();
 
     /// Expands everything, or says why that is too much.

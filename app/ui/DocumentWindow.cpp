@@ -130,7 +130,7 @@ void DocumentWindow::explainOpenFailure(const FileError& error) {
 // --- Saving ---
 
 void DocumentWindow::save() {
-    if (controller_.activity() != DocumentController::Activity::idle) {
+    if (controller_.activity() != DocumentController::Activity::idle || !view_->commitEditing()) {
         return;
     }
     if (controller_.path().isEmpty()) {
@@ -141,6 +141,9 @@ void DocumentWindow::save() {
 }
 
 void DocumentWindow::saveAs() {
+    if (!view_->commitEditing()) {
+        return;
+    }
     QFileDialog* dialog = FileDialogs::saving(*this, controller_.path(), controller_.name());
     connect(dialog, &QFileDialog::fileSelected, this,
             [this](const QString& path) { controller_.save(path); });
@@ -163,7 +166,10 @@ void DocumentWindow::explainSaveFailure(const FileError& error) {
 // --- Closing ---
 
 void DocumentWindow::closeEvent(QCloseEvent* event) {
-    if (controller_.activity() == DocumentController::Activity::writing) {
+    if (!closesUnasked_ && !view_->commitEditing()) {
+        event->ignore();
+        refuseClose();
+    } else if (controller_.activity() == DocumentController::Activity::writing) {
         closesWhenSaved_ = true;
         event->ignore();
     } else if (controller_.isModified() && !closesUnasked_) {

@@ -99,6 +99,15 @@ void KeyCell::paintMatch(QPainter& painter, const QStyleOptionViewItem& option) 
     painter.restore();
 }
 
+QRect KeyCell::textRect(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    // To the end of the cell, over the sign of a key that is there twice: it may get longer.
+    const QRect content = contentRect(option);
+    const QRect text = parts(option, index).text;
+    return option.direction == Qt::RightToLeft
+               ? QRect(QPoint(content.left(), text.top()), text.bottomRight())
+               : QRect(text.topLeft(), QPoint(content.right(), text.bottom()));
+}
+
 QString KeyCell::tooltipAt(const QPoint& position, const QStyleOptionViewItem& option,
                            const QModelIndex& index) const {
     if (parts(option, index).duplicateSign.contains(position)) {

@@ -29,6 +29,7 @@ public:
 protected:
     void paintContent(QPainter& painter, const QStyleOptionViewItem& option,
                       const QModelIndex& index) const override;
+    QRect textRect(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QString tooltipAt(const QPoint& position, const QStyleOptionViewItem& option,
                       const QModelIndex& index) const override;
 

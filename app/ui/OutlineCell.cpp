@@ -15,6 +15,12 @@
 
 namespace {
 
+/// How far the text of a field stands from its sides.
+constexpr int fieldMargin = 2;
+
+/// How many characters a field has room for at least.
+constexpr int fieldCharacters = 12;
+
 QPalette::ColorGroup colorGroup(const QStyleOptionViewItem& option) {
     if (!option.state.testFlag(QStyle::State_Enabled)) {
         return QPalette::Disabled;
@@ -91,6 +97,23 @@ QSize OutlineCell::sizeHint(const QStyleOptionViewItem& option, const QModelInde
     const QString text = index.data().toString();
     return {option.fontMetrics.horizontalAdvance(text) + 2 * metrics.padding(),
             metrics.rowHeight()};
+}
+
+void OutlineCell::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                                       const QModelIndex& index) const {
+    // The text keeps its place when it begins to be edited.
+    const QRect text = textRect(option, index).adjusted(-fieldMargin, 0, fieldMargin, 0);
+    // Deep down the rest of the cell may be too small for any field.
+    const int width =
+        std::min(option.rect.width(),
+                 std::max(text.width(), fieldCharacters * option.fontMetrics.averageCharWidth()));
+    const QRect field(text.right() + 1 - width, text.top(), width, text.height());
+    const QRect mirrored(text.left(), text.top(), width, text.height());
+    editor->setGeometry(option.direction == Qt::RightToLeft ? mirrored : field);
+}
+
+QRect OutlineCell::textRect(const QStyleOptionViewItem& option, const QModelIndex&) const {
+    return contentRect(option);
 }
 
 bool OutlineCell::helpEvent(QHelpEvent* event, QAbstractItemView* view,

@@ -18,6 +18,8 @@ public:
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const final;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const final;
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
 
@@ -31,6 +33,9 @@ protected:
     /// What to say about the point `position` of the cell: the model's tooltip by default.
     virtual QString tooltipAt(const QPoint& position, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const;
+
+    /// Where the text stands that can be edited: the whole content by default.
+    virtual QRect textRect(const QStyleOptionViewItem& option, const QModelIndex& index) const;
 
     const OutlineRow& row(const QModelIndex& index) const;
 

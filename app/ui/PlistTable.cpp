@@ -12,6 +12,7 @@
 
 #include "app/model/PlistNode.h"
 #include "app/ui/CellMetrics.h"
+#include "app/ui/InlineEditing.h"
 #include "app/ui/KeyCell.h"
 #include "app/ui/OutlineHeader.h"
 #include "app/ui/OutlineTableModel.h"
@@ -77,6 +78,8 @@ PlistTable::PlistTable(const DocumentActions& actions, QWidget* parent)
     followOutline();
     setHorizontalHeader(header_);
     setUpModel();
+    // After the table, which knows the rows by then.
+    editing_ = new InlineEditing(*this, actions);
     setUpAppearance();
 }
 
@@ -120,8 +123,6 @@ void PlistTable::followOutline() {
     connect(state, &OutlineState::rowsAboutToBeReset, this, [this] { isChangingRows_ = true; });
     connect(state, &OutlineState::rowsChanged, this, &PlistTable::restoreSight);
     connect(state, &OutlineState::selectionChanged, this, &PlistTable::takeSelectionFromOutline);
-    connect(state, &OutlineState::rowsChanged, this, &PlistTable::closeLostField);
-    connect(state, &OutlineState::editingChanged, this, &PlistTable::followEditing);
 }
 
 void PlistTable::setMatchIDs(std::span<const NodeId> ids) {
@@ -155,6 +156,9 @@ void PlistTable::focusInEvent(QFocusEvent* event) {
 void PlistTable::updateGeometries() {
     QTableView::updateGeometries();
     header_->fill(viewport()->width());
+    if (editing_ != nullptr) {
+        editing_->place();
+    }
 }
 
 // --- Keys and pointer ---
@@ -256,21 +260,19 @@ void PlistTable::toggle(int row, OutlineState::Reach reach) {
 
 // --- Editing ---
 
-void PlistTable::followEditing() {
-    if (!outline().editing()) {
-        setFocus();
-    }
-}
-
-void PlistTable::closeLostField() {
-    const std::optional<OutlineState::EditingField>& field = outline().editing();
-    if (field && !outline().rowForId(field->nodeId)) {
-        outline().setEditing(std::nullopt);
-    }
+bool PlistTable::commitEditing() {
+    return editing_->commit();
 }
 
 void PlistTable::endEditing() {
-    outline().setEditing(std::nullopt);
+    editing_->end();
+}
+
+void PlistTable::placeEditor(QWidget& editor, const QModelIndex& index) const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    itemDelegateForIndex(index)->updateEditorGeometry(&editor, option, index);
 }
 
 // --- Selection ---

@@ -7,6 +7,7 @@
 #include "app/model/DocumentActions.h"
 #include "app/model/PlistNodePtr.h"
 
+class InlineEditing;
 class KeyCell;
 class OutlineHeader;
 class OutlineTableModel;
@@ -26,8 +27,15 @@ public:
     /// The nodes that a search has found, which are marked.
     void setMatchIDs(std::span<const NodeId> ids);
 
-    /// Takes over what stands in an open text field, if it can be, and closes the field.
+    /// Applies the text of an open field and closes it. False if the text is refused; then the
+    /// field says why and stays open.
+    bool commitEditing();
+
+    /// Applies the text of an open field, or drops it if it is refused, and closes the field.
     void endEditing();
+
+    /// Puts the editor of a cell in its place.
+    void placeEditor(QWidget& editor, const QModelIndex& index) const;
 
 Q_SIGNALS:
     /// An expansion was refused because of its size.
@@ -58,8 +66,6 @@ private:
     bool handleKey(const QKeyEvent& event);
     void expandSelected(OutlineState::Reach reach);
     void editAt(const QPoint& position);
-    void followEditing();
-    void closeLostField();
     bool toggleAt(const QPoint& position, Qt::KeyboardModifiers modifiers);
     void toggle(int row, OutlineState::Reach reach);
 
@@ -75,6 +81,7 @@ private:
     OutlineTableModel* model_ = nullptr;
     OutlineHeader* header_;
     KeyCell* keyCell_ = nullptr;
+    InlineEditing* editing_ = nullptr;
     std::vector<SeenRow> sight_;
     bool isChangingRows_ = false;
     bool isSharingSelection_ = false;
