@@ -12,6 +12,7 @@
 #include "app/desktop/BackgroundTask.h"
 #include "app/model/PlistDocumentReader.h"
 #include "app/model/PlistDocumentWriter.h"
+#include "app/model/PlistEditor.h"
 #include "app/model/PlistNode.h"
 
 namespace {
@@ -68,15 +69,29 @@ bool DocumentController::isPristine() const noexcept {
 
 void DocumentController::open(const QString& path) {
     const QString file = absolutePath(path);
-    begin(Activity::reading, file);
+    beginReading(
+        file, [this, file](const PlistFile& content) { finishReading(file, content); },
+        &DocumentController::openFailed);
+}
+
+void DocumentController::revert() {
+    beginReading(
+        path_, [this](const PlistFile& content) { finishReverting(content); },
+        &DocumentController::revertFailed);
+}
+
+void DocumentController::beginReading(const QString& path,
+                                      std::function<void(const PlistFile&)> finish,
+                                      void (DocumentController::*failed)(const FileError&)) {
+    begin(Activity::reading, path);
     BackgroundTask::run(
-        *this, [file] { return read(file); },
-        [this, file](const ReadResult& result) {
+        *this, [path] { return read(path); },
+        [this, finish = std::move(finish), failed](const ReadResult& result) {
             setActivity(Activity::idle);
             if (const auto* error = std::get_if<FileError>(&result)) {
-                Q_EMIT openFailed(*error);
+                Q_EMIT(this->*failed)(*error);
             } else {
-                finishReading(file, std::get<PlistFile>(result));
+                finish(std::get<PlistFile>(result));
             }
         });
 }
@@ -108,6 +123,13 @@ void DocumentController::finishReading(const QString& path, const PlistFile& fil
     undoManager_.clear();
     undoManager_.setSavedState(undoManager_.state());
     Q_EMIT opened();
+}
+
+void DocumentController::finishReverting(const PlistFile& file) {
+    const PlistEditor editor(document_, &undoManager_);
+    editor.replaceContent(file, tr("Revert to Saved"));
+    undoManager_.setSavedState(undoManager_.state());
+    Q_EMIT reverted();
 }
 
 void DocumentController::finishWriting(const QString& path, UndoManager::State state) {

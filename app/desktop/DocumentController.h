@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QString>
 #include <cstdint>
+#include <functional>
 
 #include "app/model/FileError.h"
 #include "app/model/PlistDocument.h"
@@ -52,6 +53,11 @@ public:
     /// `opened` or `openFailed`; after a failure the document is as it was. Only while idle.
     void open(const QString& path);
 
+    /// Begins to read the file of the document again and to make it the content, as one step that
+    /// can be undone. Ends with `reverted` or `revertFailed`; after a failure the document is as
+    /// it was. Only while idle, and for a document that has a file.
+    void revert();
+
     /// Begins to write the document as it is now to `path`, in its format, and makes that its
     /// file. Ends with `saved` or `saveFailed`; after a failure the document keeps its file. Edits
     /// made while it is being written are not saved by it. Only while idle.
@@ -59,6 +65,8 @@ public:
 
 Q_SIGNALS:
     void opened();
+    void reverted();
+    void revertFailed(const FileError& error);
     void openFailed(const FileError& error);
     void saved();
     void saveFailed(const FileError& error);
@@ -69,7 +77,10 @@ Q_SIGNALS:
 
 private:
     void begin(Activity activity, const QString& path);
+    void beginReading(const QString& path, std::function<void(const PlistFile&)> finish,
+                      void (DocumentController::*failed)(const FileError&));
     void finishReading(const QString& path, const PlistFile& file);
+    void finishReverting(const PlistFile& file);
     void finishWriting(const QString& path, UndoManager::State state);
     void setActivity(Activity activity);
     void setPath(const QString& path);

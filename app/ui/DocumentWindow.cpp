@@ -14,9 +14,11 @@
 #include "app/ui/EditorMenu.h"
 #include "app/ui/FileDialogs.h"
 #include "app/ui/FileMenu.h"
+#include "app/ui/HelpMenu.h"
 #include "app/ui/MessageDialog.h"
 #include "app/ui/PlistTable.h"
 #include "app/ui/ProgressPage.h"
+#include "app/ui/WindowMenu.h"
 
 namespace {
 
@@ -43,6 +45,7 @@ DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
     resize(defaultSize);
     followController();
     updateTitle();
+    updateFileMenu();
     showDocument();
 }
 
@@ -59,19 +62,28 @@ void DocumentWindow::makeMenus() {
     connect(fileMenu_, &FileMenu::closeChosen, this, &QWidget::close);
     connect(fileMenu_, &FileMenu::saveChosen, this, &DocumentWindow::save);
     connect(fileMenu_, &FileMenu::saveAsChosen, this, &DocumentWindow::saveAs);
+    connect(fileMenu_, &FileMenu::recentChosen, this, &DocumentWindow::recentChosen);
+    connect(fileMenu_, &FileMenu::revertChosen, this, &DocumentWindow::revert);
     connect(fileMenu_, &FileMenu::quitChosen, this, &DocumentWindow::quitChosen);
     menuBar()->addMenu(new EditMenu(*view_, controller_.undoManager(), this));
     menuBar()->addMenu(new EditorMenu(*view_, this));
+    menuBar()->addMenu(new WindowMenu(
+        [this] { return allWindows_ ? allWindows_() : QList<QWidget*>{this}; }, this));
+    menuBar()->addMenu(new HelpMenu(this));
 }
 
 void DocumentWindow::followController() {
     connect(&controller_, &DocumentController::pathChanged, this, &DocumentWindow::updateTitle);
-    connect(&controller_, &DocumentController::modifiedChanged, this,
-            [this] { setWindowModified(controller_.isModified()); });
+    connect(&controller_, &DocumentController::modifiedChanged, this, [this] {
+        setWindowModified(controller_.isModified());
+        updateFileMenu();
+    });
     connect(&controller_, &DocumentController::activityChanged, this,
-            &DocumentWindow::updateActivity);
+            &DocumentWindow::updateFileMenu);
     connect(&controller_, &DocumentController::opened, this, &DocumentWindow::showDocument);
     connect(&controller_, &DocumentController::saved, this, &DocumentWindow::handleSaved);
+    connect(&controller_, &DocumentController::revertFailed, this,
+            [this](const FileError& error) { MessageDialog::show(*this, error); });
     connect(&controller_, &DocumentController::saveFailed, this,
             &DocumentWindow::explainSaveFailure);
     connect(progress_, &ProgressPage::cancelled, this, &QWidget::close);
@@ -82,8 +94,11 @@ void DocumentWindow::updateTitle() {
     setWindowFilePath(controller_.path());
 }
 
-void DocumentWindow::updateActivity() {
-    fileMenu_->setSavingEnabled(controller_.activity() == DocumentController::Activity::idle);
+void DocumentWindow::updateFileMenu() {
+    const bool isIdle = controller_.activity() == DocumentController::Activity::idle;
+    fileMenu_->setSavingEnabled(isIdle);
+    fileMenu_->setRevertEnabled(isIdle && controller_.isModified() &&
+                                !controller_.path().isEmpty());
 }
 
 // --- Opening ---
@@ -161,6 +176,13 @@ void DocumentWindow::handleSaved() {
 void DocumentWindow::explainSaveFailure(const FileError& error) {
     refuseClose();
     MessageDialog::show(*this, error);
+}
+
+void DocumentWindow::revert() {
+    if (controller_.activity() == DocumentController::Activity::idle) {
+        view_->endEditing();
+        controller_.revert();
+    }
 }
 
 // --- Closing ---

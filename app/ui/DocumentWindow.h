@@ -2,6 +2,8 @@
 
 #include <QMainWindow>
 #include <QStringList>
+#include <functional>
+#include <utility>
 
 #include "app/desktop/DocumentController.h"
 
@@ -38,9 +40,18 @@ public:
     void save();
     void saveAs();
 
+    /// Goes back to what the file holds; can be undone.
+    void revert();
+
+    /// What the Window menu lists; this window alone without it.
+    void setWindowList(std::function<QList<QWidget*>()> windows) {
+        allWindows_ = std::move(windows);
+    }
+
 Q_SIGNALS:
     void newChosen();
     void openChosen();
+    void recentChosen(const QString& path);
     void quitChosen();
 
     /// The user wants to keep the window after all.
@@ -57,7 +68,7 @@ private:
     void makeMenus();
     void followController();
     void updateTitle();
-    void updateActivity();
+    void updateFileMenu();
     void showDocument();
     void askToSave();
     void handleSaved();
@@ -69,6 +80,7 @@ private:
     ProgressPage* progress_;
     DocumentView* view_;
     FileMenu* fileMenu_ = nullptr;
+    std::function<QList<QWidget*>()> allWindows_;
     bool closesWhenSaved_ = false;
     bool closesUnasked_ = false;
     bool isAsking_ = false;

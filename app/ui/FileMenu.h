@@ -14,12 +14,17 @@ public:
     /// Whether Save and Save As can be chosen.
     void setSavingEnabled(bool isEnabled);
 
+    /// Whether there is anything to go back to.
+    void setRevertEnabled(bool isEnabled);
+
 Q_SIGNALS:
     void newChosen();
     void openChosen();
+    void recentChosen(const QString& path);
     void closeChosen();
     void saveChosen();
     void saveAsChosen();
+    void revertChosen();
     void quitChosen();
 
 private:
@@ -28,4 +33,5 @@ private:
 
     QAction* save_;
     QAction* saveAs_;
+    QAction* revert_;
 };

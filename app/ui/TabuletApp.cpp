@@ -7,6 +7,7 @@
 #include <QTranslator>
 #include <algorithm>
 
+#include "app/desktop/RecentDocuments.h"
 #include "app/ui/DocumentWindow.h"
 #include "app/ui/FileDialogs.h"
 
@@ -90,11 +91,16 @@ DocumentWindow* TabuletApp::makeWindow() {
     windows_ += window;
     connect(window, &DocumentWindow::newChosen, this, &TabuletApp::newDocument);
     connect(window, &DocumentWindow::openChosen, this, [this, window] { askForFiles(*window); });
+    connect(window, &DocumentWindow::recentChosen, this, &TabuletApp::openOne);
     connect(window, &DocumentWindow::quitChosen, this, &TabuletApp::quit);
     connect(window, &DocumentWindow::closeRefused, this, [this] { isQuitting_ = false; });
     connect(window, &QObject::destroyed, this, &TabuletApp::forget);
     connect(&window->controller(), &DocumentController::openFailed, window,
             &DocumentWindow::explainOpenFailure);
+    const auto remember = [window] { RecentDocuments::add(window->controller().path()); };
+    connect(&window->controller(), &DocumentController::opened, window, remember);
+    connect(&window->controller(), &DocumentController::saved, window, remember);
+    window->setWindowList([this] { return QList<QWidget*>(windows_.begin(), windows_.end()); });
     return window;
 }
 
@@ -117,8 +123,8 @@ DocumentWindow* TabuletApp::pristineWindow() const {
 
 void TabuletApp::askForFiles(DocumentWindow& window) const {
     const QString& path = window.controller().path();
-    QFileDialog* dialog =
-        FileDialogs::opening(window, path.isEmpty() ? QString() : QFileInfo(path).absolutePath());
+    QFileDialog* dialog = FileDialogs::opening(
+        window, path.isEmpty() ? RecentDocuments::lastFolder() : QFileInfo(path).absolutePath());
     connect(dialog, &QFileDialog::filesSelected, this, &TabuletApp::open);
     dialog->open();
 }

@@ -59,11 +59,56 @@ private Q_SLOTS:
     void hasAFileMenu() {
         const QAction* menu = window_->menuBar()->actions().first();
         QCOMPARE(menu->text().remove(u'&'), QStringLiteral("File"));
-        QCOMPARE(
-            MenuTools::titlesOf(*menu->menu()),
-            (QStringList{QStringLiteral("New"), QStringLiteral("Open…"), QStringLiteral("-"),
-                         QStringLiteral("Close"), QStringLiteral("Save"),
-                         QStringLiteral("Save As…"), QStringLiteral("-"), QStringLiteral("Quit")}));
+        QCOMPARE(MenuTools::titlesOf(*menu->menu()),
+                 (QStringList{QStringLiteral("New"), QStringLiteral("Open…"),
+                              QStringLiteral("Open Recent"), QStringLiteral("-"),
+                              QStringLiteral("Close"), QStringLiteral("Save"),
+                              QStringLiteral("Save As…"), QStringLiteral("Revert to Saved"),
+                              QStringLiteral("-"), QStringLiteral("Quit")}));
+    }
+
+    void hasTheUsualMenus() {
+        QStringList titles;
+        for (const QAction* menu : window_->menuBar()->actions()) {
+            titles += menu->text().remove(u'&');
+        }
+        QCOMPARE(titles.join(u' '), QStringLiteral("File Edit Editor Window Help"));
+    }
+
+    void revertsToWhatTheFileHolds() {
+        const QString path = folder_->filePath(QStringLiteral("a.plist"));
+        Samples::writeFile(path, Samples::bytes(Samples::numbers(2), PlistFormat::xml));
+        QAction* revert = MenuTools::itemOf(*window_, "Revert to Saved");
+        QVERIFY(!revert->isEnabled());
+        QSignalSpy opened(&window_->controller(), &DocumentController::opened);
+        window_->open(path);
+        QVERIFY(opened.wait());
+        QVERIFY(!revert->isEnabled());
+        window_->view().actions().addItem();
+        QVERIFY(revert->isEnabled());
+
+        QSignalSpy reverted(&window_->controller(), &DocumentController::reverted);
+        revert->trigger();
+        QVERIFY(reverted.wait());
+        PlistDocument& document = window_->controller().document();
+        QCOMPARE(document.root().childCount(), 2);
+        QVERIFY(!window_->isWindowModified());
+        QVERIFY(!revert->isEnabled());
+        QAction* undo = MenuTools::itemOf(*window_, "Undo Revert to Saved");
+        QVERIFY(undo != nullptr);
+        undo->trigger();
+        QCOMPARE(document.root().childCount(), 3);
+        QVERIFY(window_->isWindowModified());
+
+        // A file that cannot be read any more changes nothing.
+        Samples::writeFile(path, "<plist>");
+        revert->trigger();
+        QTRY_VERIFY(messageOf(*window_) != nullptr);
+        QCOMPARE(messageOf(*window_)->text(),
+                 QStringLiteral("The file “a.plist” is not a readable property list."));
+        QCOMPARE(document.root().childCount(), 3);
+        messageOf(*window_)->close();
+        QVERIFY(window_->isVisible());
     }
 
     void hasTheUsualKeys_data() {

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QList>
+#include <QMenu>
+#include <functional>
+
+/// The menu of all windows of the application, of which it brings the chosen one up.
+class WindowMenu : public QMenu {
+    Q_OBJECT
+
+public:
+    /// `windows` is asked whenever the menu is shown.
+    WindowMenu(std::function<QList<QWidget*>()> windows, QWidget* parent);
+
+private:
+    void fill();
+
+    std::function<QList<QWidget*>()> windows_;
+};
