@@ -1,15 +1,35 @@
 #include "app/ui/EditMenu.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QIcon>
 
 #include "app/model/UndoManager.h"
 #include "app/ui/DocumentView.h"
+#include "app/ui/ItemClipboard.h"
+
+namespace {
+
+/// The text field that has the keyboard, of whatever kind; null if something else has it.
+QWidget* textFieldWithFocus() {
+    QWidget* widget = QApplication::focusWidget();
+    return widget != nullptr && widget->metaObject()->indexOfSlot("paste()") >= 0 ? widget
+                                                                                  : nullptr;
+}
+
+/// Has the text field with the keyboard do what it calls `command`; false if there is none.
+bool passToTextField(const char* command) {
+    QWidget* field = textFieldWithFocus();
+    return field != nullptr && QMetaObject::invokeMethod(field, command);
+}
+
+}  // namespace
 
 EditMenu::EditMenu(DocumentView& view, UndoManager& undoManager, QWidget* parent)
     : QMenu(tr("&Edit"), parent) {
     addHistory(view, undoManager);
     addSeparator();
+    addClipboard(view);
     addSelection(view);
     addSeparator();
     addSearch(view);
@@ -38,6 +58,37 @@ void EditMenu::updateHistory(const UndoManager& undoManager) {
     redo_->setEnabled(undoManager.canRedo());
 }
 
+void EditMenu::addClipboard(DocumentView& view) {
+    QAction* cut = add(tr("Cu&t"), Qt::CTRL | Qt::Key_X, "edit-cut");
+    QAction* copy = add(tr("&Copy"), Qt::CTRL | Qt::Key_C, "edit-copy");
+    QAction* paste = add(tr("&Paste"), Qt::CTRL | Qt::Key_V, "edit-paste");
+    connect(cut, &QAction::triggered, &view, [&view] {
+        if (!passToTextField("cut")) {
+            ItemClipboard::cut(view.actions());
+        }
+    });
+    connect(copy, &QAction::triggered, &view, [&view] {
+        if (!passToTextField("copy")) {
+            ItemClipboard::copy(view.actions());
+        }
+    });
+    connect(paste, &QAction::triggered, &view, [&view] {
+        if (!passToTextField("paste")) {
+            ItemClipboard::paste(view.actions(), *view.window());
+        }
+    });
+    connect(this, &QMenu::aboutToShow, &view, [cut, copy, paste, &view] {
+        const bool isText = textFieldWithFocus() != nullptr;
+        const bool hasItems = isText || view.actions().hasSelectedTopLevelNodes();
+        cut->setEnabled(hasItems);
+        copy->setEnabled(hasItems);
+        paste->setEnabled(isText || ItemClipboard::canPaste(view.actions()));
+    });
+    for (QAction* item : {cut, copy, paste}) {
+        connect(this, &QMenu::aboutToHide, item, [item] { item->setEnabled(true); });
+    }
+}
+
 void EditMenu::addSelection(DocumentView& view) {
     // The table itself takes the key, which in a text field deletes characters.
     delete_ = add(tr("&Delete"), {}, "edit-delete");
@@ -46,7 +97,11 @@ void EditMenu::addSelection(DocumentView& view) {
         view.endEditing();
         view.actions().deleteSelected();
     });
-    connect(selectAll, &QAction::triggered, &view, [&view] { view.actions().selectAll(); });
+    connect(selectAll, &QAction::triggered, &view, [&view] {
+        if (!passToTextField("selectAll")) {
+            view.actions().selectAll();
+        }
+    });
     connect(this, &QMenu::aboutToShow, &view,
             [this, &view] { delete_->setEnabled(view.actions().hasSelectedTopLevelNodes()); });
 }

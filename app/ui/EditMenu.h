@@ -18,6 +18,7 @@ public:
 private:
     QAction* add(const QString& title, const QKeySequence& key, const char* icon);
     void addHistory(DocumentView& view, UndoManager& undoManager);
+    void addClipboard(DocumentView& view);
     void addSelection(DocumentView& view);
     void addSearch(DocumentView& view);
     void updateHistory(const UndoManager& undoManager);

@@ -1,5 +1,6 @@
 #include "app/ui/PlistTable.h"
 
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QItemSelection>
 #include <QKeyEvent>
@@ -16,6 +17,7 @@
 #include "app/ui/KeyCell.h"
 #include "app/ui/OutlineHeader.h"
 #include "app/ui/OutlineTableModel.h"
+#include "app/ui/RowMenu.h"
 #include "app/ui/TypeCell.h"
 #include "app/ui/ValueCell.h"
 
@@ -176,6 +178,7 @@ bool PlistTable::handleKey(const QKeyEvent& event) {
     switch (event.key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
+        case Qt::Key_F2:
             actions_.beginEditing(OutlineState::Column::key);
             return true;
         case Qt::Key_Right:
@@ -200,6 +203,19 @@ void PlistTable::expandSelected(OutlineState::Reach reach) {
     if (actions_.expandSelected(reach) == OutlineState::ExpandResult::tooManyRows) {
         Q_EMIT expansionRefused();
     }
+}
+
+void PlistTable::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isByMouse = event->reason() == QContextMenuEvent::Mouse;
+    const QModelIndex index = isByMouse ? indexAt(event->pos()) : currentIndex();
+    if (index.isValid() && !selectionModel()->isRowSelected(index.row())) {
+        outline().select({model_->row(index.row()).nodeId()});
+    }
+    auto* menu = new RowMenu(actions_, this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    connect(menu, &RowMenu::expansionRefused, this, &PlistTable::expansionRefused);
+    const QPoint place = isByMouse ? event->pos() : visualRect(index).bottomLeft();
+    menu->popup(viewport()->mapToGlobal(place));
 }
 
 void PlistTable::mousePressEvent(QMouseEvent* event) {
