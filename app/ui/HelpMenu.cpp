@@ -28,6 +28,8 @@ QList<KeyHelp> keyHelp() {
     return {
         {pair(Qt::Key_Return, Qt::Key_F2), HelpMenu::tr("Edit the key of the selected item")},
         {nameOf(Qt::Key_Tab), HelpMenu::tr("From a key on to its value")},
+        {nameOf(Qt::Key_F4), HelpMenu::tr("Choose the type of the current item")},
+        {nameOf(Qt::Key_Space), HelpMenu::tr("Turn the current item to true or false")},
         {nameOf(Qt::Key_Escape), HelpMenu::tr("End an edit without changing anything")},
         {pair(Qt::Key_Right, Qt::Key_Left), HelpMenu::tr("Expand or collapse the selected items")},
         {pair(static_cast<int>(Qt::ALT) | Qt::Key_Right, static_cast<int>(Qt::ALT) | Qt::Key_Left),

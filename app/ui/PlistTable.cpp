@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "app/model/PlistNode.h"
+#include "app/ui/CellControls.h"
 #include "app/ui/CellMetrics.h"
 #include "app/ui/InlineEditing.h"
 #include "app/ui/KeyCell.h"
@@ -74,7 +75,10 @@ std::optional<OutlineState::Column> editableColumn(const QModelIndex& index) {
 }  // namespace
 
 PlistTable::PlistTable(const DocumentActions& actions, QWidget* parent)
-    : QTableView(parent), actions_(actions), header_(new OutlineHeader(this)) {
+    : QTableView(parent),
+      actions_(actions),
+      header_(new OutlineHeader(this)),
+      controls_(new CellControls(*this, actions)) {
     // Before the model connects to the outline: what is in sight is remembered while the view has
     // not yet heard of a change.
     followOutline();
@@ -111,7 +115,8 @@ void PlistTable::setUpModel() {
     keyCell_ = new KeyCell(*model_, this);
     setItemDelegateForColumn(OutlineTableModel::keyColumn, keyCell_);
     setItemDelegateForColumn(OutlineTableModel::typeColumn, new TypeCell(*model_, this));
-    setItemDelegateForColumn(OutlineTableModel::valueColumn, new ValueCell(*model_, this));
+    valueCell_ = new ValueCell(*model_, this);
+    setItemDelegateForColumn(OutlineTableModel::valueColumn, valueCell_);
     setModel(model_);
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &PlistTable::giveSelectionToOutline);
@@ -187,6 +192,11 @@ bool PlistTable::handleKey(const QKeyEvent& event) {
         case Qt::Key_Left:
             actions_.collapseSelected(reachFor(event.modifiers()));
             return true;
+        case Qt::Key_Space:
+            return event.modifiers() == Qt::NoModifier && controls_->toggleCurrent();
+        case Qt::Key_F4:
+            controls_->chooseTypeOfCurrent();
+            return true;
         case Qt::Key_Backspace:
         case Qt::Key_Delete:
             if ((event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
@@ -221,8 +231,21 @@ void PlistTable::contextMenuEvent(QContextMenuEvent* event) {
 void PlistTable::mousePressEvent(QMouseEvent* event) {
     const bool isHandled = event->button() == Qt::LeftButton &&
                            toggleAt(event->position().toPoint(), event->modifiers());
+    pressed_ = QPersistentModelIndex();
     if (!isHandled) {
         QTableView::mousePressEvent(event);
+        pressed_ = indexAt(event->position().toPoint());
+    }
+}
+
+void PlistTable::mouseReleaseEvent(QMouseEvent* event) {
+    QTableView::mouseReleaseEvent(event);
+    const QPoint position = event->position().toPoint();
+    const bool isClick = event->button() == Qt::LeftButton &&
+                         event->modifiers() == Qt::NoModifier && pressed_.isValid() &&
+                         indexAt(position) == pressed_;
+    if (isClick) {
+        controls_->click(pressed_, position);
     }
 }
 
@@ -282,6 +305,13 @@ bool PlistTable::commitEditing() {
 
 void PlistTable::endEditing() {
     editing_->end();
+}
+
+QRect PlistTable::checkBoxRect(const QModelIndex& index) const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    return valueCell_->checkBoxRect(option, index);
 }
 
 void PlistTable::placeEditor(QWidget& editor, const QModelIndex& index) const {

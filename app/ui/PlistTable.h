@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPersistentModelIndex>
 #include <QTableView>
 #include <span>
 #include <vector>
@@ -8,9 +9,11 @@
 #include "app/model/PlistNodePtr.h"
 
 class InlineEditing;
+class CellControls;
 class KeyCell;
 class OutlineHeader;
 class OutlineTableModel;
+class ValueCell;
 
 /// The outline as a table of keys, types and values. It shows rows, passes on what the user does to
 /// the actions and to the outline, and changes no document itself.
@@ -23,6 +26,9 @@ public:
     ~PlistTable() override;
 
     OutlineTableModel& outlineModel() const noexcept { return *model_; }
+
+    /// Where the check box of a boolean stands in the viewport; empty for other cells.
+    QRect checkBoxRect(const QModelIndex& index) const;
 
     /// The nodes that a search has found, which are marked.
     void setMatchIDs(std::span<const NodeId> ids);
@@ -44,6 +50,7 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -82,6 +89,9 @@ private:
     OutlineTableModel* model_ = nullptr;
     OutlineHeader* header_;
     KeyCell* keyCell_ = nullptr;
+    ValueCell* valueCell_ = nullptr;
+    CellControls* controls_;
+    QPersistentModelIndex pressed_;
     InlineEditing* editing_ = nullptr;
     std::vector<SeenRow> sight_;
     bool isChangingRows_ = false;

@@ -2,7 +2,8 @@
 
 #include "app/ui/OutlineCell.h"
 
-/// The type column: the name of the type.
+/// The type column: the name of the type, with a sign that there is a choice in the row that the
+/// pointer or the selection is on.
 class TypeCell : public OutlineCell {
     Q_OBJECT
 

@@ -9,10 +9,8 @@
 
 namespace {
 
-/// Paints the box at the leading side of `rect` and gives what is left for the text.
-QRect paintCheckBox(QPainter& painter, const QStyleOptionViewItem& option, const QRect& rect,
-                    bool isChecked, const QColor& frame) {
-    const QStyle& style = *option.widget->style();
+void paintCheckBox(QPainter& painter, const QStyleOptionViewItem& option, const QRect& rect,
+                   bool isChecked, const QColor& frame) {
     QStyleOptionViewItem box = option;
     box.features |= QStyleOptionViewItem::HasCheckIndicator;
     box.state &= ~(QStyle::State_HasFocus | QStyle::State_On | QStyle::State_Off);
@@ -20,25 +18,40 @@ QRect paintCheckBox(QPainter& painter, const QStyleOptionViewItem& option, const
     // The plain style makes the frame of a box from this colour, darker by this factor. That of
     // windows would leave nothing to be seen in dark palettes.
     box.palette.setColor(QPalette::Window, frame.lighter(140));
-    const QSize size(style.pixelMetric(QStyle::PM_IndicatorWidth, &option, option.widget),
-                     style.pixelMetric(QStyle::PM_IndicatorHeight, &option, option.widget));
-    box.rect = QStyle::alignedRect(option.direction, Qt::AlignLeft | Qt::AlignVCenter, size, rect);
-    style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, &painter, option.widget);
+    box.rect = rect;
+    option.widget->style()->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, &painter,
+                                          option.widget);
+}
 
+/// What is left of `content` behind the box in it.
+QRect behind(const QRect& box, const QRect& content, const QStyleOptionViewItem& option) {
     const QRect rest =
-        rect.adjusted(size.width() + CellMetrics(option.font).spacing() + 2, 0, 0, 0);
-    return QStyle::visualRect(option.direction, rect, rest);
+        content.adjusted(box.width() + CellMetrics(option.font).spacing() + 2, 0, 0, 0);
+    return QStyle::visualRect(option.direction, content, rest);
 }
 
 }  // namespace
 
+QRect ValueCell::checkBoxRect(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    if (row(index).node().type() != PlistType::boolean) {
+        return {};
+    }
+    const QStyle& style = *option.widget->style();
+    const QSize size(style.pixelMetric(QStyle::PM_IndicatorWidth, &option, option.widget),
+                     style.pixelMetric(QStyle::PM_IndicatorHeight, &option, option.widget));
+    return QStyle::alignedRect(option.direction, Qt::AlignLeft | Qt::AlignVCenter, size,
+                               contentRect(option));
+}
+
 void ValueCell::paintContent(QPainter& painter, const QStyleOptionViewItem& option,
                              const QModelIndex& index) const {
     const OutlineRow& shown = row(index);
+    const QRect box = checkBoxRect(option, index);
     QRect rect = contentRect(option);
-    if (shown.node().type() == PlistType::boolean) {
-        rect = paintCheckBox(painter, option, rect, shown.node().scalar().booleanValue(),
-                             textColor(option, Tone::secondary));
+    if (!box.isEmpty()) {
+        paintCheckBox(painter, option, box, shown.node().scalar().booleanValue(),
+                      textColor(option, Tone::secondary));
+        rect = behind(box, rect, option);
     }
     paintText(painter, option, rect, RowText::value(shown),
               RowText::isValueSecondary(shown) ? Tone::secondary : Tone::primary);

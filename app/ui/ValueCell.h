@@ -10,6 +10,9 @@ class ValueCell : public OutlineCell {
 public:
     using OutlineCell::OutlineCell;
 
+    /// Where the check box of a boolean stands; empty for other rows.
+    QRect checkBoxRect(const QStyleOptionViewItem& option, const QModelIndex& index) const;
+
 protected:
     void paintContent(QPainter& painter, const QStyleOptionViewItem& option,
                       const QModelIndex& index) const override;

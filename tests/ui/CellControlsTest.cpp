@@ -1,0 +1,156 @@
+#include <QSignalSpy>
+#include <QTest>
+#include <memory>
+
+#include "PlistCore/PlistEntry.h"
+#include "app/model/PlistDocument.h"
+#include "app/model/PlistNode.h"
+#include "app/model/UndoManager.h"
+#include "app/ui/OutlineTableModel.h"
+#include "app/ui/PlistTable.h"
+#include "app/ui/TypeMenu.h"
+#include "tests/ui/support/MenuTools.h"
+#include "tests/ui/support/Samples.h"
+#include "tests/ui/support/UiTest.h"
+
+/// The menu of types and the check boxes, by mouse and by key.
+class CellControlsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        document_ = std::make_unique<PlistDocument>();
+        outline_ = std::make_unique<OutlineState>();
+        undoManager_ = std::make_unique<UndoManager>();
+        document_->apply({Samples::allTypes(), PlistFormat::xml});
+        outline_->follow(*document_);
+        table_ = std::make_unique<PlistTable>(
+            DocumentActions(*document_, *outline_, undoManager_.get()));
+        table_->resize(760, 400);
+        table_->show();
+        QVERIFY(QTest::qWaitForWindowActive(table_.get()));
+        table_->setFocus();
+    }
+
+    void cleanup() {
+        table_.reset();
+        outline_.reset();
+    }
+
+    void aClickOnATypeOffersTheOthers() {
+        click(rowOf("string"), OutlineTableModel::typeColumn);
+        TypeMenu* menu = openMenu();
+        QVERIFY(menu != nullptr);
+        QCOMPARE(menu->title(), QStringLiteral("Type"));
+        QCOMPARE(MenuTools::titlesOf(*menu).join(u' '),
+                 QStringLiteral("Dictionary Array String Integer Real Boolean Date Data"));
+        for (const QAction* item : menu->actions()) {
+            QCOMPARE(item->isChecked(), item->text() == QStringLiteral("String"));
+        }
+    }
+
+    void choosingATypeIsOneStep() {
+        click(rowOf("string"), OutlineTableModel::typeColumn);
+        openMenu()->actions().at(0)->trigger();
+        QCOMPARE(node("string").type(), PlistType::dictionary);
+        QCOMPARE(undoManager_->undoCount(), 1);
+        QCOMPARE(undoManager_->undoActionName(), QStringLiteral("Change Type"));
+        undoManager_->undo();
+        QCOMPARE(node("string").type(), PlistType::string);
+    }
+
+    void choosingTheSameTypeChangesNothing() {
+        click(rowOf("string"), OutlineTableModel::typeColumn);
+        openMenu()->actions().at(2)->trigger();
+        QCOMPARE(undoManager_->undoCount(), 0);
+    }
+
+    void referencesHaveNoChoice() {
+        click(rowOf("uid"), OutlineTableModel::typeColumn);
+        QVERIFY(openMenu() == nullptr);
+        QCOMPARE(table_->model()->index(rowOf("uid"), 1).data().toString(), QStringLiteral("UID"));
+    }
+
+    void aKeyOffersTheTypesOfTheCurrentRow() {
+        table_->setCurrentIndex(table_->model()->index(rowOf("integer"), 0));
+        QTest::keyClick(table_.get(), Qt::Key_F4);
+        TypeMenu* menu = openMenu();
+        QVERIFY(menu != nullptr);
+        QVERIFY(menu->actions().at(3)->isChecked());
+        // Return chooses what the keys have gone to.
+        QTest::keyClick(menu, Qt::Key_Down);
+        QTest::keyClick(menu, Qt::Key_Return);
+        QCOMPARE(node("integer").type(), PlistType::real);
+    }
+
+    void aClickWithAModifierOnlySelects() {
+        QTest::mouseClick(table_->viewport(), Qt::LeftButton, Qt::ControlModifier,
+                          cell(rowOf("string"), OutlineTableModel::typeColumn).center());
+        QVERIFY(openMenu() == nullptr);
+        QCOMPARE(outline_->selection(), NodeIdSet{node("string").id()});
+    }
+
+    void aClickOnTheBoxToggles() {
+        const bool before = node("boolean").scalar().booleanValue();
+        const QModelIndex index =
+            table_->model()->index(rowOf("boolean"), OutlineTableModel::valueColumn);
+        const QPoint box = table_->checkBoxRect(index).center();
+        QTest::mouseClick(table_->viewport(), Qt::LeftButton, Qt::NoModifier, box);
+        QCOMPARE(node("boolean").scalar().booleanValue(), !before);
+        QCOMPARE(index.data().toString(),
+                 before ? QStringLiteral("false") : QStringLiteral("true"));
+        QCOMPARE(undoManager_->undoActionName(), QStringLiteral("Change Value"));
+        undoManager_->undo();
+        QCOMPARE(node("boolean").scalar().booleanValue(), before);
+        // Beside the box nothing happens.
+        QTest::mouseClick(table_->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          cell(rowOf("boolean"), OutlineTableModel::valueColumn).center());
+        QCOMPARE(undoManager_->undoCount(), 0);
+    }
+
+    void theSpaceBarTogglesTheCurrentRow() {
+        const bool before = node("boolean").scalar().booleanValue();
+        table_->setCurrentIndex(table_->model()->index(rowOf("boolean"), 0));
+        QTest::keyClick(table_.get(), Qt::Key_Space);
+        QCOMPARE(node("boolean").scalar().booleanValue(), !before);
+        table_->setCurrentIndex(table_->model()->index(rowOf("string"), 0));
+        QTest::keyClick(table_.get(), Qt::Key_Space);
+        QCOMPARE(undoManager_->undoCount(), 1);
+    }
+
+    void onlyBooleansHaveABox() {
+        for (int row = 0; row < table_->model()->rowCount(); ++row) {
+            const QModelIndex index = table_->model()->index(row, OutlineTableModel::valueColumn);
+            QCOMPARE(table_->checkBoxRect(index).isEmpty(), row != rowOf("boolean"));
+        }
+    }
+
+private:
+    int rowOf(const char* key) const {
+        for (int row = 0; row < table_->model()->rowCount(); ++row) {
+            if (table_->model()->index(row, 0).data().toString() == QString::fromUtf8(key)) {
+                return row;
+            }
+        }
+        return -1;
+    }
+    PlistNode& node(const char* key) const { return table_->outlineModel().row(rowOf(key)).node(); }
+    QRect cell(int row, int column) const {
+        return table_->visualRect(table_->model()->index(row, column));
+    }
+    void click(int row, int column) const {
+        QTest::mouseClick(table_->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          cell(row, column).center());
+    }
+    TypeMenu* openMenu() const { return table_->findChild<TypeMenu*>(); }
+
+    std::unique_ptr<PlistDocument> document_;
+    std::unique_ptr<OutlineState> outline_;
+    std::unique_ptr<UndoManager> undoManager_;
+    std::unique_ptr<PlistTable> table_;
+};
+
+int main(int argc, char** argv) {
+    return runUiTest<CellControlsTest>(argc, argv);
+}
+#include "CellControlsTest.moc"
