@@ -283,6 +283,11 @@ void PlistEditor::takeOut(const std::vector<Places>& places) const {
 void PlistEditor::putBack(const std::vector<Places>& places) const {
     const EditGroup group(*document_, undoManager_);
     for (const Places& place : places) {
+        const auto first = static_cast<qint64>(place.positions.front());
+        if (place.positions.back() - place.positions.front() + 1 == place.positions.size()) {
+            place.parent->insertChildren(place.nodes, first);
+            continue;
+        }
         // Merged into one list: inserting one by one would move all that follow each time.
         const std::span<const PlistNodePtr> rest = place.parent->children();
         std::vector<PlistNodePtr> merged;

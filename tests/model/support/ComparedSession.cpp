@@ -59,6 +59,8 @@ ComparedSession::ComparedSession(const Setup& setup)
         ++treeChanges_;
         outline_.rebuild(document_.root());
     });
+    actions_ = std::make_unique<ComparedActions>(DocumentActions(document_, outline_, undo_.get()),
+                                                 reference_, *referenceOutline_, comparison_);
     compare();
 }
 
@@ -96,8 +98,19 @@ void ComparedSession::run(const RandomOperation& operation) {
         case Kind::reveal:
         case Kind::filter:
             return changeOutline(operation);
-        default:
+        case Kind::rename:
+        case Kind::changeValue:
+        case Kind::changeType:
+        case Kind::changeFormat:
+        case Kind::add:
+        case Kind::remove:
+        case Kind::move:
+        case Kind::sortKeys:
+        case Kind::replaceContent:
             return edit(operation);
+        default:
+            // They go by the rows, which a group leaves behind until it ends.
+            describe(isGroupOpen_ ? QStringLiteral("nothing") : actions_->perform(operation));
     }
 }
 
@@ -410,15 +423,8 @@ QString ComparedSession::textOf(const std::vector<Known>& items) {
 
 // --- Comparing ---
 
-void ComparedSession::rebuildReference() {
-    if (rebuiltAfter_ != reference_.treeChanges()) {
-        rebuiltAfter_ = reference_.treeChanges();
-        referenceOutline_->rebuild(reference_.root());
-    }
-}
-
 void ComparedSession::compare() {
-    rebuildReference();
+    referenceOutline_->follow(reference_.root(), reference_.treeChanges());
     comparison_.compareDocuments(document_, reference_);
     require(treeChanges_ == reference_.treeChanges(), "another number of changes of the tree");
     if (isGroupOpen_) {

@@ -12,6 +12,7 @@
 #include "app/model/PlistDocument.h"
 #include "app/model/PlistEditor.h"
 #include "app/model/UndoManager.h"
+#include "tests/model/support/ComparedActions.h"
 #include "tests/model/support/ModelComparison.h"
 #include "tests/model/support/RandomOperations.h"
 #include "tests/model/support/ReferenceDocument.h"
@@ -70,7 +71,6 @@ private:
     static QString textOf(const Known& item);
     static QString textOf(const std::vector<Known>& items);
 
-    void rebuildReference();
     void compare();
     void require(bool holds, const char* what) { comparison_.require(holds, what); }
 
@@ -84,8 +84,8 @@ private:
 
     ReferenceDocument reference_;
     std::unique_ptr<ReferenceOutline> referenceOutline_;
+    std::unique_ptr<ComparedActions> actions_;
     int takenReferenceState_ = 0;
-    int rebuiltAfter_ = 0;  ///< the number of changes that `referenceOutline_` knows
 
     bool isGroupOpen_ = false;
     QString description_;

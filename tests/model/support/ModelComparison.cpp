@@ -97,6 +97,13 @@ void ModelComparison::compareSelection(const OutlineState& outline,
         const std::optional<Name> name = nameOf(id);
         require(name && reference.selection().contains(*name), "another node is selected");
     }
+    const std::optional<OutlineState::EditingField>& field = outline.editing();
+    require(field.has_value() == reference.editing().has_value() &&
+                (!field ||
+                 ReferenceOutline::Field{.item = nameOf(field->nodeId).value_or(0),
+                                         .isKey = field->column == OutlineState::Column::key} ==
+                     reference.editing()),
+            "another field is being edited");
     for (const Known& item : known_) {
         require(outline.isExpanded(item.node->id()) == reference.isExpanded(item.item->name),
                 "another node is expanded");

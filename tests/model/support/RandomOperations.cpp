@@ -13,14 +13,25 @@ struct Weight {
 };
 
 constexpr Weight weights[] = {
-    {Kind::rename, 10},      {Kind::changeValue, 8},  {Kind::changeType, 8},
-    {Kind::changeFormat, 2}, {Kind::add, 20},         {Kind::remove, 6},
-    {Kind::move, 12},        {Kind::sortKeys, 4},     {Kind::replaceContent, 1},
-    {Kind::undo, 10},        {Kind::redo, 8},         {Kind::undoAll, 1},
-    {Kind::redoAll, 1},      {Kind::clearHistory, 1}, {Kind::takeSnapshot, 2},
-    {Kind::saveSnapshot, 2}, {Kind::beginGroup, 2},   {Kind::endGroup, 4},
-    {Kind::select, 6},       {Kind::expand, 6},       {Kind::collapse, 4},
-    {Kind::reveal, 2},       {Kind::filter, 3},
+    {Kind::rename, 10},        {Kind::changeValue, 8},
+    {Kind::changeType, 8},     {Kind::changeFormat, 2},
+    {Kind::add, 20},           {Kind::remove, 6},
+    {Kind::move, 12},          {Kind::sortKeys, 4},
+    {Kind::replaceContent, 1}, {Kind::undo, 10},
+    {Kind::redo, 8},           {Kind::undoAll, 1},
+    {Kind::redoAll, 1},        {Kind::clearHistory, 1},
+    {Kind::takeSnapshot, 2},   {Kind::saveSnapshot, 2},
+    {Kind::beginGroup, 2},     {Kind::endGroup, 4},
+    {Kind::select, 20},        {Kind::expand, 6},
+    {Kind::collapse, 4},       {Kind::reveal, 2},
+    {Kind::filter, 3},         {Kind::addItem, 10},
+    {Kind::duplicate, 4},      {Kind::deleteSelected, 4},
+    {Kind::moveUp, 6},         {Kind::moveDown, 6},
+    {Kind::sortSelected, 3},   {Kind::typeText, 6},
+    {Kind::chooseType, 3},     {Kind::selectAll, 2},
+    {Kind::expandSelected, 4}, {Kind::collapseSelected, 4},
+    {Kind::collapseAll, 1},    {Kind::copy, 6},
+    {Kind::paste, 6},          {Kind::drop, 12},
 };
 
 Kind randomKind(std::mt19937& random) {

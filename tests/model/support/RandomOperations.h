@@ -33,6 +33,21 @@ struct RandomOperation {
         collapse,
         reveal,
         filter,
+        addItem,
+        duplicate,
+        deleteSelected,
+        moveUp,
+        moveDown,
+        sortSelected,
+        typeText,
+        chooseType,
+        selectAll,
+        expandSelected,
+        collapseSelected,
+        collapseAll,
+        copy,
+        paste,
+        drop,
     };
 
     Kind kind = Kind::undo;

@@ -49,6 +49,10 @@ public:
     // The history.
     void beginGroup();
     void endGroup();
+
+    /// For the open group: what undoing or redoing it adds to the revision, whatever is in it.
+    void setRevisionStepBack(int step) { open_.revisionStep = step; }
+
     void undo();
     void redo();
     void clearHistory();

@@ -73,12 +73,20 @@ void ReferenceOutline::rebuild(const ReferenceItem& root) {
     selection_ = std::move(kept);
 }
 
+void ReferenceOutline::follow(const ReferenceItem& root, int changes) {
+    if (followed_ != changes) {
+        followed_ = changes;
+        rebuild(root);
+    }
+}
+
 void ReferenceOutline::installRoot(const ReferenceItem& root) {
     const std::set<Name> before = std::exchange(expanded_, {root.name});
     if (before.contains(root_.name)) {
         carry(root_, root, before);
     }
     selection_.clear();
+    editing_.reset();
 }
 
 void ReferenceOutline::carry(const ReferenceItem& oldItem, const ReferenceItem& newItem,

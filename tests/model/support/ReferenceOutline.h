@@ -31,10 +31,22 @@ public:
     const std::optional<std::set<Name>>& filter() const { return filter_; }
     bool isExpanded(Name item) const { return expanded_.contains(item); }
 
-    /// To be called after each change of the tree.
     void rebuild(const ReferenceItem& root);
 
+    /// Rebuilds if it has not done so since the tree has changed for the last of `changes` times.
+    void follow(const ReferenceItem& root, int changes);
+
     void select(const std::set<Name>& items) { selection_ = items; }
+
+    /// The field that is being edited: the key of an item, or its value.
+    struct Field {
+        Name item;
+        bool isKey;
+        friend bool operator==(const Field&, const Field&) = default;
+    };
+    const std::optional<Field>& editing() const { return editing_; }
+    void edit(const std::optional<Field>& field) { editing_ = field; }
+
     void expand(const ReferenceItem& root, const std::vector<Name>& items, bool wholeSubtree);
     void collapse(const ReferenceItem& root, const std::vector<Name>& items, bool wholeSubtree);
     void reveal(ReferenceItem root, Name item);
@@ -53,4 +65,6 @@ private:
     std::set<Name> selection_;
     std::set<Name> expanded_;
     std::optional<std::set<Name>> filter_;
+    std::optional<Field> editing_;
+    int followed_ = 0;
 };

@@ -55,7 +55,7 @@ QString report(unsigned seed, const Operations& operations) {
 }  // namespace
 
 /// Random edits, undone and redone, with rows on show, against a plain model.
-class PlistEditorRandomTest : public QObject {
+class EditingModelRandomTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -88,5 +88,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(PlistEditorRandomTest)
-#include "PlistEditorRandomTest.moc"
+QTEST_GUILESS_MAIN(EditingModelRandomTest)
+#include "EditingModelRandomTest.moc"
