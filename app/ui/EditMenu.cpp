@@ -39,12 +39,14 @@ void EditMenu::addHistory(DocumentView& view, UndoManager& undoManager) {
     undo_ = add({}, Qt::CTRL | Qt::Key_Z, "edit-undo");
     redo_ = add({}, Qt::CTRL | Qt::SHIFT | Qt::Key_Z, "edit-redo");
     connect(undo_, &QAction::triggered, &view, [&view, &undoManager] {
-        view.endEditing();
-        undoManager.undo();
+        if (view.commitEditing()) {
+            undoManager.undo();
+        }
     });
     connect(redo_, &QAction::triggered, &view, [&view, &undoManager] {
-        view.endEditing();
-        undoManager.redo();
+        if (view.commitEditing()) {
+            undoManager.redo();
+        }
     });
     connect(&undoManager, &UndoManager::historyChanged, this,
             [this, &undoManager] { updateHistory(undoManager); });
