@@ -1,0 +1,150 @@
+#include <QAbstractButton>
+#include <QAction>
+#include <QMessageBox>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+#include "app/model/PlistNode.h"
+#include "app/ui/DocumentView.h"
+#include "app/ui/DocumentWindow.h"
+#include "app/ui/InlineTextField.h"
+#include "app/ui/PlistTable.h"
+#include "tests/ui/support/MenuTools.h"
+#include "tests/ui/support/Samples.h"
+#include "tests/ui/support/UiTest.h"
+
+/// What a window does while a text field is open in its table.
+class DocumentWindowEditingTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        folder_ = std::make_unique<QTemporaryDir>();
+        path_ = folder_->filePath(QStringLiteral("numbers.plist"));
+        Samples::writeFile(path_, Samples::bytes(Samples::numbers(2), PlistFormat::xml));
+        window_ = new DocumentWindow(QStringLiteral("Untitled"));
+        window_->show();
+        QVERIFY(QTest::qWaitForWindowActive(window_));
+        QSignalSpy opened(&window_->controller(), &DocumentController::opened);
+        window_->open(path_);
+        QVERIFY(opened.wait());
+    }
+
+    void cleanup() { delete window_; }
+
+    void savesWhatIsBeingTyped() {
+        QTest::keyClicks(openValue(), QStringLiteral("42"));
+        QSignalSpy saved(&window_->controller(), &DocumentController::saved);
+        item("Save")->trigger();
+        QVERIFY(saved.wait());
+        QVERIFY(Samples::readFile(path_).contains("<integer>42</integer>"));
+        QVERIFY(!window_->isWindowModified());
+        QVERIFY(!window_->view().outline().editing());
+    }
+
+    void doesNotSaveWhatIsWrong() {
+        InlineTextField* field = openValue();
+        QTest::keyClicks(field, QStringLiteral("abc"));
+        item("Save")->trigger();
+        QCOMPARE(window_->controller().activity(), DocumentController::Activity::idle);
+        QCOMPARE(field->error(), QStringLiteral("“abc” is not a valid Integer."));
+        QVERIFY(field->hasFocus());
+    }
+
+    void asksAboutWhatIsBeingTyped() {
+        QTest::keyClicks(openValue(), QStringLiteral("42"));
+        QVERIFY(!window_->close());
+        auto* box = window_->findChild<QMessageBox*>();
+        QVERIFY(box != nullptr);
+        const QPointer<DocumentWindow> window = window_;
+        box->button(QMessageBox::Save)->click();
+        QTRY_VERIFY(window.isNull());
+        window_ = nullptr;
+        QVERIFY(Samples::readFile(path_).contains("<integer>42</integer>"));
+    }
+
+    void staysOpenWithWhatIsWrong() {
+        InlineTextField* field = openValue();
+        QTest::keyClicks(field, QStringLiteral("abc"));
+        const QSignalSpy refused(window_, &DocumentWindow::closeRefused);
+        QVERIFY(!window_->close());
+        QCOMPARE(refused.count(), 1);
+        QVERIFY(window_->findChild<QMessageBox*>() == nullptr);
+        QVERIFY(!field->error().isEmpty());
+        // Without an edit there is nothing to keep it.
+        QTest::keyClick(field, Qt::Key_Escape);
+        const QPointer<DocumentWindow> window = window_;
+        QVERIFY(window_->close());
+        QTRY_VERIFY(window.isNull());
+        window_ = nullptr;
+    }
+
+    void takesBackWhatWasBeingTyped() {
+        QTest::keyClicks(openValue(), QStringLiteral("42"));
+        view().actions().changeFormat(PlistFormat::binary);
+        // The text becomes an edit of its own, the last one, and that is taken back.
+        item("Undo Change Format")->trigger();
+        QVERIFY(first().value() == PlistValue::integer(0));
+        QCOMPARE(window_->controller().document().format(), PlistFormat::binary);
+        QVERIFY(item("Redo Change Value") != nullptr);
+    }
+
+    void takesNothingBackBehindWhatIsWrong() {
+        view().actions().changeFormat(PlistFormat::binary);
+        InlineTextField* field = openValue();
+        QTest::keyClicks(field, QStringLiteral("abc"));
+        item("Undo Change Format")->trigger();
+        QCOMPARE(window_->controller().document().format(), PlistFormat::binary);
+        QVERIFY(!field->error().isEmpty());
+    }
+
+    void keysOfTheFieldTakeBackItsText() {
+        view().actions().changeFormat(PlistFormat::binary);
+        InlineTextField* field = openValue();
+        QTest::keyClicks(field, QStringLiteral("42"));
+        QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(field->text(), QStringLiteral("0"));
+        QCOMPARE(window_->controller().document().format(), PlistFormat::binary);
+    }
+
+    void appliesTheTextBeforeOtherCommands() {
+        QTest::keyClicks(openValue(), QStringLiteral("42"));
+        item("Duplicate")->trigger();
+        QVERIFY(first().value() == PlistValue::integer(42));
+        QVERIFY(window_->controller().document().root().children()[1]->value() ==
+                PlistValue::integer(42));
+        QTest::keyClicks(openValue(), QStringLiteral("abc"));
+        item("Duplicate")->trigger();
+        QVERIFY(!view().outline().editing());
+        QCOMPARE(window_->controller().document().root().childCount(), 4);
+    }
+
+private:
+    DocumentView& view() const { return window_->view(); }
+    PlistNode& first() const { return *window_->controller().document().root().children()[0]; }
+    QAction* item(const char* title) const { return MenuTools::itemOf(*window_, title); }
+
+    /// Begins to edit the first number.
+    InlineTextField* openValue() const {
+        view().outline().select({first().id()});
+        view().actions().beginEditing(OutlineState::Column::value);
+        InlineTextField* field = nullptr;
+        const bool isOpen = QTest::qWaitFor([this, &field] {
+            field = view().table().findChild<InlineTextField*>();
+            return field != nullptr && field->hasFocus();
+        });
+        return isOpen ? field : nullptr;
+    }
+
+    std::unique_ptr<QTemporaryDir> folder_;
+    QString path_;
+    DocumentWindow* window_ = nullptr;
+};
+
+int main(int argc, char** argv) {
+    return runUiTest<DocumentWindowEditingTest>(argc, argv);
+}
+#include "DocumentWindowEditingTest.moc"
