@@ -14,15 +14,22 @@ std::vector<PlistNode*> nodesAt(std::span<const PlistMatches::Place> places, Pli
     std::vector<PlistNode*> nodes;
     nodes.reserve(places.size());
     nodes.push_back(&root);
+    // Places often stand in the same container as the one before.
+    const PlistNode* last = nullptr;
+    std::span<const PlistNodePtr> children;
     for (const PlistMatches::Place& place : places.subspan(1)) {
         PlistNode& container = *nodes[place.container];
-        if (!container.isMaterialized()) {
-            limit -= container.childCount();
-            if (limit < 0) {
-                break;
+        if (&container != last) {
+            if (!container.isMaterialized()) {
+                limit -= container.childCount();
+                if (limit < 0) {
+                    break;
+                }
             }
+            last = &container;
+            children = container.children();
         }
-        nodes.push_back(container.children()[place.position].get());
+        nodes.push_back(children[place.position].get());
     }
     return nodes;
 }

@@ -13,7 +13,9 @@ NodeIdSet::NodeIdSet(std::initializer_list<NodeId> ids) {
 void NodeIdSet::insert(NodeId id) {
     plistCheck(id > 0, "node ids are positive");
     const NodeId number = id / idsPerPage;
-    const std::size_t page = pageOf(id);
+    // Ids are mostly collected in the order in which they were given out.
+    const bool isOnLastPage = !numbers_.empty() && numbers_.back() == number;
+    const std::size_t page = isOnLastPage ? numbers_.size() - 1 : pageOf(id);
     if (page == numbers_.size() || numbers_[page] != number) {
         pages_.insert(pages_.begin() + static_cast<std::ptrdiff_t>(page), Page{});
         numbers_.insert(numbers_.begin() + static_cast<std::ptrdiff_t>(page), number);
