@@ -38,7 +38,7 @@ private:
 };
 
 constexpr qreal lineWidth = 1.1;
-constexpr qreal buttonLineWidth = 1.3;
+constexpr qreal buttonLineWidth = 1.0;
 constexpr qreal circleRadius = 5.2;
 
 }  // namespace

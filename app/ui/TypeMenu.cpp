@@ -1,6 +1,5 @@
 #include "app/ui/TypeMenu.h"
 
-#include <QActionGroup>
 #include <string_view>
 
 #include "PlistCore/PlistType.h"
@@ -12,16 +11,15 @@ bool TypeMenu::isFor(const PlistNode& node) {
 
 TypeMenu::TypeMenu(const DocumentActions& actions, const PlistNodePtr& node, QWidget* parent)
     : QMenu(tr("Type"), parent) {
-    auto* group = new QActionGroup(this);
     for (const PlistType type : allPlistTypes) {
         if (type == PlistType::uid) {
             continue;
         }
         const std::string_view name = displayName(type);
         QAction* item = addAction(QString::fromUtf8(name.data(), qsizetype(name.size())));
+        // Without a group, which some styles mark by dots in place of check marks.
         item->setCheckable(true);
         item->setChecked(type == node->type());
-        group->addAction(item);
         connect(item, &QAction::triggered, this,
                 [actions, node, type] { actions.changeType(*node, type); });
         if (item->isChecked()) {
