@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "tests/model/support/BrokenRule.h"
-#include "tests/model/support/ComparedSession.h"
+#include "tests/model/support/ComparedEditing.h"
 #include "tests/model/support/RandomOperations.h"
 
 namespace {
@@ -24,15 +24,15 @@ Outcome run(unsigned seed, const Operations& operations) {
     const BrokenRule rule;
     Outcome outcome;
     const std::optional<QString> broken = rule.of([&] {
-        ComparedSession session(ComparedSession::setup(seed));
+        ComparedEditing editing(ComparedEditing::setup(seed));
         for (const RandomOperation& operation : operations) {
-            outcome.failure = session.perform(operation);
-            outcome.steps += session.description();
+            outcome.failure = editing.perform(operation);
+            outcome.steps += editing.description();
             if (outcome.failure) {
                 break;
             }
         }
-        outcome.changes = session.changeCount();
+        outcome.changes = editing.changeCount();
     });
     if (broken) {
         outcome.failure = QStringLiteral("broken: ") + *broken;

@@ -20,9 +20,9 @@
 
 /// One document with its outline and its history, and beside it the plain model. Does the same to
 /// both and compares all that can be seen of them.
-class ComparedSession {
+class ComparedEditing {
 public:
-    /// How a session runs; chosen by its seed.
+    /// How it runs; chosen by its seed.
     struct Setup {
         PlistValue content;
         bool hasHistory = true;
@@ -31,8 +31,8 @@ public:
 
     static Setup setup(unsigned seed);
 
-    explicit ComparedSession(const Setup& setup);
-    ~ComparedSession();
+    explicit ComparedEditing(const Setup& setup);
+    ~ComparedEditing();
 
     /// Does one operation. The first difference after it, or nothing.
     std::optional<QString> perform(const RandomOperation& operation);

@@ -1,4 +1,4 @@
-#include "tests/model/support/ComparedSession.h"
+#include "tests/model/support/ComparedEditing.h"
 
 #include <algorithm>
 #include <set>
@@ -41,11 +41,11 @@ qint64 anyIndex(std::uint32_t choice) {
 
 }  // namespace
 
-ComparedSession::Setup ComparedSession::setup(unsigned seed) {
+ComparedEditing::Setup ComparedEditing::setup(unsigned seed) {
     return {RandomValues::document(seed), seed % 16 != 3, seed % 2 == 0};
 }
 
-ComparedSession::ComparedSession(const Setup& setup)
+ComparedEditing::ComparedEditing(const Setup& setup)
     : comparison_(setup.makesAllNodes),
       undo_(setup.hasHistory ? std::make_unique<UndoManager>() : nullptr),
       editor_(document_, undo_.get()),
@@ -64,11 +64,11 @@ ComparedSession::ComparedSession(const Setup& setup)
     compare();
 }
 
-ComparedSession::~ComparedSession() {
+ComparedEditing::~ComparedEditing() {
     endGroup();
 }
 
-std::optional<QString> ComparedSession::perform(const RandomOperation& operation) {
+std::optional<QString> ComparedEditing::perform(const RandomOperation& operation) {
     run(operation);
     compare();
     std::optional<QString> difference = comparison_.difference();
@@ -78,7 +78,7 @@ std::optional<QString> ComparedSession::perform(const RandomOperation& operation
     return difference;
 }
 
-void ComparedSession::run(const RandomOperation& operation) {
+void ComparedEditing::run(const RandomOperation& operation) {
     switch (operation.kind) {
         case Kind::undo:
         case Kind::redo:
@@ -116,7 +116,7 @@ void ComparedSession::run(const RandomOperation& operation) {
 
 // --- Edits ---
 
-void ComparedSession::edit(const RandomOperation& operation) {
+void ComparedEditing::edit(const RandomOperation& operation) {
     const auto& choices = operation.choices;
     const Known item = chosen(choices[0]);
     const Name name = item.item->name;
@@ -157,7 +157,7 @@ void ComparedSession::edit(const RandomOperation& operation) {
     }
 }
 
-void ComparedSession::editTree(const RandomOperation& operation) {
+void ComparedEditing::editTree(const RandomOperation& operation) {
     const auto& choices = operation.choices;
     const Known target = chosenContainer(choices[0]);
     const Name name = target.item->name;
@@ -188,7 +188,7 @@ void ComparedSession::editTree(const RandomOperation& operation) {
     }
 }
 
-void ComparedSession::addItems(const RandomOperation& operation) {
+void ComparedEditing::addItems(const RandomOperation& operation) {
     const auto& choices = operation.choices;
     const Known parent = chosenContainer(choices[0]);
     const qint64 index = anyIndex(choices[1]);
@@ -211,7 +211,7 @@ void ComparedSession::addItems(const RandomOperation& operation) {
     reference_.add(items, parent.item->name, index);
 }
 
-void ComparedSession::replaceContent(const RandomOperation& operation) {
+void ComparedEditing::replaceContent(const RandomOperation& operation) {
     // What is expanded is carried over only where nodes have been made, which the plain model does
     // not know; and from the rows before, which a group would leave out.
     if (!comparison_.makesAllNodes() || isGroupOpen_) {
@@ -227,7 +227,7 @@ void ComparedSession::replaceContent(const RandomOperation& operation) {
 
 // --- Groups and history ---
 
-void ComparedSession::beginGroup() {
+void ComparedEditing::beginGroup() {
     describe(QStringLiteral("begin a group"));
     if (!isGroupOpen_) {
         isGroupOpen_ = true;
@@ -239,7 +239,7 @@ void ComparedSession::beginGroup() {
     }
 }
 
-void ComparedSession::endGroup() {
+void ComparedEditing::endGroup() {
     describe(QStringLiteral("end the group"));
     if (isGroupOpen_) {
         isGroupOpen_ = false;
@@ -251,7 +251,7 @@ void ComparedSession::endGroup() {
     }
 }
 
-void ComparedSession::changeHistory(const RandomOperation& operation) {
+void ComparedEditing::changeHistory(const RandomOperation& operation) {
     if (!undo_ || isGroupOpen_) {
         return describe(QStringLiteral("nothing"));
     }
@@ -295,7 +295,7 @@ void ComparedSession::changeHistory(const RandomOperation& operation) {
 
 // --- The outline ---
 
-void ComparedSession::changeOutline(const RandomOperation& operation) {
+void ComparedEditing::changeOutline(const RandomOperation& operation) {
     if (isGroupOpen_) {
         return describe(QStringLiteral("nothing"));
     }
@@ -326,7 +326,7 @@ void ComparedSession::changeOutline(const RandomOperation& operation) {
     }
 }
 
-void ComparedSession::expandOrCollapse(const RandomOperation& operation) {
+void ComparedEditing::expandOrCollapse(const RandomOperation& operation) {
     const std::vector<Known> items = someChosen(operation, 3);
     const bool expands = operation.kind == Kind::expand;
     const bool wholeSubtree = operation.choices[1] % 3 == 0;
@@ -344,7 +344,7 @@ void ComparedSession::expandOrCollapse(const RandomOperation& operation) {
     }
 }
 
-void ComparedSession::setFilter(const RandomOperation& operation) {
+void ComparedEditing::setFilter(const RandomOperation& operation) {
     const auto& choices = operation.choices;
     if (choices[1] % 2 == 0) {
         describe(QStringLiteral("show all"));
@@ -373,7 +373,7 @@ void ComparedSession::setFilter(const RandomOperation& operation) {
 // --- Choices ---
 
 // Mostly: what is done to containers does nothing to others.
-ComparedSession::Known ComparedSession::chosenContainer(std::uint32_t choice) const {
+ComparedEditing::Known ComparedEditing::chosenContainer(std::uint32_t choice) const {
     std::vector<Known> containers;
     std::ranges::copy_if(comparison_.known(), std::back_inserter(containers),
                          [](const Known& item) { return item.item->isContainer(); });
@@ -383,7 +383,7 @@ ComparedSession::Known ComparedSession::chosenContainer(std::uint32_t choice) co
     return containers[choice / 8 % containers.size()];
 }
 
-std::vector<ComparedSession::Known> ComparedSession::someChosen(const RandomOperation& operation,
+std::vector<ComparedEditing::Known> ComparedEditing::someChosen(const RandomOperation& operation,
                                                                 std::uint32_t most) const {
     std::vector<Known> items;
     const std::uint32_t count = 1 + operation.choices[5] % most;
@@ -394,27 +394,27 @@ std::vector<ComparedSession::Known> ComparedSession::someChosen(const RandomOper
     return items;
 }
 
-std::vector<ComparedSession::Name> ComparedSession::namesOf(const std::vector<Known>& items) {
+std::vector<ComparedEditing::Name> ComparedEditing::namesOf(const std::vector<Known>& items) {
     std::vector<Name> names;
     std::ranges::transform(items, std::back_inserter(names),
                            [](const Known& item) { return item.item->name; });
     return names;
 }
 
-std::vector<PlistNodePtr> ComparedSession::nodesOf(const std::vector<Known>& items) {
+std::vector<PlistNodePtr> ComparedEditing::nodesOf(const std::vector<Known>& items) {
     std::vector<PlistNodePtr> nodes;
     std::ranges::transform(items, std::back_inserter(nodes),
                            [](const Known& item) { return PlistNodePtr(item.node); });
     return nodes;
 }
 
-QString ComparedSession::textOf(const Known& item) {
+QString ComparedEditing::textOf(const Known& item) {
     return QStringLiteral("#%1 (%2: %3)")
         .arg(item.item->name)
         .arg(quoted(item.item->key), TreeText::ofValue(item.item->scalar));
 }
 
-QString ComparedSession::textOf(const std::vector<Known>& items) {
+QString ComparedEditing::textOf(const std::vector<Known>& items) {
     QStringList texts;
     std::ranges::transform(items, std::back_inserter(texts),
                            [](const Known& item) { return textOf(item); });
@@ -423,7 +423,7 @@ QString ComparedSession::textOf(const std::vector<Known>& items) {
 
 // --- Comparing ---
 
-void ComparedSession::compare() {
+void ComparedEditing::compare() {
     referenceOutline_->follow(reference_.root(), reference_.treeChanges());
     comparison_.compareDocuments(document_, reference_);
     require(treeChanges_ == reference_.treeChanges(), "another number of changes of the tree");
