@@ -1,13 +1,22 @@
 #include "app/ui/CellControls.h"
 
+#include <QScrollBar>
+#include <utility>
+
 #include "app/model/PlistNode.h"
+#include "app/ui/DateValueEditor.h"
 #include "app/ui/OutlineTableModel.h"
 #include "app/ui/PlistTable.h"
 #include "app/ui/TypeMenu.h"
 #include "app/ui/ValueCell.h"
 
 CellControls::CellControls(PlistTable& table, const DocumentActions& actions)
-    : QObject(&table), table_(table), actions_(actions) {}
+    : QObject(&table), table_(table), actions_(actions) {
+    // The field covers its cell, and goes when that goes elsewhere.
+    connect(&actions_.outline(), &OutlineState::rowsChanged, this, &CellControls::closeDate);
+    connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, &CellControls::closeDate);
+    connect(table.horizontalScrollBar(), &QScrollBar::valueChanged, this, &CellControls::closeDate);
+}
 
 void CellControls::click(const QModelIndex& index, const QPoint& position) {
     if (index.column() == OutlineTableModel::typeColumn) {
@@ -18,15 +27,28 @@ void CellControls::click(const QModelIndex& index, const QPoint& position) {
     }
 }
 
-bool CellControls::toggleCurrent() {
-    const QModelIndex current = table_.currentIndex();
-    const bool isBoolean =
-        current.isValid() &&
-        table_.outlineModel().row(current.row()).node().type() == PlistType::boolean;
-    if (isBoolean) {
-        toggle(current);
+void CellControls::doubleClick(const QModelIndex& index) {
+    if (index.column() == OutlineTableModel::valueColumn &&
+        table_.outlineModel().row(index.row()).node().type() == PlistType::date) {
+        editDate(index);
     }
-    return isBoolean;
+}
+
+bool CellControls::workCurrent() {
+    const QModelIndex current = table_.currentIndex();
+    if (!current.isValid()) {
+        return false;
+    }
+    switch (table_.outlineModel().row(current.row()).node().type()) {
+        case PlistType::boolean:
+            toggle(current);
+            return true;
+        case PlistType::date:
+            editDate(current);
+            return true;
+        default:
+            return false;
+    }
 }
 
 void CellControls::chooseTypeOfCurrent() {
@@ -50,4 +72,35 @@ void CellControls::chooseType(const QModelIndex& index) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const QRect cell = table_.visualRect(index);
     menu->popup(table_.viewport()->mapToGlobal(cell.bottomLeft()));
+}
+
+void CellControls::editDate(const QModelIndex& index) {
+    const PlistNodePtr node(&table_.outlineModel().row(index.row()).node());
+    if (!DateValueEditor::canEdit(node->scalar().dateValue())) {
+        return;
+    }
+    closeDate();
+    const auto change = [actions = actions_, node](double seconds) {
+        actions.changeValue(*node, PlistValue::date(seconds));
+    };
+    dateEditor_ = new DateValueEditor(node->scalar().dateValue(), change, table_.viewport());
+    connect(dateEditor_, &DateValueEditor::finished, this, [this] {
+        closeDate();
+        table_.setFocus();
+    });
+    dateEditor_->setFont(table_.font());
+    const QModelIndex cell = index.siblingAtColumn(OutlineTableModel::valueColumn);
+    table_.scrollTo(cell);
+    dateEditor_->setGeometry(table_.visualRect(cell));
+    dateEditor_->show();
+    dateEditor_->setFocus(Qt::OtherFocusReason);
+}
+
+void CellControls::closeDate() {
+    if (dateEditor_) {
+        DateValueEditor* editor = std::exchange(dateEditor_, nullptr);
+        editor->hide();
+        // Not at once: it may be the field that ends the edit.
+        editor->deleteLater();
+    }
 }

@@ -193,7 +193,7 @@ bool PlistTable::handleKey(const QKeyEvent& event) {
             actions_.collapseSelected(reachFor(event.modifiers()));
             return true;
         case Qt::Key_Space:
-            return event.modifiers() == Qt::NoModifier && controls_->toggleCurrent();
+            return event.modifiers() == Qt::NoModifier && controls_->workCurrent();
         case Qt::Key_F4:
             controls_->chooseTypeOfCurrent();
             return true;
@@ -259,6 +259,7 @@ void PlistTable::mouseDoubleClickEvent(QMouseEvent* event) {
     QTableView::mouseDoubleClickEvent(event);
     if (event->button() == Qt::LeftButton) {
         editAt(event->position().toPoint());
+        controls_->doubleClick(indexAt(event->position().toPoint()));
     }
 }
 

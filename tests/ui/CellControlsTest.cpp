@@ -1,11 +1,13 @@
 #include <QSignalSpy>
 #include <QTest>
+#include <cmath>
 #include <memory>
 
 #include "PlistCore/PlistEntry.h"
 #include "app/model/PlistDocument.h"
 #include "app/model/PlistNode.h"
 #include "app/model/UndoManager.h"
+#include "app/ui/DateValueEditor.h"
 #include "app/ui/OutlineTableModel.h"
 #include "app/ui/PlistTable.h"
 #include "app/ui/TypeMenu.h"
@@ -115,6 +117,31 @@ private Q_SLOTS:
         QCOMPARE(node("boolean").scalar().booleanValue(), !before);
         table_->setCurrentIndex(table_->model()->index(rowOf("string"), 0));
         QTest::keyClick(table_.get(), Qt::Key_Space);
+        QCOMPARE(undoManager_->undoCount(), 1);
+    }
+
+    void aDoubleClickOrTheSpaceBarEditsADate() {
+        const double before = node("date").scalar().dateValue();
+        QTest::mouseDClick(table_->viewport(), Qt::LeftButton, Qt::NoModifier,
+                           cell(rowOf("date"), OutlineTableModel::valueColumn).center());
+        auto* field = table_->findChild<DateValueEditor*>();
+        QVERIFY(field != nullptr && field->hasFocus());
+        QCOMPARE(field->geometry(), cell(rowOf("date"), OutlineTableModel::valueColumn));
+        field->setSelectedSection(QDateTimeEdit::MinuteSection);
+        QTest::keyClick(field, Qt::Key_Up);
+        QCOMPARE(node("date").scalar().dateValue(), std::floor(before) + 60);
+        QCOMPARE(undoManager_->undoActionName(), QStringLiteral("Change Value"));
+        QTest::keyClick(field, Qt::Key_Return);
+        QVERIFY(table_->hasFocus());
+        QCOMPARE(undoManager_->undoCount(), 1);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+        table_->setCurrentIndex(table_->model()->index(rowOf("date"), 0));
+        QTest::keyClick(table_.get(), Qt::Key_Space);
+        field = table_->findChild<DateValueEditor*>();
+        QVERIFY(field != nullptr && field->hasFocus());
+        QTest::keyClick(field, Qt::Key_Escape);
+        QVERIFY(table_->hasFocus());
         QCOMPARE(undoManager_->undoCount(), 1);
     }
 
