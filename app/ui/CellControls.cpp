@@ -3,10 +3,13 @@
 #include <QScrollBar>
 #include <utility>
 
+#include "app/model/PlistDocument.h"
 #include "app/model/PlistNode.h"
+#include "app/ui/DataPopover.h"
 #include "app/ui/DateValueEditor.h"
 #include "app/ui/OutlineTableModel.h"
 #include "app/ui/PlistTable.h"
+#include "app/ui/RowText.h"
 #include "app/ui/TypeMenu.h"
 #include "app/ui/ValueCell.h"
 
@@ -24,6 +27,9 @@ void CellControls::click(const QModelIndex& index, const QPoint& position) {
     } else if (index.column() == OutlineTableModel::valueColumn &&
                table_.checkBoxRect(index).contains(position)) {
         toggle(index);
+    } else if (index.column() == OutlineTableModel::valueColumn &&
+               table_.linkRect(index).contains(position)) {
+        showBytes(index);
     }
 }
 
@@ -45,6 +51,9 @@ bool CellControls::workCurrent() {
             return true;
         case PlistType::date:
             editDate(current);
+            return true;
+        case PlistType::data:
+            showBytes(current);
             return true;
         default:
             return false;
@@ -103,4 +112,27 @@ void CellControls::closeDate() {
         // Not at once: it may be the field that ends the edit.
         editor->deleteLater();
     }
+}
+
+void CellControls::showBytes(const QModelIndex& index) {
+    const OutlineRow& row = table_.outlineModel().row(index.row());
+    const PlistNodePtr node(&row.node());
+    const auto apply = [actions = actions_, node](DataPopover::Bytes bytes) {
+        actions.changeValue(*node, PlistValue::data(bytes));
+    };
+    auto* popover =
+        new DataPopover(node->scalar().dataValue(), RowText::key(row), apply, table_.window());
+    popover->setAttribute(Qt::WA_DeleteOnClose);
+    connect(&actions_.document(), &PlistDocument::nodeChanged, popover,
+            [popover, node](const PlistNode* changed) {
+                if (changed != node.get()) {
+                    return;
+                }
+                if (node->type() == PlistType::data) {
+                    popover->setBytes(node->scalar().dataValue());
+                } else {
+                    popover->close();
+                }
+            });
+    popover->open();
 }

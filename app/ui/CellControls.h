@@ -10,7 +10,7 @@ class DateValueEditor;
 class PlistTable;
 
 /// What can be worked in the cells beside text fields: the menu of types, the check boxes of
-/// booleans and the fields of dates, by mouse and by key.
+/// booleans, the fields of dates and the bytes of data, by mouse and by key.
 class CellControls : public QObject {
     Q_OBJECT
 
@@ -24,8 +24,8 @@ public:
     /// Opens the field of a date.
     void doubleClick(const QModelIndex& index);
 
-    /// Toggles the boolean in the current row, or opens the field of the date there; false if there
-    /// is neither.
+    /// Toggles the boolean in the current row, or opens the field of the date or the bytes of the
+    /// data there; false if there is nothing of these.
     bool workCurrent();
 
     /// Opens the menu of types for the current row.
@@ -36,6 +36,7 @@ private:
     void chooseType(const QModelIndex& index);
     void editDate(const QModelIndex& index);
     void closeDate();
+    void showBytes(const QModelIndex& index);
 
     PlistTable& table_;
     DocumentActions actions_;

@@ -30,7 +30,7 @@ QList<KeyHelp> keyHelp() {
         {nameOf(Qt::Key_Tab), HelpMenu::tr("From a key on to its value")},
         {nameOf(Qt::Key_F4), HelpMenu::tr("Choose the type of the current item")},
         {nameOf(Qt::Key_Space),
-         HelpMenu::tr("Turn the current item to true or false, or edit its date")},
+         HelpMenu::tr("Turn the current item to true or false, or edit its date or bytes")},
         {nameOf(Qt::Key_Escape), HelpMenu::tr("End an edit without changing anything")},
         {pair(Qt::Key_Right, Qt::Key_Left), HelpMenu::tr("Expand or collapse the selected items")},
         {pair(static_cast<int>(Qt::ALT) | Qt::Key_Right, static_cast<int>(Qt::ALT) | Qt::Key_Left),

@@ -148,7 +148,7 @@ QColor OutlineCell::textColor(const QStyleOptionViewItem& option, Tone tone) {
     if (tone == Tone::secondary) {
         return SecondaryColor::of(option.palette, group, QPalette::Text, QPalette::Base);
     }
-    return option.palette.color(group, QPalette::Text);
+    return option.palette.color(group, tone == Tone::link ? QPalette::Link : QPalette::Text);
 }
 
 QColor OutlineCell::groundColor(const QStyleOptionViewItem& option) {

@@ -12,6 +12,8 @@ class OutlineCell : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
+    enum class Tone { primary, secondary, link };
+
     /// `model` must outlive the cell and be the one whose indexes it is asked to paint.
     explicit OutlineCell(const OutlineTableModel& model, QObject* parent = nullptr);
 
@@ -24,8 +26,6 @@ public:
                    const QModelIndex& index) override;
 
 protected:
-    enum class Tone { primary, secondary };
-
     /// Paints what stands on the ground of the cell `option.rect`, which nothing leaves.
     virtual void paintContent(QPainter& painter, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const = 0;

@@ -315,6 +315,13 @@ QRect PlistTable::checkBoxRect(const QModelIndex& index) const {
     return valueCell_->checkBoxRect(option, index);
 }
 
+QRect PlistTable::linkRect(const QModelIndex& index) const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    return valueCell_->linkRect(option, index);
+}
+
 void PlistTable::placeEditor(QWidget& editor, const QModelIndex& index) const {
     QStyleOptionViewItem option;
     initViewItemOption(&option);

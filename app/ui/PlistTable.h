@@ -30,6 +30,9 @@ public:
     /// Where the check box of a boolean stands in the viewport; empty for other cells.
     QRect checkBoxRect(const QModelIndex& index) const;
 
+    /// Where the summary of data stands in the viewport; empty for other cells.
+    QRect linkRect(const QModelIndex& index) const;
+
     /// The nodes that a search has found, which are marked.
     void setMatchIDs(std::span<const NodeId> ids);
 

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QStyle>
+#include <algorithm>
 
 #include "app/model/PlistNode.h"
 #include "app/ui/CellMetrics.h"
@@ -30,6 +31,14 @@ QRect behind(const QRect& box, const QRect& content, const QStyleOptionViewItem&
     return QStyle::visualRect(option.direction, content, rest);
 }
 
+OutlineCell::Tone toneOf(const OutlineRow& row) {
+    if (row.node().type() == PlistType::data) {
+        return OutlineCell::Tone::link;
+    }
+    return RowText::isValueSecondary(row) ? OutlineCell::Tone::secondary
+                                          : OutlineCell::Tone::primary;
+}
+
 }  // namespace
 
 QRect ValueCell::checkBoxRect(const QStyleOptionViewItem& option, const QModelIndex& index) const {
@@ -43,6 +52,17 @@ QRect ValueCell::checkBoxRect(const QStyleOptionViewItem& option, const QModelIn
                                contentRect(option));
 }
 
+QRect ValueCell::linkRect(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    if (row(index).node().type() != PlistType::data) {
+        return {};
+    }
+    const QRect content = contentRect(option);
+    const int width = option.fontMetrics.horizontalAdvance(RowText::value(row(index)));
+    const QRect link(content.left(), content.top(), std::min(width, content.width()),
+                     content.height());
+    return QStyle::visualRect(option.direction, content, link);
+}
+
 void ValueCell::paintContent(QPainter& painter, const QStyleOptionViewItem& option,
                              const QModelIndex& index) const {
     const OutlineRow& shown = row(index);
@@ -53,6 +73,5 @@ void ValueCell::paintContent(QPainter& painter, const QStyleOptionViewItem& opti
                       textColor(option, Tone::secondary));
         rect = behind(box, rect, option);
     }
-    paintText(painter, option, rect, RowText::value(shown),
-              RowText::isValueSecondary(shown) ? Tone::secondary : Tone::primary);
+    paintText(painter, option, rect, RowText::value(shown), toneOf(shown));
 }

@@ -13,6 +13,9 @@ public:
     /// Where the check box of a boolean stands; empty for other rows.
     QRect checkBoxRect(const QStyleOptionViewItem& option, const QModelIndex& index) const;
 
+    /// Where the summary of data stands, which works like a link; empty for other rows.
+    QRect linkRect(const QStyleOptionViewItem& option, const QModelIndex& index) const;
+
 protected:
     void paintContent(QPainter& painter, const QStyleOptionViewItem& option,
                       const QModelIndex& index) const override;

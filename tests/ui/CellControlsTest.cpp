@@ -1,3 +1,5 @@
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <cmath>
@@ -7,6 +9,7 @@
 #include "app/model/PlistDocument.h"
 #include "app/model/PlistNode.h"
 #include "app/model/UndoManager.h"
+#include "app/ui/DataPopover.h"
 #include "app/ui/DateValueEditor.h"
 #include "app/ui/OutlineTableModel.h"
 #include "app/ui/PlistTable.h"
@@ -143,6 +146,41 @@ private Q_SLOTS:
         QTest::keyClick(field, Qt::Key_Escape);
         QVERIFY(table_->hasFocus());
         QCOMPARE(undoManager_->undoCount(), 1);
+    }
+
+    void aClickOnTheSummaryShowsTheBytes() {
+        const QModelIndex index =
+            table_->model()->index(rowOf("data"), OutlineTableModel::valueColumn);
+        QTest::mouseClick(table_->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          table_->linkRect(index).center());
+        auto* popover = table_->window()->findChild<DataPopover*>();
+        QVERIFY(popover != nullptr && popover->isVisible());
+        const PlistValue before = node("data").scalar();
+        auto* base64 = popover->findChildren<QPlainTextEdit*>().last();
+        base64->setPlainText(QStringLiteral("QUJD"));
+        for (QPushButton* button : popover->findChildren<QPushButton*>()) {
+            if (button->text() == QStringLiteral("Apply")) {
+                button->click();
+            }
+        }
+        QCOMPARE(index.data().toString(), QStringLiteral("3 bytes · 414243"));
+        QCOMPARE(undoManager_->undoActionName(), QStringLiteral("Change Value"));
+        // It follows what happens to the item elsewhere.
+        undoManager_->undo();
+        QVERIFY(node("data").scalar() == before);
+        QVERIFY(base64->toPlainText() != QStringLiteral("QUJD"));
+        const PlistNodePtr item(&node("data"));
+        const DocumentActions actions(*document_, *outline_, undoManager_.get());
+        actions.changeType(*item, PlistType::string);
+        QVERIFY(!popover->isVisible());
+    }
+
+    void theSpaceBarShowsTheBytes() {
+        table_->setCurrentIndex(table_->model()->index(rowOf("data"), 0));
+        QTest::keyClick(table_.get(), Qt::Key_Space);
+        const auto* popover = table_->window()->findChild<DataPopover*>();
+        QVERIFY(popover != nullptr && popover->isVisible());
+        QCOMPARE(popover->windowTitle(), QStringLiteral("data"));
     }
 
     void onlyBooleansHaveABox() {

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QDialog>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <vector>
+
+class QLabel;
+class QPlainTextEdit;
+
+/// The bytes of one data item: looked at as hexadecimal digits, edited as Base64, and brought from
+/// and to files.
+class DataPopover : public QDialog {
+    Q_OBJECT
+
+public:
+    using Bytes = std::span<const std::uint8_t>;
+
+    /// `name` is proposed as the name of a file; `apply` takes new bytes into the document.
+    DataPopover(Bytes bytes, const QString& name, std::function<void(Bytes)> apply,
+                QWidget* parent);
+
+    /// The item has other bytes now. A text that the user has begun to edit is replaced.
+    void setBytes(Bytes bytes);
+
+    /// Whether the text was applied and is no Base64.
+    bool isInvalid() const noexcept { return isInvalid_; }
+
+private:
+    void makeLayout();
+    void applyText();
+    void setInvalid(bool isInvalid);
+    void askForImport();
+    void askForExport();
+    void importFrom(const QString& path);
+    void exportTo(const QString& path);
+
+    std::vector<std::uint8_t> bytes_;
+    QString name_;
+    std::function<void(Bytes)> apply_;
+    QPlainTextEdit* dump_;
+    QLabel* note_;
+    QPlainTextEdit* base64_;
+    QLabel* problem_;
+    bool isInvalid_ = false;
+};

@@ -1,0 +1,206 @@
+#include <QDir>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <numeric>
+#include <vector>
+
+#include "app/ui/DataPopover.h"
+#include "app/ui/FileName.h"
+#include "app/ui/HexDump.h"
+#include "tests/ui/support/Samples.h"
+#include "tests/ui/support/UiTest.h"
+
+namespace {
+
+std::vector<std::uint8_t> counting(std::size_t size) {
+    std::vector<std::uint8_t> bytes(size);
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
+    return bytes;
+}
+
+using Applications = std::vector<std::vector<std::uint8_t>>;
+
+/// The popover of an item that takes what is applied.
+struct Item {
+    explicit Item(std::vector<std::uint8_t> content)
+        : popover(
+              content, QStringLiteral("name"),
+              [this](DataPopover::Bytes applied) {
+                  applications.emplace_back(applied.begin(), applied.end());
+                  popover.setBytes(applied);
+              },
+              nullptr) {
+        popover.show();
+        QVERIFY(QTest::qWaitForWindowActive(&popover));
+    }
+
+    QPlainTextEdit* editor(const char* name) const {
+        for (QPlainTextEdit* editor : popover.findChildren<QPlainTextEdit*>()) {
+            if (editor->accessibleName() == QString::fromUtf8(name)) {
+                return editor;
+            }
+        }
+        return nullptr;
+    }
+    QString dump() const { return editor("Bytes")->toPlainText(); }
+    QString base64() const { return editor("Base64")->toPlainText(); }
+    void press(const char* title) const {
+        for (QPushButton* button : popover.findChildren<QPushButton*>()) {
+            if (button->text() == QString::fromUtf8(title)) {
+                button->click();
+            }
+        }
+    }
+    bool shows(const char* text) const {
+        for (const QLabel* label : popover.findChildren<QLabel*>()) {
+            if (label->text() == QString::fromUtf8(text) && label->isVisible()) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    Applications applications;
+    DataPopover popover;
+};
+
+}  // namespace
+
+class DataPopoverTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void dumpsSixteenBytesALine() {
+        QCOMPARE(HexDump::text({}), QString());
+        QCOMPARE(HexDump::text(counting(16)),
+                 QStringLiteral("00000000  00010203 04050607 08090A0B 0C0D0E0F"));
+        const QStringList lines = HexDump::text(counting(17)).split(u'\n');
+        QCOMPARE(lines.size(), 2);
+        QCOMPARE(lines.at(1), QStringLiteral("00000010  10"));
+        QCOMPARE(HexDump::text(counting(0x10000)).split(u'\n').last(),
+                 QStringLiteral("0000FFF0  F0F1F2F3 F4F5F6F7 F8F9FAFB FCFDFEFF"));
+    }
+
+    void dumpsNoMoreThanTheLimit() {
+        QCOMPARE(HexDump::note(counting(65'536)), QString());
+        QCOMPARE(HexDump::text(counting(65'537)).count(u'\n') + 1, 4096);
+        QCOMPARE(HexDump::note(counting(65'537)), QStringLiteral("Showing the first 66 kB."));
+        const Item item(counting(65'537));
+        QVERIFY(item.shows("Showing the first 66 kB."));
+    }
+
+    void showsBytesAndBase64() {
+        const Item item(counting(3));
+        QCOMPARE(item.dump(), QStringLiteral("00000000  000102"));
+        QCOMPARE(item.base64(), QStringLiteral("AAEC"));
+        QVERIFY(item.editor("Bytes")->isReadOnly());
+        QVERIFY(item.shows("Base64"));
+        QStringList titles;
+        for (const QPushButton* button : item.popover.findChildren<QPushButton*>()) {
+            titles += button->text();
+        }
+        for (const char* title : {"Import…", "Export…", "Apply"}) {
+            QVERIFY(titles.contains(QString::fromUtf8(title)));
+        }
+    }
+
+    void appliesBase64() {
+        const Item item(counting(3));
+        item.editor("Base64")->setPlainText(QStringLiteral(" AA\nEC Aw== "));
+        item.press("Apply");
+        QCOMPARE(item.applications, Applications{counting(4)});
+        QCOMPARE(item.dump(), QStringLiteral("00000000  00010203"));
+        QVERIFY(!item.popover.isInvalid());
+    }
+
+    void marksWhatIsNoBase64() {
+        const Item item(counting(3));
+        item.editor("Base64")->setPlainText(QStringLiteral("Q"));
+        item.press("Apply");
+        QVERIFY(item.popover.isInvalid());
+        QVERIFY(item.shows("This is not valid Base64."));
+        QVERIFY(item.applications.empty());
+        item.editor("Base64")->setPlainText(QStringLiteral("QUJD"));
+        item.press("Apply");
+        QVERIFY(!item.popover.isInvalid());
+        QVERIFY(!item.shows("This is not valid Base64."));
+        QCOMPARE(item.applications.size(), std::size_t{1});
+    }
+
+    void breaksLongBase64IntoLines() {
+        const Item item(counting(200));
+        QCOMPARE(item.base64().split(u'\n').first().size(), 76);
+        item.press("Apply");
+        QCOMPARE(item.applications, Applications{counting(200)});
+    }
+
+    void importsAndExportsFiles() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("bytes"));
+        const Item item(counting(3));
+        item.press("Export…");
+        auto* saving = item.popover.findChild<QFileDialog*>();
+        QVERIFY(saving != nullptr);
+        Q_EMIT saving->fileSelected(path);
+        QCOMPARE(Samples::readFile(path), QByteArray("\0\1\2", 3));
+        delete saving;
+
+        Samples::writeFile(path, QByteArray("\0\1\2\3", 4));
+        item.press("Import…");
+        auto* opening = item.popover.findChild<QFileDialog*>();
+        QVERIFY(opening != nullptr);
+        Q_EMIT opening->fileSelected(path);
+        QCOMPARE(item.applications, Applications{counting(4)});
+        delete opening;
+    }
+
+    void explainsWhatCannotBeReadOrWritten() {
+        const QTemporaryDir folder;
+        const Item item(counting(3));
+        item.press("Import…");
+        auto* opening = item.popover.findChild<QFileDialog*>();
+        Q_EMIT opening->fileSelected(folder.filePath(QStringLiteral("missing")));
+        delete opening;
+        auto* box = item.popover.findChild<QMessageBox*>();
+        QVERIFY(box != nullptr);
+        QCOMPARE(box->text(), QStringLiteral("The file could not be read."));
+        QCOMPARE(box->informativeText(), QStringLiteral("No such file or directory"));
+        delete box;
+        item.press("Export…");
+        auto* saving = item.popover.findChild<QFileDialog*>();
+        Q_EMIT saving->fileSelected(folder.filePath(QStringLiteral("missing/x")));
+        delete saving;
+        box = item.popover.findChild<QMessageBox*>();
+        QVERIFY(box != nullptr);
+        QCOMPARE(box->text(), QStringLiteral("The file could not be written."));
+        QVERIFY(item.applications.empty());
+    }
+
+    void makesNamesOfFiles_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("plain") << QStringLiteral("icon") << QStringLiteral("icon");
+        QTest::newRow("path") << QStringLiteral("../a/b") << QStringLiteral("ab");
+        QTest::newRow("dots") << QStringLiteral("..") << QStringLiteral("Untitled");
+        QTest::newRow("control") << QStringLiteral("a\nb\t") << QStringLiteral("ab");
+        QTest::newRow("long") << QString(300, u'x') << QString(255, u'x');
+        QTest::newRow("long characters") << QString(200, u'ä') << QString(127, u'ä');
+        QTest::newRow("empty") << QString() << QStringLiteral("Untitled");
+    }
+
+    void makesNamesOfFiles() {
+        QFETCH(QString, text);
+        QFETCH(QString, name);
+        QCOMPARE(FileName::safe(text), name);
+    }
+};
+
+int main(int argc, char** argv) {
+    return runUiTest<DataPopoverTest>(argc, argv);
+}
+#include "DataPopoverTest.moc"
