@@ -85,7 +85,7 @@ void DataPopover::makeLayout() {
     connect(apply, &QPushButton::clicked, this, &DataPopover::applyText);
     layout->addWidget(buttons);
     const int character = dump_->fontMetrics().horizontalAdvance(u'0');
-    resize((dumpColumns + 6) * character, 30 * dump_->fontMetrics().height());
+    resize((dumpColumns + 10) * character, 30 * dump_->fontMetrics().height());
 }
 
 void DataPopover::setBytes(Bytes bytes) {
