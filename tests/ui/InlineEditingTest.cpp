@@ -194,7 +194,7 @@ private Q_SLOTS:
         QCOMPARE(field->error(), QStringLiteral("The key “name” already exists."));
         // Dropped when the field is left.
         QTest::mouseClick(window_->table->viewport(), Qt::LeftButton, {},
-                          cell(1, OutlineTableModel::typeColumn).center());
+                          cell(1, OutlineTableModel::keyColumn).center());
         QVERIFY(window_->isClosed());
         QVERIFY(window_->child(1).key() == "count");
         QVERIFY(!window_->undo.canUndo());
