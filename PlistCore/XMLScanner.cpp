@@ -27,6 +27,11 @@ constexpr bool isBlank(char byte) {
     return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
 }
 
+/// Whether `byte` stands behind the first one of a character of several bytes.
+constexpr bool continuesCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
 constexpr bool isNameByte(char byte) {
     return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
            (byte >= '0' && byte <= '9') || byte == '-' || byte == '.' || byte == ':' || byte == '_';
@@ -214,12 +219,12 @@ std::size_t XMLScanner::nextMarkup(std::size_t start) const noexcept {
 }
 
 /// Extends what is known to be valid by windows until it reaches `end`; false from the window on in
-/// which something is broken, or where a window has no place to end.
+/// which something is broken.
 bool XMLScanner::checkUpTo(std::size_t end) {
     while (!isBroken_ && validEnd_ < end) {
         std::size_t windowEnd = std::min(validEnd_ + windowSize, input_.size());
         while (windowEnd < input_.size() && windowEnd > validEnd_ &&
-               static_cast<unsigned char>(input_[windowEnd]) >= 0x80) {
+               continuesCharacter(input_[windowEnd])) {
             --windowEnd;
         }
         isBroken_ = windowEnd == validEnd_ ||
