@@ -1,7 +1,5 @@
-#include <QAbstractItemModelTester>
 #include <QSignalSpy>
 #include <QTest>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,8 +7,7 @@
 #include "app/model/OutlineState.h"
 #include "app/model/PlistNode.h"
 #include "tests/model/support/BrokenRule.h"
-#include "tests/model/support/RowMirror.h"
-#include "tests/model/support/TreeText.h"
+#include "tests/model/support/OutlineWindow.h"
 
 namespace {
 
@@ -18,83 +15,11 @@ using Column = OutlineState::Column;
 using Expansion = OutlineState::Expansion;
 using ExpandResult = OutlineState::ExpandResult;
 using Reach = OutlineState::Reach;
-
-PlistValue number(int value) {
-    return PlistValue::integer(value);
-}
-
-PlistValue text(const char* value) {
-    return PlistValue::string(value);
-}
-
-/// {name: "Ada", items: [{a: 1}, "x"], more: {b: 2}}
-PlistValue sample() {
-    return PlistValue::dictionary(
-        {{"name", text("Ada")},
-         {"items", PlistValue::array({PlistValue::dictionary({{"a", number(1)}}), text("x")})},
-         {"more", PlistValue::dictionary({{"b", number(2)}})}});
-}
-
-/// One window's outline with a listener that must always agree with it.
-struct Window {
-    explicit Window(const PlistValue& value) : root(PlistNode::create({}, value)) {
-        outline.rebuild(*root);
-        mirror = std::make_unique<RowMirror>(outline);
-        tester = std::make_unique<QAbstractItemModelTester>(mirror.get());
-    }
-
-    /// The node under keys and positions, "items/0/a".
-    PlistNode& node(const QString& path) const {
-        PlistNode* current = root.get();
-        for (const QString& step : path.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
-            current = child(*current, step);
-        }
-        return *current;
-    }
-
-    static PlistNode* child(PlistNode& parent, const QString& step) {
-        for (const PlistNodePtr& child : parent.children()) {
-            if (child->key() == PlistString(step.toStdString())) {
-                return child.get();
-            }
-        }
-        return parent.children()[step.toULongLong()].get();
-    }
-
-    void expand(const QString& path, Reach reach = Reach::nodeAlone) {
-        QCOMPARE(outline.setExpanded(node(path), Expansion::expand, reach), ExpandResult::done);
-    }
-
-    void collapse(const QString& path, Reach reach = Reach::nodeAlone) {
-        QCOMPARE(outline.setExpanded(node(path), Expansion::collapse, reach), ExpandResult::done);
-    }
-
-    QString rows() const { return TreeText::ofRows(outline); }
-
-    /// The signals of the last change; empty text in front if the listener was told wrongly.
-    QString told() const {
-        const QString heard = mirror->takeSignals().join(QStringLiteral(", "));
-        return mirror->text() == rows() ? heard
-                                        : QStringLiteral("The listener has:\n") + mirror->text();
-    }
-
-    PlistNodePtr root;
-    OutlineState outline;
-    std::unique_ptr<RowMirror> mirror;
-    std::unique_ptr<QAbstractItemModelTester> tester;
-};
+using Window = OutlineWindow;
 
 /// The id that the next node gets, which is one more than the number of nodes made so far.
 NodeId nextId() {
     return PlistNode::create({}, number(0))->id() + 1;
-}
-
-NodeIdSet idsOf(const std::vector<PlistNode*>& nodes) {
-    NodeIdSet ids;
-    for (const PlistNode* node : nodes) {
-        ids.insert(node->id());
-    }
-    return ids;
 }
 
 /// A dictionary of two equal dictionaries of two equal dictionaries ...: 2^levels leaves.
@@ -505,196 +430,6 @@ private Q_SLOTS:
         QCOMPARE(outline.pointerColumn(), Column::value);
         outline.setPointerColumn(std::nullopt);
         QVERIFY(!outline.pointerColumn());
-    }
-
-    // --- Reveal and filter ---
-
-    void revealsANode() {
-        Window window(sample());
-        window.outline.reveal(window.node(QStringLiteral("items/0")));
-        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
-                                               "  0 name: \"Ada\"\n"
-                                               "  1 items: array [-]\n"
-                                               "    0 dictionary [+]\n"
-                                               "    1 \"x\"\n"
-                                               "  2 more: dictionary [+]"));
-    }
-
-    void revealsThroughACollapsedRoot() {
-        Window window(sample());
-        window.collapse({});
-        window.outline.reveal(window.node(QStringLiteral("name")));
-        QCOMPARE(window.outline.rows().size(), std::size_t{4});
-    }
-
-    void filtersToTheMatchesAndTheirAncestors() {
-        Window window(sample());
-        PlistNode& deep = window.node(QStringLiteral("items/0/a"));
-        window.outline.setFilter(
-            idsOf({&deep, deep.parent(), deep.parent()->parent(), window.root.get()}));
-        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
-                                               "  1 items: array [-]\n"
-                                               "    0 dictionary [-]\n"
-                                               "      0 a: 1"));
-        QVERIFY(!window.outline.isExpanded(deep.parent()->id()));
-        window.told();
-        window.outline.setFilter(std::nullopt);
-        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
-                                               "  0 name: \"Ada\"\n"
-                                               "  1 items: array [+]\n"
-                                               "  2 more: dictionary [+]"));
-        QCOMPARE(window.told(), QStringLiteral("rearrange"));
-    }
-
-    void hidesWhatHasAHiddenAncestor() {
-        Window window(sample());
-        PlistNode& deep = window.node(QStringLiteral("items/0/a"));
-        window.outline.setFilter(idsOf({&deep, deep.parent(), window.root.get()}));
-        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]"));
-        window.outline.setFilter(NodeIdSet());
-        QCOMPARE(window.rows(), QString());
-        QCOMPARE(window.told(), QStringLiteral("remove 1-3, remove 0-0"));
-    }
-
-    void flagsRepeatedKeysAmongHiddenSiblingsToo() {
-        Window window(PlistValue::dictionary({{"a", number(1)}, {"a", number(2)}}));
-        window.outline.setFilter(idsOf({window.root.get(), window.root->children()[1].get()}));
-        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
-                                               "  1 a: 2 (duplicate)"));
-    }
-
-    // --- A new root ---
-
-    void carriesTheExpansionOver() {
-        Window window(sample());
-        window.expand(QStringLiteral("items"));
-        window.expand(QStringLiteral("items/0"));
-        window.outline.select(idsOf({window.root.get()}));
-        window.outline.setEditing(OutlineState::EditingField{window.root->id(), Column::key});
-        window.told();
-        const QSignalSpy selection(&window.outline, &OutlineState::selectionChanged);
-        const QSignalSpy editing(&window.outline, &OutlineState::editingChanged);
-
-        const PlistNodePtr next = PlistNode::create(
-            {}, PlistValue::dictionary({{"more", PlistValue::dictionary({{"b", number(2)}})},
-                                        {"items", sample().children()[1]}}));
-        window.outline.rebuild(*next);
-        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
-                                               "  0 more: dictionary [+]\n"
-                                               "  1 items: array [-]\n"
-                                               "    0 dictionary [-]\n"
-                                               "      0 a: 1\n"
-                                               "    1 \"x\""));
-        QCOMPARE(window.told(), QStringLiteral("reset"));
-        QCOMPARE(selection.count(), 1);
-        QCOMPARE(editing.count(), 1);
-        QVERIFY(window.outline.selection().isEmpty());
-        QVERIFY(!window.outline.editing());
-        QVERIFY(window.outline.root() == next.get());
-    }
-
-    void ignoresStepsThatLeadNowhere() {
-        const PlistValue inner = PlistValue::array({number(1)});
-        Window window(PlistValue::array({inner, inner, inner, inner}));
-        window.expand(QStringLiteral("1"));
-        window.expand(QStringLiteral("3"));
-        const PlistNodePtr next = PlistNode::create({}, PlistValue::array({inner, inner}));
-        window.outline.rebuild(*next);
-        QCOMPARE(window.rows(), QStringLiteral(": array [-]\n"
-                                               "  0 array [+]\n"
-                                               "  1 array [-]\n"
-                                               "    0 1"));
-    }
-
-    void takesKeysForPositionsAndTheReverse() {
-        const PlistValue inner = PlistValue::array({number(1)});
-        Window window(PlistValue::dictionary({{"1", inner}, {"+0", inner}, {"x", inner}}));
-        window.expand(QStringLiteral("1"));
-        window.expand(QStringLiteral("+0"));
-        window.expand(QStringLiteral("x"));
-        const PlistNodePtr array = PlistNode::create({}, PlistValue::array({inner, inner}));
-        window.outline.rebuild(*array);
-        QCOMPARE(window.rows(), QStringLiteral(": array [-]\n"
-                                               "  0 array [+]\n"
-                                               "  1 array [-]\n"
-                                               "    0 1"));
-        const PlistNodePtr dictionary =
-            PlistNode::create({}, PlistValue::dictionary({{"0", inner}, {"1", inner}}));
-        window.outline.rebuild(*dictionary);
-        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
-                                               "  0 0: array [+]\n"
-                                               "  1 1: array [-]\n"
-                                               "    0 1"));
-    }
-
-    void followsTheFirstOfRepeatedKeys() {
-        const PlistValue inner = PlistValue::array({number(1)});
-        Window window(PlistValue::dictionary({{"a", number(0)}, {"a", inner}}));
-        window.outline.setExpanded(*window.root->children()[1], Expansion::expand,
-                                   Reach::nodeAlone);
-        const PlistNodePtr next =
-            PlistNode::create({}, PlistValue::dictionary({{"a", inner}, {"a", inner}}));
-        window.outline.rebuild(*next);
-        QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
-                                               "  0 a: array [-] (duplicate)\n"
-                                               "    0 1\n"
-                                               "  1 a: array [+] (duplicate)"));
-        // A scalar in that place takes the expansion away, whatever stands behind it.
-        const PlistNodePtr scalar =
-            PlistNode::create({}, PlistValue::dictionary({{"a", number(0)}, {"a", inner}}));
-        window.outline.rebuild(*scalar);
-        QCOMPARE(window.outline.expanded(), idsOf({scalar.get()}));
-    }
-
-    void forgetsWhatStoodBelowACollapsedContainer() {
-        Window window(sample());
-        window.expand(QStringLiteral("items"));
-        window.expand(QStringLiteral("items/0"));
-        window.collapse(QStringLiteral("items"));
-        const PlistNodePtr next = PlistNode::create({}, sample());
-        window.outline.rebuild(*next);
-        QCOMPARE(window.outline.expanded(), idsOf({next.get()}));
-        QVERIFY(!next->children()[1]->isMaterialized());
-    }
-
-    void expandsTheNewRootEvenIfTheOldWasCollapsed() {
-        Window window(sample());
-        window.expand(QStringLiteral("items"));
-        window.collapse({});
-        const PlistNodePtr next = PlistNode::create({}, sample());
-        window.outline.rebuild(*next);
-        QCOMPARE(window.outline.rows().size(), std::size_t{4});
-    }
-
-    void carriesManySteps() {
-        std::vector<PlistEntry> entries(20'000);
-        for (std::size_t i = 0; i < entries.size(); ++i) {
-            entries[i] = {std::to_string(i), PlistValue::array({number(static_cast<int>(i))})};
-        }
-        const PlistValue value = PlistValue::dictionary(entries);
-        Window window(value);
-        window.expand({}, Reach::wholeSubtree);
-        std::reverse(entries.begin(), entries.end());
-        const PlistNodePtr next = PlistNode::create({}, PlistValue::dictionary(entries));
-        window.outline.rebuild(*next);
-        QCOMPARE(window.outline.rows().size(), std::size_t{40'001});
-    }
-
-    void carriesDeepExpansions() {
-        PlistValue value = number(1);
-        constexpr int depth = 50'000;
-        for (int i = 0; i < depth; ++i) {
-            value = PlistValue::array({value});
-        }
-        OutlineState outline;
-        const PlistNodePtr root = PlistNode::create({}, value);
-        outline.rebuild(*root);
-        outline.setExpanded(*root, Expansion::expand, Reach::wholeSubtree);
-        QCOMPARE(outline.rows().size(), std::size_t{depth + 1});
-        QCOMPARE(outline.rows().back().depth(), depth);
-        const PlistNodePtr next = PlistNode::create({}, value);
-        outline.rebuild(*next);
-        QCOMPARE(outline.rows().size(), std::size_t{depth + 1});
     }
 };
 
