@@ -315,6 +315,23 @@ TEST(XMLPlistParserErrorsTest, needsValidUtf8InTexts) {
     EXPECT_EQ(xmlOutcome("<array><string>a<!-- \xFF -->b</string></array>").text(), "(\"ab\")");
 }
 
+// Texts are checked by windows of some kilobytes, which must not end within a character.
+TEST(XMLPlistParserErrorsTest, needsValidUtf8BehindLongTexts) {
+    std::string document = "<array><string>";
+    for (int i = 0; i < 20'000; ++i) {
+        document += "\u6F22";
+    }
+    document += "</string>\n";
+    const PlistError::Reason broken = malformed("The text is not valid UTF-8.");
+    expectErrors({
+        {document + "<string>a\xFF</string></array>", 2, 9, broken},
+        {document + "<string>caf\xC3</string></array>", 2, 9, broken},
+        {document + "<dict><key>\xE6\xBC</key><true/></dict></array>", 2, 12, broken},
+    });
+    const std::string whole = xmlOutcome(document + "<string>caf\u00E9</string></array>").text();
+    EXPECT_TRUE(whole.ends_with("\"caf\u00E9\")")) << whole.substr(whole.size() - 40);
+}
+
 TEST(XMLPlistParserErrorsTest, needsAnEnd) {
     expectErrors({
         {"<", 1, 2, unexpectedEnd},
