@@ -63,6 +63,32 @@ QString UndoManager::redoActionName() const {
 
 // --- Back and forth ---
 
+/// The documents of some registrations while they are edited: each tells of one change when this
+/// ends, whatever the number of handlers.
+class UndoManager::EditedDocuments {
+public:
+    explicit EditedDocuments(const std::vector<Registration>& registrations) {
+        for (const Registration& registration : registrations) {
+            if (registration.document && !std::ranges::count(documents_, registration.document)) {
+                documents_.push_back(registration.document);
+                registration.document->beginEditing();
+            }
+        }
+    }
+    EditedDocuments(const EditedDocuments&) = delete;
+    EditedDocuments& operator=(const EditedDocuments&) = delete;
+    ~EditedDocuments() {
+        for (const auto& document : documents_) {
+            if (document) {
+                document->endEditing();
+            }
+        }
+    }
+
+private:
+    std::vector<QPointer<PlistDocument>> documents_;
+};
+
 void UndoManager::undo() {
     takeBack(undoable_, redoable_);
 }
@@ -80,7 +106,32 @@ void UndoManager::takeBack(std::vector<Group>& from, std::vector<Group>& to) {
     const bool wasModified = isModified();
     Group group = std::move(from.back());
     from.pop_back();
-    runHandlers(group);
+    // Who hears of the change may edit at once: by then all is in its place.
+    const EditedDocuments documents(group.registrations);
+    isTakingBack_ = true;
+    try {
+        runHandlers(group);
+    } catch (...) {
+        isTakingBack_ = false;
+        abandonHistory();
+        throw;
+    }
+    isTakingBack_ = false;
+    keepAnswer(group, to);
+    moveTo(group.before, wasModified);
+}
+
+void UndoManager::runHandlers(const Group& group) {
+    for (std::size_t i = group.registrations.size(); i > 0; --i) {
+        const Registration& registration = group.registrations[i - 1];
+        if (registration.document) {
+            registration.handler();
+        }
+    }
+}
+
+/// Makes an entry of what was registered while `group` was taken back.
+void UndoManager::keepAnswer(const Group& group, std::vector<Group>& to) {
     Group answer = std::exchange(open_, {});
     answer.name = group.name;
     answer.before = group.after;
@@ -88,42 +139,6 @@ void UndoManager::takeBack(std::vector<Group>& from, std::vector<Group>& to) {
     if (!answer.registrations.empty()) {
         to.push_back(std::move(answer));
     }
-    moveTo(group.before, wasModified);
-}
-
-void UndoManager::runHandlers(Group& group) {
-    // The documents are told of one change each, whatever the number of handlers.
-    std::vector<QPointer<PlistDocument>> documents;
-    for (const Registration& registration : group.registrations) {
-        if (registration.document && !std::ranges::count(documents, registration.document)) {
-            documents.push_back(registration.document);
-        }
-    }
-    isTakingBack_ = true;
-    for (const auto& document : documents) {
-        document->beginEditing();
-    }
-    const auto finish = [this, &documents] {
-        isTakingBack_ = false;
-        for (const auto& document : documents) {
-            if (document) {
-                document->endEditing();
-            }
-        }
-    };
-    try {
-        for (std::size_t i = group.registrations.size(); i > 0; --i) {
-            const Registration& registration = group.registrations[i - 1];
-            if (registration.document) {
-                registration.handler();
-            }
-        }
-    } catch (...) {
-        abandonHistory();
-        finish();
-        throw;
-    }
-    finish();
 }
 
 void UndoManager::abandonHistory() {

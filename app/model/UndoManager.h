@@ -76,6 +76,8 @@ Q_SIGNALS:
     void isModifiedChanged();
 
 private:
+    class EditedDocuments;
+
     struct Registration {
         QPointer<PlistDocument> document;
         Handler handler;
@@ -90,7 +92,8 @@ private:
     };
 
     void takeBack(std::vector<Group>& from, std::vector<Group>& to);
-    void runHandlers(Group& group);
+    static void runHandlers(const Group& group);
+    void keepAnswer(const Group& group, std::vector<Group>& to);
     void abandonHistory();
     void moveTo(State state, bool wasModified);
 

@@ -442,6 +442,30 @@ private Q_SLOTS:
         QVERIFY(desk.root().value() == sample());
     }
 
+    void takesEditsOfThoseWhoHearOfAnUndo() {
+        Desk desk;
+        desk.editor.changeValue(*desk.at({0}), text("Bob"));
+        const PlistNodePtr more = desk.at({2});
+        QMetaObject::Connection connection;
+        connection =
+            connect(&desk.document, &PlistDocument::treeChanged, this, [&desk, &connection, more] {
+                disconnect(connection);
+                desk.editor.rename(*more, "rest");
+            });
+        desk.undo.undo();
+        // The edit is an entry of its own, and there is nothing to be done again behind it.
+        QCOMPARE(desk.undo.undoCount(), 1);
+        QCOMPARE(desk.undo.undoActionName(), QStringLiteral("Rename"));
+        QCOMPARE(desk.undo.redoCount(), 0);
+        QVERIFY(desk.undo.isModified());
+        desk.undo.undo();
+        QVERIFY(desk.root().value() == sample());
+        QVERIFY(!desk.undo.isModified());
+        desk.undo.redo();
+        QVERIFY(desk.at({2})->key() == PlistString("rest"));
+        QVERIFY(desk.at({0})->value() == text("Ada"));
+    }
+
     // --- Without an undo manager ---
 
     void editsWithoutUndo() {
