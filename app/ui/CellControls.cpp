@@ -1,6 +1,7 @@
 #include "app/ui/CellControls.h"
 
 #include <QScrollBar>
+#include <optional>
 #include <utility>
 
 #include "app/model/PlistDocument.h"
@@ -15,10 +16,10 @@
 
 CellControls::CellControls(PlistTable& table, const DocumentActions& actions)
     : QObject(&table), table_(table), actions_(actions) {
-    // The field covers its cell, and goes when that goes elsewhere.
-    connect(&actions_.outline(), &OutlineState::rowsChanged, this, &CellControls::closeDate);
-    connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, &CellControls::closeDate);
-    connect(table.horizontalScrollBar(), &QScrollBar::valueChanged, this, &CellControls::closeDate);
+    // The field covers its cell wherever that goes.
+    connect(&actions_.outline(), &OutlineState::rowsChanged, this, &CellControls::placeDate);
+    connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, &CellControls::placeDate);
+    connect(table.horizontalScrollBar(), &QScrollBar::valueChanged, this, &CellControls::placeDate);
 }
 
 void CellControls::click(const QModelIndex& index, const QPoint& position) {
@@ -98,16 +99,37 @@ void CellControls::editDate(const QModelIndex& index) {
         table_.setFocus();
     });
     dateEditor_->setFont(table_.font());
-    const QModelIndex cell = index.siblingAtColumn(OutlineTableModel::valueColumn);
-    table_.scrollTo(cell);
-    dateEditor_->setGeometry(table_.visualRect(cell));
+    dateNode_ = node;
+    table_.scrollTo(index.siblingAtColumn(OutlineTableModel::valueColumn));
+    placeDate();
     dateEditor_->show();
     dateEditor_->setFocus(Qt::OtherFocusReason);
+}
+
+void CellControls::endEditing() {
+    if (dateEditor_) {
+        dateEditor_->commit();
+    }
+}
+
+void CellControls::placeDate() {
+    if (!dateEditor_) {
+        return;
+    }
+    const std::optional<int> row = actions_.outline().rowOf(*dateNode_);
+    if (row && dateNode_->type() == PlistType::date) {
+        dateEditor_->setGeometry(
+            table_.visualRect(table_.outlineModel().index(*row, OutlineTableModel::valueColumn)));
+    } else {
+        closeDate();
+        table_.setFocus();
+    }
 }
 
 void CellControls::closeDate() {
     if (dateEditor_) {
         DateValueEditor* editor = std::exchange(dateEditor_, nullptr);
+        editor->abandon();
         editor->hide();
         // Not at once: it may be the field that ends the edit.
         editor->deleteLater();

@@ -5,6 +5,7 @@
 #include <QPointer>
 
 #include "app/model/DocumentActions.h"
+#include "app/model/PlistNodePtr.h"
 
 class DateValueEditor;
 class PlistTable;
@@ -28,6 +29,9 @@ public:
     /// data there; false if there is nothing of these.
     bool workCurrent();
 
+    /// Takes over what stands in an open field, and closes it.
+    void endEditing();
+
     /// Opens the menu of types for the current row.
     void chooseTypeOfCurrent();
 
@@ -35,10 +39,12 @@ private:
     void toggle(const QModelIndex& index);
     void chooseType(const QModelIndex& index);
     void editDate(const QModelIndex& index);
+    void placeDate();
     void closeDate();
     void showBytes(const QModelIndex& index);
 
     PlistTable& table_;
     DocumentActions actions_;
     QPointer<DateValueEditor> dateEditor_;
+    PlistNodePtr dateNode_;  ///< what `dateEditor_` edits
 };

@@ -70,8 +70,7 @@ void DateValueEditor::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            interpretText();
-            end();
+            commit();
             break;
         case Qt::Key_Escape:
             end();
@@ -82,18 +81,28 @@ void DateValueEditor::keyPressEvent(QKeyEvent* event) {
 }
 
 void DateValueEditor::focusOutEvent(QFocusEvent* event) {
-    if (!hasEnded_ && endsEdit(event->reason())) {
-        interpretText();
-        end();
+    if (endsEdit(event->reason())) {
+        commit();
     }
     QDateTimeEdit::focusOutEvent(event);
 }
 
+void DateValueEditor::commit() {
+    if (!hasEnded_) {
+        interpretText();
+        end();
+    }
+}
+
+void DateValueEditor::abandon() {
+    hasEnded_ = true;
+    // The toolkit reads what is half typed when the focus leaves; nobody shall hear of it.
+    disconnect(this, &QDateTimeEdit::dateTimeChanged, nullptr, nullptr);
+}
+
 void DateValueEditor::end() {
     if (!hasEnded_) {
-        hasEnded_ = true;
-        // What is half typed is dropped when the focus leaves.
-        disconnect(this, &QDateTimeEdit::dateTimeChanged, nullptr, nullptr);
+        abandon();
         Q_EMIT finished();
     }
 }

@@ -17,6 +17,12 @@ public:
     /// Edits `seconds`, for which `canEdit` holds, and calls `change` with each date chosen.
     DateValueEditor(double seconds, std::function<void(double)> change, QWidget* parent);
 
+    /// Hands on what is half typed, as Return does.
+    void commit();
+
+    /// Ends the edit without a word: the cell has gone.
+    void abandon();
+
 Q_SIGNALS:
     /// The edit has ended: by Return, by Escape, or because the focus went elsewhere. Once.
     void finished();

@@ -301,10 +301,12 @@ void PlistTable::toggle(int row, OutlineState::Reach reach) {
 // --- Editing ---
 
 bool PlistTable::commitEditing() {
+    controls_->endEditing();
     return editing_->commit();
 }
 
 void PlistTable::endEditing() {
+    controls_->endEditing();
     editing_->end();
 }
 

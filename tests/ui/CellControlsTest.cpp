@@ -134,6 +134,7 @@ private Q_SLOTS:
         QTest::keyClick(field, Qt::Key_Up);
         QCOMPARE(node("date").scalar().dateValue(), std::floor(before) + 60);
         QCOMPARE(undoManager_->undoActionName(), QStringLiteral("Change Value"));
+        QVERIFY(field->isVisible() && field->hasFocus());
         QTest::keyClick(field, Qt::Key_Return);
         QVERIFY(table_->hasFocus());
         QCOMPARE(undoManager_->undoCount(), 1);
@@ -146,6 +147,24 @@ private Q_SLOTS:
         QTest::keyClick(field, Qt::Key_Escape);
         QVERIFY(table_->hasFocus());
         QCOMPARE(undoManager_->undoCount(), 1);
+    }
+
+    void aDateThatIsHalfTypedIsTakenOver() {
+        DateValueEditor* field = typeIntoDate();
+        QCOMPARE(undoManager_->undoCount(), 0);
+        QVERIFY(table_->commitEditing());
+        QCOMPARE(undoManager_->undoActionName(), QStringLiteral("Change Value"));
+        QVERIFY(!field->isVisible());
+    }
+
+    void aDateGoesWithItsRow() {
+        DateValueEditor* field = typeIntoDate();
+        const PlistNodePtr item(&node("date"));
+        const DocumentActions actions(*document_, *outline_, undoManager_.get());
+        actions.editor().remove({&item, 1});
+        QVERIFY(!field->isVisible());
+        QCOMPARE(undoManager_->undoCount(), 1);
+        QCOMPARE(undoManager_->undoActionName(), QStringLiteral("Delete"));
     }
 
     void aClickOnTheSummaryShowsTheBytes() {
@@ -206,6 +225,15 @@ private:
     void click(int row, int column) const {
         QTest::mouseClick(table_->viewport(), Qt::LeftButton, Qt::NoModifier,
                           cell(row, column).center());
+    }
+    /// Opens the field of the date and types a minute, which is not handed on yet.
+    DateValueEditor* typeIntoDate() const {
+        table_->setCurrentIndex(table_->model()->index(rowOf("date"), 0));
+        QTest::keyClick(table_.get(), Qt::Key_Space);
+        auto* field = table_->findChild<DateValueEditor*>();
+        field->setSelectedSection(QDateTimeEdit::MinuteSection);
+        QTest::keyClick(field, Qt::Key_5);
+        return field;
     }
     TypeMenu* openMenu() const { return table_->findChild<TypeMenu*>(); }
 
