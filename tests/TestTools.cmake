@@ -18,7 +18,7 @@ function(tabulet_test_environment result name)
         XDG_RUNTIME_DIR=${home}/run
         # Running out of memory is tested: sanitizers are to report it as the system does.
         ASAN_OPTIONS=allocator_may_return_null=1
-        TSAN_OPTIONS=allocator_may_return_null=1
+        "TSAN_OPTIONS=allocator_may_return_null=1:suppressions=\"${CMAKE_CURRENT_SOURCE_DIR}/thread-suppressions.txt\""
         PARENT_SCOPE)
 endfunction()
 
