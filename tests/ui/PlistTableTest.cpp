@@ -395,29 +395,6 @@ private Q_SLOTS:
         QVERIFY(collapsed != expanded);
     }
 
-private:
-    static QRect scaled(const QRect& rect, const QImage& image) {
-        const qreal scale = image.devicePixelRatio();
-        return {(QPointF(rect.topLeft()) * scale).toPoint(),
-                (QSizeF(rect.size()) * scale).toSize()};
-    }
-
-    static QImage pictureOf(const Window& window, const QRect& rect) {
-        return window.table->viewport()->grab(rect).toImage();
-    }
-
-    /// Whether there is more than one colour.
-    static bool hasInk(const QImage& image) {
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (image.pixel(x, y) != image.pixel(0, 0)) {
-                    return true;
-                }
-            }
-        }
-        return false;
-    }
-
     // --- Editing ---
 
     void deletesByKey() {
@@ -471,6 +448,29 @@ private:
         window.actions().editor().remove(std::vector<PlistNodePtr>{PlistNodePtr(&window.child(1))});
         QCOMPARE(window.editing(), Field());
         QVERIFY(window.table->hasFocus());
+    }
+
+private:
+    static QRect scaled(const QRect& rect, const QImage& image) {
+        const qreal scale = image.devicePixelRatio();
+        return {(QPointF(rect.topLeft()) * scale).toPoint(),
+                (QSizeF(rect.size()) * scale).toSize()};
+    }
+
+    static QImage pictureOf(const Window& window, const QRect& rect) {
+        return window.table->viewport()->grab(rect).toImage();
+    }
+
+    /// Whether there is more than one colour.
+    static bool hasInk(const QImage& image) {
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixel(x, y) != image.pixel(0, 0)) {
+                    return true;
+                }
+            }
+        }
+        return false;
     }
 };
 
