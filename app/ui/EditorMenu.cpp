@@ -15,30 +15,36 @@ bool hasDocument(const DocumentActions&) {
 
 }  // namespace
 
+// Many desktops keep Ctrl+Alt with an arrow to themselves, to go from one workspace to another:
+// what has such a key has a second one.
 EditorMenu::EditorMenu(DocumentView& view, QWidget* parent)
     : QMenu(tr("Edi&tor"), parent), view_(view) {
-    add(tr("Add &Item"), Qt::CTRL | Qt::SHIFT | Qt::Key_N, &DocumentActions::canAddItem,
+    add(tr("Add &Item"), {Qt::CTRL | Qt::SHIFT | Qt::Key_N}, &DocumentActions::canAddItem,
         &DocumentActions::addItem);
-    add(tr("&Duplicate"), Qt::CTRL | Qt::Key_D, &DocumentActions::hasSelectedTopLevelNodes,
+    add(tr("&Duplicate"), {Qt::CTRL | Qt::Key_D}, &DocumentActions::hasSelectedTopLevelNodes,
         &DocumentActions::duplicate);
     addSeparator();
-    add(tr("Move &Up"), Qt::CTRL | Qt::ALT | Qt::Key_Up, &DocumentActions::hasSelectedTopLevelNodes,
+    add(tr("Move &Up"), {Qt::CTRL | Qt::ALT | Qt::Key_Up, Qt::ALT | Qt::Key_Up},
+        &DocumentActions::hasSelectedTopLevelNodes,
         [](const DocumentActions& actions) { actions.moveSelected(Direction::up); });
-    add(tr("Move Do&wn"), Qt::CTRL | Qt::ALT | Qt::Key_Down,
+    add(tr("Move Do&wn"), {Qt::CTRL | Qt::ALT | Qt::Key_Down, Qt::ALT | Qt::Key_Down},
         &DocumentActions::hasSelectedTopLevelNodes,
         [](const DocumentActions& actions) { actions.moveSelected(Direction::down); });
     add(tr("&Sort Keys"), {}, &DocumentActions::sortTarget, &DocumentActions::sortKeys);
     addSeparator();
-    add(tr("&Expand All"), Qt::CTRL | Qt::ALT | Qt::Key_Right, hasDocument,
+    add(tr("&Expand All"),
+        {Qt::CTRL | Qt::ALT | Qt::Key_Right, Qt::CTRL | Qt::SHIFT | Qt::Key_Right}, hasDocument,
         [this](const DocumentActions&) { view_.expandAll(); });
-    add(tr("&Collapse All"), Qt::CTRL | Qt::ALT | Qt::Key_Left, hasDocument,
+    add(tr("&Collapse All"),
+        {Qt::CTRL | Qt::ALT | Qt::Key_Left, Qt::CTRL | Qt::SHIFT | Qt::Key_Left}, hasDocument,
         &DocumentActions::collapseAll);
 }
 
-QAction* EditorMenu::add(const QString& title, const QKeySequence& key, const Condition& condition,
+QAction* EditorMenu::add(const QString& title, const QList<QKeySequence>& keys,
+                         const Condition& condition,
                          const std::function<void(const DocumentActions&)>& action) {
     QAction* item = addAction(title);
-    item->setShortcut(key);
+    item->setShortcuts(keys);
     connect(item, &QAction::triggered, &view_, [this, condition, action] {
         view_.endEditing();
         if (condition(view_.actions())) {

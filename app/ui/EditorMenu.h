@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QKeySequence>
+#include <QList>
 #include <QMenu>
 #include <functional>
 
@@ -18,7 +20,8 @@ public:
 private:
     using Condition = std::function<bool(const DocumentActions&)>;
 
-    QAction* add(const QString& title, const QKeySequence& key, const Condition& condition,
+    /// The menu shows the first of the keys.
+    QAction* add(const QString& title, const QList<QKeySequence>& keys, const Condition& condition,
                  const std::function<void(const DocumentActions&)>& action);
 
     DocumentView& view_;

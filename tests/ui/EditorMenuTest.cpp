@@ -1,4 +1,6 @@
 #include <QAction>
+#include <QKeySequence>
+#include <QLineEdit>
 #include <QMenu>
 #include <QTest>
 
@@ -47,18 +49,19 @@ private Q_SLOTS:
         };
         add("Add Item", "Ctrl+Shift+N");
         add("Duplicate", "Ctrl+D");
-        add("Move Up", "Ctrl+Alt+Up");
-        add("Move Down", "Ctrl+Alt+Down");
+        // The menu shows the first one. Many desktops take it away.
+        add("Move Up", "Ctrl+Alt+Up; Alt+Up");
+        add("Move Down", "Ctrl+Alt+Down; Alt+Down");
         add("Sort Keys", "");
-        add("Expand All", "Ctrl+Alt+Right");
-        add("Collapse All", "Ctrl+Alt+Left");
+        add("Expand All", "Ctrl+Alt+Right; Ctrl+Shift+Right");
+        add("Collapse All", "Ctrl+Alt+Left; Ctrl+Shift+Left");
     }
 
     void hasTheseItems() {
         QFETCH(QString, title);
         const QAction* item = MenuTools::itemOf(*window_, title.toUtf8());
         QVERIFY(item != nullptr);
-        QTEST(item->shortcut().toString(), "key");
+        QTEST(QKeySequence::listToString(item->shortcuts()), "key");
     }
 
     void standsInThisOrder() {
@@ -103,6 +106,10 @@ private Q_SLOTS:
         QCOMPARE(keys(), QStringLiteral("a b list"));
         press(Qt::Key_Up, Qt::ControlModifier | Qt::AltModifier);
         QCOMPARE(keys(), QStringLiteral("b a list"));
+        press(Qt::Key_Down, Qt::AltModifier);
+        QCOMPARE(keys(), QStringLiteral("a b list"));
+        press(Qt::Key_Up, Qt::AltModifier);
+        QCOMPARE(keys(), QStringLiteral("b a list"));
     }
 
     void sortsFromTheMenu() {
@@ -115,6 +122,22 @@ private Q_SLOTS:
         QCOMPARE(rowCount(), 7);
         press(Qt::Key_Left, Qt::ControlModifier | Qt::AltModifier);
         QCOMPARE(rowCount(), 4);
+        press(Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(rowCount(), 7);
+        press(Qt::Key_Left, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(rowCount(), 4);
+    }
+
+    /// There they go over words, and do not reach the menu.
+    void leavesTheKeysOfWordsToFields() {
+        select(1);
+        window_->view().actions().beginEditing(OutlineState::Column::key);
+        QTRY_VERIFY(qobject_cast<QLineEdit*>(window_->focusWidget()) != nullptr);
+        auto* field = qobject_cast<QLineEdit*>(window_->focusWidget());
+        QTest::keyClick(field, Qt::Key_Left, Qt::ControlModifier | Qt::ShiftModifier);
+        QTest::keyClick(field, Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(rowCount(), 4);
+        QCOMPARE(window_->focusWidget(), field);
     }
 
 private:
