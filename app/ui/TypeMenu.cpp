@@ -20,8 +20,12 @@ TypeMenu::TypeMenu(const DocumentActions& actions, const PlistNodePtr& node, QWi
         // Without a group, which some styles mark by dots in place of check marks.
         item->setCheckable(true);
         item->setChecked(type == node->type());
-        connect(item, &QAction::triggered, this,
-                [actions, node, type] { actions.changeType(*node, type); });
+        connect(item, &QAction::triggered, this, [actions, node, type] {
+            // A change to a container would show it expanded.
+            if (node->type() != type) {
+                actions.changeType(*node, type);
+            }
+        });
         if (item->isChecked()) {
             setActiveAction(item);
         }

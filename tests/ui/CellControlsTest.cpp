@@ -70,6 +70,15 @@ private Q_SLOTS:
         QCOMPARE(undoManager_->undoCount(), 0);
     }
 
+    void choosingTheSameTypeLeavesAContainerCollapsed() {
+        const int rowCount = table_->model()->rowCount();
+        click(rowOf("array"), OutlineTableModel::typeColumn);
+        openMenu()->actions().at(1)->trigger();
+        QCOMPARE(undoManager_->undoCount(), 0);
+        QVERIFY(!outline_->isExpanded(node("array").id()));
+        QCOMPARE(table_->model()->rowCount(), rowCount);
+    }
+
     void referencesHaveNoChoice() {
         click(rowOf("uid"), OutlineTableModel::typeColumn);
         QVERIFY(openMenu() == nullptr);
