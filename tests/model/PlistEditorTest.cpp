@@ -4,6 +4,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "PlistCore/PlistEntry.h"
@@ -159,6 +160,17 @@ private Q_SLOTS:
         QCOMPARE(desk.undo.undoCount(), 0);
         desk.editor.changeValue(*desk.at({1}), PlistValue::real(notANumber));
         QCOMPARE(desk.undo.undoCount(), 1);
+    }
+
+    /// Another spelling of the same text is no change: the first one stays, byte for byte.
+    void keepsTheSpellingOfEqualTexts() {
+        Desk desk(PlistValue::array({text("caf\u00e9")}));
+        desk.editor.changeValue(*desk.at({0}), text("cafe\u0301"));
+        QCOMPARE(desk.undo.undoCount(), 0);
+        QCOMPARE(desk.at({0})->scalar().text(), std::string_view("caf\u00e9"));
+        desk.editor.changeValue(*desk.at({0}), text("cafe"));
+        desk.editor.changeValue(*desk.at({0}), text("cafe\u0301"));
+        QCOMPARE(desk.at({0})->scalar().text(), std::string_view("cafe\u0301"));
     }
 
     // --- Change type ---
@@ -442,6 +454,24 @@ private Q_SLOTS:
         QVERIFY(desk.root().value() == sample());
     }
 
+    /// Both ways, with the format that somebody had picked for saving.
+    void revertsTheFormatToo() {
+        Desk desk;
+        desk.editor.changeFormat(PlistFormat::binary);
+        desk.editor.replaceContent({number(1), PlistFormat::xml}, QStringLiteral("Revert"));
+        QCOMPARE(desk.document.format(), PlistFormat::xml);
+        desk.undo.undo();
+        QCOMPARE(desk.document.format(), PlistFormat::binary);
+        QCOMPARE(desk.undo.undoActionName(), QStringLiteral("Change Format"));
+        desk.undo.redo();
+        QCOMPARE(desk.document.format(), PlistFormat::xml);
+        desk.undo.undo();
+        desk.undo.undo();
+        QCOMPARE(desk.document.format(), PlistFormat::xml);
+        QVERIFY(desk.root().value() == sample());
+        QVERIFY(!desk.undo.isModified());
+    }
+
     void takesEditsOfThoseWhoHearOfAnUndo() {
         Desk desk;
         desk.editor.changeValue(*desk.at({0}), text("Bob"));
@@ -508,6 +538,8 @@ private Q_SLOTS:
         desk.editor.changeType(*items, PlistType::string);
         desk.undo.undo();
         QCOMPARE(TreeText::ofRows(outline), before);
+        // The rows of its items were away for a while.
+        QCOMPARE(outline.selection(), NodeIdSet{items->id()});
         QCOMPARE(reset.count(), 0);
         QCOMPARE(rows.count(), 4);
     }
