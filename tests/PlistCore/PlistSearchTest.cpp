@@ -358,6 +358,7 @@ TEST(PlistSearch, stopsInTheMiddle) {
     EXPECT_LT(matches.size(), 100'000U);
 }
 
+/// What stands at the end of a long text is not found any more.
 TEST(PlistSearch, stopsWithinALongText) {
     std::stop_source source;
     source.request_stop();
@@ -367,8 +368,11 @@ TEST(PlistSearch, stopsWithinALongText) {
         other += "é";
     }
     for (const std::string& text : {ascii, other}) {
-        const PlistMatches matches = PlistSearch::matches(string(text), "b", source.get_token());
+        const PlistValue value = string(text + "b");
+        EXPECT_EQ(search(value, "b"), "[]");
+        const PlistMatches matches = PlistSearch::matches(value, "b", source.get_token());
         EXPECT_EQ(matches.ending(), Ending::cancelled);
+        EXPECT_TRUE(matches.isEmpty());
     }
 }
 

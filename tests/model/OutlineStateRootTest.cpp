@@ -162,6 +162,24 @@ private Q_SLOTS:
         QCOMPARE(window.outline.expanded(), idsOf({scalar.get()}));
     }
 
+    /// Equal as text, whatever their spelling, for few steps and for so many that a table is made.
+    void followsKeysThatAreEqualAsText() {
+        const PlistValue inner = PlistValue::array({number(1)});
+        for (const int count : {1, 100}) {
+            std::vector<PlistEntry> composed;
+            std::vector<PlistEntry> decomposed;
+            for (int i = 0; i < count; ++i) {
+                composed.push_back({"caf\u00e9 " + std::to_string(i), inner});
+                decomposed.push_back({"cafe\u0301 " + std::to_string(i), inner});
+            }
+            Window window(PlistValue::dictionary(composed));
+            window.expand({}, Reach::wholeSubtree);
+            const PlistNodePtr next = PlistNode::create({}, PlistValue::dictionary(decomposed));
+            window.outline.rebuild(*next);
+            QCOMPARE(window.outline.rows().size(), static_cast<std::size_t>(1 + 2 * count));
+        }
+    }
+
     void forgetsWhatStoodBelowACollapsedContainer() {
         Window window(sample());
         window.expand(QStringLiteral("items"));
