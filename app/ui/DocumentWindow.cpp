@@ -1,12 +1,16 @@
 #include "app/ui/DocumentWindow.h"
 
 #include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QStackedWidget>
 #include <QTimer>
+#include <QUrl>
 
 #include "app/ui/DocumentToolBar.h"
 #include "app/ui/DocumentView.h"
@@ -27,6 +31,16 @@ QString titleFor(QString name) {
     return name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) + QStringLiteral("[*]");
 }
 
+QStringList localFilesOf(const QMimeData& data) {
+    QStringList paths;
+    for (const QUrl& url : data.urls()) {
+        if (url.isLocalFile()) {
+            paths.append(url.toLocalFile());
+        }
+    }
+    return paths;
+}
+
 }  // namespace
 
 DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
@@ -37,6 +51,7 @@ DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
       view_(new DocumentView(controller_.document(), &controller_.undoManager(), pages_)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setContextMenuPolicy(Qt::PreventContextMenu);
+    setAcceptDrops(true);
     makeMenus();
     addToolBar(view_->toolBar());
     pages_->addWidget(view_);
@@ -102,6 +117,23 @@ void DocumentWindow::updateFileMenu() {
 }
 
 // --- Opening ---
+
+void DocumentWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (!localFilesOf(*event->mimeData()).isEmpty()) {
+        // Never a move, after which a file manager would delete what was opened.
+        event->setDropAction(Qt::CopyAction);
+        event->accept();
+    }
+}
+
+void DocumentWindow::dropEvent(QDropEvent* event) {
+    const QStringList paths = localFilesOf(*event->mimeData());
+    if (!paths.isEmpty()) {
+        event->setDropAction(Qt::CopyAction);
+        event->accept();
+        Q_EMIT filesDropped(paths);
+    }
+}
 
 void DocumentWindow::open(const QString& path) {
     const QString name = QFileInfo(path).fileName();

@@ -54,6 +54,9 @@ Q_SIGNALS:
     void recentChosen(const QString& path);
     void quitChosen();
 
+    /// Local files were dropped on the window, which leaves opening them to its owner.
+    void filesDropped(const QStringList& paths);
+
     /// The user wants to keep the window after all.
     void closeRefused();
 
@@ -62,6 +65,8 @@ Q_SIGNALS:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

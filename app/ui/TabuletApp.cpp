@@ -92,6 +92,7 @@ DocumentWindow* TabuletApp::makeWindow() {
     connect(window, &DocumentWindow::newChosen, this, &TabuletApp::newDocument);
     connect(window, &DocumentWindow::openChosen, this, [this, window] { askForFiles(*window); });
     connect(window, &DocumentWindow::recentChosen, this, &TabuletApp::openOne);
+    connect(window, &DocumentWindow::filesDropped, this, &TabuletApp::open);
     connect(window, &DocumentWindow::quitChosen, this, &TabuletApp::quit);
     connect(window, &DocumentWindow::closeRefused, this, [this] { isQuitting_ = false; });
     connect(window, &QObject::destroyed, this, &TabuletApp::forget);

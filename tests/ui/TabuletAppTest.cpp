@@ -1,16 +1,19 @@
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 #include <memory>
 
 #include "app/ui/DocumentView.h"
 #include "app/ui/DocumentWindow.h"
 #include "app/ui/PlistTable.h"
 #include "app/ui/TabuletApp.h"
+#include "tests/ui/support/DragOver.h"
 #include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
 
@@ -50,6 +53,33 @@ private Q_SLOTS:
         QTRY_COMPARE(rowsOf(0), 4);
         app_->open({file("b.plist")});
         QCOMPARE(app_->windows().size(), 2);
+    }
+
+    void opensFilesDroppedOnAWindow() {
+        app_->start({});
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(file("a.plist")), QUrl::fromLocalFile(file("b.plist"))});
+        const DragOver::Answer answer = DragOver(viewport(), data).enterAndDrop({50, 200});
+        QVERIFY(answer.isAccepted);
+        QCOMPARE(answer.action, Qt::CopyAction);
+        QCOMPARE(app_->windows().size(), 2);
+        QTRY_COMPARE(rowsOf(0), 4);
+        QTRY_COMPARE(rowsOf(1), 4);
+    }
+
+    void takesNothingButLocalFiles_data() {
+        QTest::addColumn<QString>("url");
+        QTest::addColumn<bool>("isTaken");
+        QTest::newRow("local file") << "file:///a.plist" << true;
+        QTest::newRow("remote file") << "https://example.org/a.plist" << false;
+    }
+
+    void takesNothingButLocalFiles() {
+        QFETCH(const QString, url);
+        app_->start({});
+        QMimeData data;
+        data.setUrls({QUrl(url)});
+        QTEST(DragOver(viewport(), data).enter({50, 200}).isAccepted, "isTaken");
     }
 
     void leavesATouchedDocumentAlone() {
@@ -131,6 +161,8 @@ private Q_SLOTS:
 
 private:
     DocumentWindow& window(qsizetype number) { return *app_->windows().at(number); }
+
+    QWidget& viewport() { return *window(0).view().table().viewport(); }
 
     int rowsOf(qsizetype number) { return window(number).view().table().model()->rowCount(); }
 
