@@ -187,13 +187,16 @@ void OutlineState::beginChange() {
 }
 
 std::optional<int> OutlineState::rowOf(const PlistNode& node) const {
+    const std::optional<int> hinted = hintedRowOf(node);
+    return hinted ? hinted : rowForId(node.id());
+}
+
+std::optional<int> OutlineState::hintedRowOf(const PlistNode& node) const {
     MainThread::check();
     const int hint = node.rowHint();
-    if (hint >= 0 && static_cast<std::size_t>(hint) < rows().size() &&
-        rows()[static_cast<std::size_t>(hint)].nodeId() == node.id()) {
-        return hint;
-    }
-    return rowForId(node.id());
+    const bool isRight = hint >= 0 && static_cast<std::size_t>(hint) < rows().size() &&
+                         rows()[static_cast<std::size_t>(hint)].nodeId() == node.id();
+    return isRight ? std::optional(hint) : std::nullopt;
 }
 
 std::optional<int> OutlineState::rowForId(NodeId id) const {

@@ -87,6 +87,10 @@ public:
     std::optional<int> rowOf(const PlistNode& node) const;
     std::optional<int> rowForId(NodeId id) const;
 
+    /// As `rowOf`, told from the node alone: at once also for a node without a row. Right while no
+    /// other outline shows the same nodes.
+    std::optional<int> hintedRowOf(const PlistNode& node) const;
+
     const std::optional<EditingField>& editing() const noexcept { return editing_; }
     void setEditing(std::optional<EditingField> field);
 

@@ -61,6 +61,12 @@ bool CellControls::workCurrent() {
     }
 }
 
+QWidget* CellControls::fieldAt(const QModelIndex& index) const {
+    const bool isOver = dateEditor_ && index.column() == OutlineTableModel::valueColumn &&
+                        &table_.outlineModel().row(index.row()).node() == dateNode_.get();
+    return isOver ? dateEditor_.data() : nullptr;
+}
+
 void CellControls::chooseTypeOfCurrent() {
     const QModelIndex current = table_.currentIndex();
     if (current.isValid()) {

@@ -32,6 +32,9 @@ public:
     /// Takes over what stands in an open field, and closes it.
     void endEditing();
 
+    /// The field of a date if it is open over this cell, else null.
+    QWidget* fieldAt(const QModelIndex& index) const;
+
     /// Opens the menu of types for the current row.
     void chooseTypeOfCurrent();
 

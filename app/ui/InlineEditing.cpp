@@ -113,6 +113,14 @@ void InlineEditing::place() {
     }
 }
 
+QWidget* InlineEditing::fieldAt(const QModelIndex& index) const {
+    const std::optional<OutlineState::EditingField> edited = outline().editing();
+    const bool isOver = field_ && edited && index.isValid() &&
+                        table_.outlineModel().row(index.row()).nodeId() == edited->nodeId &&
+                        cell(*edited, index.row()) == index;
+    return isOver ? field_.data() : nullptr;
+}
+
 QModelIndex InlineEditing::cell(const OutlineState::EditingField& edited, int row) const {
     return table_.outlineModel().index(row, edited.column == Column::key
                                                 ? OutlineTableModel::keyColumn

@@ -25,6 +25,9 @@ public:
     /// Applies the text, or drops it if it is refused, and closes the field.
     void end();
 
+    /// The field if it is open over this cell, else null.
+    QWidget* fieldAt(const QModelIndex& index) const;
+
     /// Puts the field where its cell is now.
     void place();
 

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "app/model/PlistNode.h"
+#include "app/ui/AccessibleTable.h"
 #include "app/ui/CellControls.h"
 #include "app/ui/CellMetrics.h"
 #include "app/ui/InlineEditing.h"
@@ -79,13 +80,13 @@ PlistTable::PlistTable(const DocumentActions& actions, QWidget* parent)
       actions_(actions),
       header_(new OutlineHeader(this)),
       controls_(new CellControls(*this, actions)) {
+    // First, as changes of what is on the screen make screen readers ask at once.
+    AccessibleTable::install();
     // Before the model connects to the outline: what is in sight is remembered while the view has
     // not yet heard of a change.
     followOutline();
     setHorizontalHeader(header_);
     setUpModel();
-    // After the table, which knows the rows by then.
-    editing_ = new InlineEditing(*this, actions);
     setUpAppearance();
 }
 
@@ -120,6 +121,8 @@ void PlistTable::setUpModel() {
     setModel(model_);
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &PlistTable::giveSelectionToOutline);
+    // After the model, so that the table knows the rows when the field follows them.
+    editing_ = new InlineEditing(*this, actions_);
 }
 
 void PlistTable::followOutline() {
@@ -158,6 +161,7 @@ void PlistTable::focusInEvent(QFocusEvent* event) {
         // The first arrow key shall go to the first row, not past it.
         selectionModel()->clearCurrentIndex();
     }
+    AccessibleTable::announceCurrent(*this);
 }
 
 void PlistTable::updateGeometries() {
@@ -310,6 +314,26 @@ void PlistTable::endEditing() {
     editing_->end();
 }
 
+QWidget* PlistTable::editorAt(const QModelIndex& index) const {
+    QWidget* field = editing_->fieldAt(index);
+    return field != nullptr ? field : controls_->fieldAt(index);
+}
+
+void PlistTable::work(const QModelIndex& cell) {
+    switch (cell.column()) {
+        case OutlineTableModel::keyColumn:
+            actions_.beginEditing(OutlineState::Column::key);
+            break;
+        case OutlineTableModel::typeColumn:
+            controls_->chooseTypeOfCurrent();
+            break;
+        default:
+            if (!controls_->workCurrent()) {
+                actions_.beginEditing(OutlineState::Column::value);
+            }
+    }
+}
+
 QRect PlistTable::checkBoxRect(const QModelIndex& index) const {
     QStyleOptionViewItem option;
     initViewItemOption(&option);
@@ -367,6 +391,24 @@ void PlistTable::giveSelectionToOutline() {
     outline().select(ids);
 }
 
+// The base of these two tells screen readers of child numbers that are not those of the table's
+// accessible children, and lists all selected cells for it.
+
+void PlistTable::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+    QAbstractItemView::currentChanged(current, previous);
+    if (hasFocus()) {
+        AccessibleTable::announceCurrent(*this);
+    }
+}
+
+void PlistTable::selectionChanged(const QItemSelection& selected,
+                                  const QItemSelection& deselected) {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+    QAbstractItemView::selectionChanged(selected, deselected);
+    AccessibleTable::announceSelection(*this);
+}
+
 // --- What is in sight ---
 
 void PlistTable::rememberSight() {
@@ -397,20 +439,12 @@ std::vector<PlistTable::SeenRow> PlistTable::seenRows() const {
     return rows;
 }
 
-/// Whether the node has a row, told from the node alone: unlike `OutlineState::rowOf` this does not
-/// look through all rows for one that has gone.
-bool PlistTable::hasRow(const PlistNode& node) const {
-    const std::vector<OutlineRow>& rows = outline().rows();
-    const int hint = node.rowHint();
-    return hint >= 0 && static_cast<std::size_t>(hint) < rows.size() &&
-           rows[static_cast<std::size_t>(hint)].nodeId() == node.id();
-}
-
 void PlistTable::restoreSight() {
     isChangingRows_ = false;
     const std::vector<SeenRow> seen = std::exchange(sight_, {});
-    const auto anchor = std::find_if(seen.begin(), seen.end(),
-                                     [this](const SeenRow& row) { return hasRow(*row.node); });
+    const auto anchor = std::find_if(seen.begin(), seen.end(), [this](const SeenRow& row) {
+        return outline().hintedRowOf(*row.node).has_value();
+    });
     if (anchor == seen.end()) {
         return;
     }

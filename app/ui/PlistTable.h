@@ -43,6 +43,16 @@ public:
     /// Applies the text of an open field, or drops it if it is refused, and closes the field.
     void endEditing();
 
+    /// The field that is open over a cell; null if there is none.
+    QWidget* editorAt(const QModelIndex& index) const;
+
+    /// Works the current cell, which `cell` is: opens the field of its text or date, the menu of
+    /// types or the bytes, or toggles the boolean.
+    void work(const QModelIndex& cell);
+
+    /// Expands or collapses the container in a row.
+    void toggle(int row, OutlineState::Reach reach);
+
     /// Puts the editor of a cell in its place.
     void placeEditor(QWidget& editor, const QModelIndex& index) const;
 
@@ -59,6 +69,9 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void changeEvent(QEvent* event) override;
     void updateGeometries() override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void selectionChanged(const QItemSelection& selected,
+                          const QItemSelection& deselected) override;
 
 private:
     /// A row that was in sight, and where.
@@ -78,7 +91,6 @@ private:
     void expandSelected(OutlineState::Reach reach);
     void editAt(const QPoint& position);
     bool toggleAt(const QPoint& position, Qt::KeyboardModifiers modifiers);
-    void toggle(int row, OutlineState::Reach reach);
 
     void takeSelectionFromOutline();
     void giveSelectionToOutline();
@@ -86,7 +98,6 @@ private:
     void rememberSight();
     void restoreSight();
     std::vector<SeenRow> seenRows() const;
-    bool hasRow(const PlistNode& node) const;
 
     DocumentActions actions_;
     OutlineTableModel* model_ = nullptr;

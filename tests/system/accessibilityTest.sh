@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# In a real window: reads the outline and edits it through the accessibility bus, as a screen reader
+# does, saves, and compares the file.
+#
+# usage: accessibilityTest.sh SOURCE PROGRAM
+set -euo pipefail
+
+here=$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")
+# The system's own: others do not have the module.
+python=/usr/bin/python3
+if [[ ${1:-} != --on-display ]]; then
+    if ! command -v xdotool >/dev/null || ! command -v dbus-run-session >/dev/null ||
+        ! "$python" -c "import pyatspi" 2>/dev/null; then
+        echo "xdotool, dbus-run-session or pyatspi is not installed."
+        exit 77
+    fi
+    exec "$here/withDisplay.sh" dbus-run-session -- "$0" --on-display "$@"
+fi
+source=$2
+program=$3
+# shellcheck source=tests/system/windowTools.sh
+source "$here/windowTools.sh"
+# As the desktop does when a screen reader starts.
+dbus-send --session --print-reply --dest=org.a11y.Bus /org/a11y/bus \
+    org.freedesktop.DBus.Properties.Set \
+    string:org.a11y.Status string:IsEnabled variant:boolean:true >/dev/null
+
+sed -E 's|<real>[^<]*</real>|<real>0.5</real>|' "$source/packaging/sample.plist" >document.plist
+sed -e '0,/<true/s|<true/>|<false/>|' -e 's|<string>Harbour Light: a field guide</string>|<string>Lamps</string>|' \
+    document.plist >expected.plist
+
+start document.plist
+"$python" "$here/screenReader.py" document.plist
+waitFor "the document is saved" isUnmodified
+quit
+diff document.plist expected.plist
