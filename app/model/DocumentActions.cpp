@@ -109,8 +109,8 @@ void DocumentActions::addItem() const {
         hasKey ? UniqueKeys(point->container->children()).take(UniqueKeys::newItem) : PlistString(),
         PlistValue::defaultValue(PlistType::string));
     const PlistNodePtr nodes[] = {node};
+    openFor(*point->container);
     editor_.add(nodes, *point->container, point->index);
-    reveal(nodes);
     selectAlone(nodes);
     outline_->setEditing(Field{node->id(), hasKey ? Column::key : Column::value});
 }
@@ -192,12 +192,16 @@ void DocumentActions::changeValue(PlistNode& node, const PlistValue& value) cons
 }
 
 void DocumentActions::changeType(PlistNode& node, PlistType type) const {
-    const PlistNodePtr kept(&node);
-    editor_.changeType(node, type);
-    if (isContainer(type) && !outline_->isExpanded(node.id())) {
+    const bool expands = isContainer(type) && !outline_->isExpanded(node.id());
+    if (expands && node.type() == type) {
         outline_->setExpanded(node, OutlineState::Expansion::expand,
                               OutlineState::Reach::nodeAlone);
+        return;
     }
+    if (expands) {
+        outline_->expandWithNextRebuild(node);
+    }
+    editor_.changeType(node, type);
 }
 
 void DocumentActions::changeFormat(PlistFormat format) const {
@@ -270,14 +274,10 @@ void DocumentActions::selectRow(int row) const {
     }
 }
 
-// Making the rows anew costs as much as the document is long, and nearly always they are there.
-void DocumentActions::reveal(std::span<const PlistNodePtr> siblings) const {
-    const PlistNode* above = siblings.front()->parent();
-    while (above != nullptr && outline_->isExpanded(above->id())) {
-        above = above->parent();
-    }
-    if (above != nullptr) {
-        outline_->reveal(*siblings.front());
+/// Has a container and all that is above it open when the rows are made for what is added to it.
+void DocumentActions::openFor(const PlistNode& container) const {
+    for (const PlistNode* node = &container; node != nullptr; node = node->parent()) {
+        outline_->expandWithNextRebuild(*node);
     }
 }
 
@@ -336,8 +336,8 @@ void DocumentActions::insertEntries(std::span<const PlistEntry> entries,
         return;
     }
     const std::vector<PlistNodePtr> nodes = TransferNodes::made(entries, *point.container);
+    openFor(*point.container);
     editor_.add(nodes, *point.container, point.index);
-    reveal(nodes);
     selectAlone(nodes);
 }
 

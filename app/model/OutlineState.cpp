@@ -110,9 +110,17 @@ void OutlineState::rebuild(PlistNode& root) {
 }
 
 void OutlineState::follow(PlistDocument& document) {
-    const auto rebuildFromDocument = [this, &document] { rebuild(document.root()); };
+    const auto rebuildFromDocument = [this, &document] {
+        followedVersion_ = document.treeVersion();
+        rebuild(document.root());
+    };
     connect(&document, &PlistDocument::rootChanged, this, rebuildFromDocument);
-    connect(&document, &PlistDocument::treeChanged, this, rebuildFromDocument);
+    // A new root that is part of an edit is told of twice.
+    connect(&document, &PlistDocument::treeChanged, this, [this, &document, rebuildFromDocument] {
+        if (document.treeVersion() != followedVersion_) {
+            rebuildFromDocument();
+        }
+    });
     rebuildFromDocument();
 }
 
@@ -294,6 +302,11 @@ void OutlineState::setExpandedAlone(const PlistNode& node, Expansion expansion) 
     } else {
         expanded_.remove(node.id());
     }
+}
+
+void OutlineState::expandWithNextRebuild(const PlistNode& node) {
+    MainThread::check();
+    expanded_.insert(node.id());
 }
 
 void OutlineState::collapseAll() {

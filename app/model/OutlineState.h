@@ -107,6 +107,10 @@ public:
     ExpandResult setExpanded(std::span<const PlistNodePtr> nodes, Expansion expansion, Reach reach);
     ExpandResult setExpanded(PlistNode& node, Expansion expansion, Reach reach);
 
+    /// Has a node expanded from the next rebuild on, and makes no rows itself: for a change of the
+    /// tree that is about to make them anyway. Until then the node may be a scalar.
+    void expandWithNextRebuild(const PlistNode& node);
+
     /// Collapses every container of the tree but the root, which is expanded. Rebuilds once.
     void collapseAll();
 
@@ -163,5 +167,6 @@ private:
     std::optional<NodeIdSet> filter_;
     std::optional<EditingField> editing_;
     std::optional<Column> pointerColumn_;
+    quint64 followedVersion_ = 0;  ///< the version of the tree that the rows were made from
     bool isChangingRows_ = false;
 };

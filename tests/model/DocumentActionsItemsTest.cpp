@@ -5,6 +5,7 @@
 #include "app/model/DocumentActions.h"
 #include "app/model/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
+#include "tests/model/support/IntervalCount.h"
 
 namespace {
 
@@ -176,9 +177,17 @@ private Q_SLOTS:
         ActionsDesk desk(sample());
         const QSignalSpy inserted(&desk.outline, &OutlineState::rowsInserted);
         const QSignalSpy changed(&desk.outline, &OutlineState::rowsChanged);
+        IntervalCount intervals;
         desk.actions.addItem();
+        QCOMPARE(intervals.takeNames(), QStringLiteral("Rows"));
         QCOMPARE(inserted.count(), 1);
         QCOMPARE(changed.count(), 1);
+        desk.select({{}});
+        desk.actions.collapseSelected(OutlineState::Reach::nodeAlone);
+        intervals.takeNames();
+        desk.actions.addItem();
+        QCOMPARE(intervals.takeNames(), QStringLiteral("Rows"));
+        QVERIFY(desk.outline.isExpanded(desk.document.root().id()));
     }
 
     void worksWithoutUndo() {

@@ -1,22 +1,32 @@
 #include <QSignalSpy>
 #include <QTest>
+#include <functional>
 
 #include "PlistCore/PlistEntry.h"
 #include "app/model/DocumentActions.h"
 #include "app/model/PlistDocument.h"
 #include "app/model/PlistNode.h"
+#include "app/model/PlistTransfer.h"
+#include "tests/model/support/ActionsDesk.h"
+#include "tests/model/support/IntervalCount.h"
 
 namespace {
 
 using Reach = OutlineState::Reach;
 
-/// A document {box: {inner: [1]}, word: "x"} with its outline.
+using Action = std::function<void(ActionsDesk&)>;
+
+/// {box: {inner: [1]}, word: "x"}
+PlistValue sample() {
+    const PlistValue inner = PlistValue::array({PlistValue::integer(1)});
+    return PlistValue::dictionary(
+        {{"box", PlistValue::dictionary({{"inner", inner}})}, {"word", PlistValue::string("x")}});
+}
+
+/// A document with its outline.
 struct Window {
     Window() {
-        const PlistValue inner = PlistValue::array({PlistValue::integer(1)});
-        document.apply({PlistValue::dictionary({{"box", PlistValue::dictionary({{"inner", inner}})},
-                                                {"word", PlistValue::string("x")}}),
-                        PlistFormat::xml});
+        document.apply({sample(), PlistFormat::xml});
         outline.rebuild(document.root());
     }
 
@@ -120,6 +130,72 @@ private Q_SLOTS:
         QCOMPARE(window.rowCount(), 3);
         QVERIFY(!window.outline.isExpanded(window.inner().id()));
         QCOMPARE(rows.count(), 2);
+    }
+
+    /// Whatever it is put together from: an action, its undo and its redo walk over the rows once.
+    void makesTheRowsOnce_data() {
+        QTest::addColumn<Action>("action");
+        const auto add = [](const char* name, const Action& action) {
+            QTest::newRow(name) << action;
+        };
+        add("add", [](ActionsDesk& desk) { desk.actions.addItem(); });
+        add("duplicate", [](ActionsDesk& desk) { desk.actions.duplicate(); });
+        add("delete", [](ActionsDesk& desk) { desk.actions.deleteSelected(); });
+        add("move",
+            [](ActionsDesk& desk) { desk.actions.moveSelected(DocumentActions::Direction::up); });
+        add("sort", [](ActionsDesk& desk) { desk.actions.sortKeys(); });
+        add("rename", [](ActionsDesk& desk) {
+            QVERIFY(!desk.actions.rename(*desk.at({0}), QStringLiteral("new")));
+        });
+        add("change a value", [](ActionsDesk& desk) {
+            QVERIFY(!desk.actions.setValueFromText(*desk.at({1}), QStringLiteral("new")));
+        });
+        add("to a container",
+            [](ActionsDesk& desk) { desk.actions.changeType(*desk.at({1}), PlistType::array); });
+        add("from a container",
+            [](ActionsDesk& desk) { desk.actions.changeType(*desk.at({0}), PlistType::string); });
+        add("between containers",
+            [](ActionsDesk& desk) { desk.actions.changeType(*desk.at({0}), PlistType::array); });
+        add("paste", [](ActionsDesk& desk) { desk.actions.paste(desk.actions.copy()); });
+        add("drop", [](ActionsDesk& desk) {
+            const PlistTransfer transfer = desk.actions.dragItems(*desk.at({1}));
+            desk.actions.drop({&transfer, 1}, 1, DocumentActions::DragOrigin::thisProcess);
+        });
+        add("revert", [](ActionsDesk& desk) {
+            desk.actions.editor().replaceContent({sample(), PlistFormat::xml}, {});
+        });
+        add("expand", [](ActionsDesk& desk) { desk.actions.expandAll(); });
+        add("collapse", [](ActionsDesk& desk) { desk.actions.collapseAll(); });
+    }
+
+    void makesTheRowsOnce() {
+        QFETCH(const Action, action);
+        ActionsDesk desk(
+            PlistValue::dictionary({{"box", sample()}, {"a", PlistValue::string("x")}}));
+        desk.select({{1}});
+        IntervalCount intervals;
+        action(desk);
+        QCOMPARE(intervals.takeNames(), QStringLiteral("Rows"));
+        if (desk.undo.canUndo()) {
+            desk.undo.undo();
+            QCOMPARE(intervals.takeNames(), QStringLiteral("Rows"));
+            desk.undo.redo();
+            QCOMPARE(intervals.takeNames(), QStringLiteral("Rows"));
+        }
+    }
+
+    /// A change of the type of a container shows its children in the same step.
+    void tellsOfAChangeOfTheTypeOnce() {
+        ActionsDesk desk(sample());
+        const QSignalSpy inserted(&desk.outline, &OutlineState::rowsInserted);
+        const QSignalSpy changed(&desk.outline, &OutlineState::rowsDataChanged);
+        const QSignalSpy rows(&desk.outline, &OutlineState::rowsChanged);
+        desk.actions.changeType(*desk.at({0}), PlistType::array);
+        QCOMPARE(desk.rows(), ActionsDesk::lines({": dictionary [-]", "  0 box: array [-]",
+                                                  "    0 array [+]", "  1 word: \"x\""}));
+        QCOMPARE(inserted.count(), 1);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(rows.count(), 1);
     }
 
     void expandsTheRootOnCollapsingAll() {

@@ -15,6 +15,7 @@
 #include "app/model/PlistDocumentReader.h"
 #include "app/model/PlistNode.h"
 #include "app/model/ProgressReporter.h"
+#include "tests/model/support/IntervalCount.h"
 #include "tests/model/support/TreeText.h"
 
 namespace {
@@ -86,6 +87,16 @@ private Q_SLOTS:
         PlistDocument document;
         document.apply(file);
         QVERIFY(document.root().value() == sample());
+    }
+
+    /// Whether it succeeds or not.
+    void marksTheTimeItTakes() {
+        const QString path = fileWith(encoded(sample(), PlistFormat::xml));
+        IntervalCount intervals;
+        std::thread([&path] { PlistDocumentReader::read(path); }).join();
+        QCOMPARE(intervals.takeNames(), QStringLiteral("Read"));
+        QVERIFY(failure(fileWith("<plist>")));
+        QCOMPARE(intervals.takeNames(), QStringLiteral("Read"));
     }
 
     void keepsNothingOfTheFile() {

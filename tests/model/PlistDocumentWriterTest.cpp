@@ -18,6 +18,7 @@
 #include "app/model/PlistDocumentWriter.h"
 #include "app/model/PlistNode.h"
 #include "app/model/ProgressReporter.h"
+#include "tests/model/support/IntervalCount.h"
 #include "tests/model/support/TreeText.h"
 
 namespace {
@@ -129,6 +130,12 @@ private Q_SLOTS:
         QCOMPARE(progress.total(), 1);
         QCOMPARE(progress.completed(), 1);
         QVERIFY(PlistDocumentReader::read(path()).root == sample());
+    }
+
+    void marksTheTimeItTakes() {
+        IntervalCount intervals;
+        PlistDocumentWriter::write({sample(), PlistFormat::xml}, path());
+        QCOMPARE(intervals.takeNames(), QStringLiteral("Write"));
     }
 
     void leavesNothingOfALongerFile() {

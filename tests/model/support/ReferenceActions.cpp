@@ -205,10 +205,11 @@ std::optional<QString> ReferenceActions::setValueFromText(Name name, const QStri
 
 void ReferenceActions::changeType(Name name, PlistType type) {
     document_.changeType(name, type);
-    follow();
+    // In one step: what is selected below the item has a row all the time.
     if (isContainer(type) && !outline_.isExpanded(name)) {
         outline_.expand(root(), {name}, false);
     }
+    follow();
 }
 
 // --- Selection and expansion ---
