@@ -1,7 +1,11 @@
 #include <QTest>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
+#include "PlistCore/PlistBytes.h"
+#include "PlistCore/PlistCell.h"
+#include "PlistCore/PlistCodec.h"
 #include "PlistCore/PlistEntry.h"
 #include "PlistCore/PlistError.h"
 #include "app/model/DocumentActions.h"
@@ -86,6 +90,20 @@ private Q_SLOTS:
         QCOMPARE(textOf(PlistTransfer::imported(Representation::xml,
                                                 transfer.exported(Representation::xml))),
                  QStringLiteral("more={b: 5, a: 6}"));
+    }
+
+    /// What waits on the clipboard holds no large file in memory.
+    void copiesLetGoOfTheFile() {
+        const std::vector<PlistValue> items = {
+            PlistValue::string("a text that is too long to lie in place"),
+            PlistValue::data(std::vector<std::uint8_t>(10'000'000))};
+        const PlistBytes bytes = PlistCodec::write(PlistValue::array(items), PlistFormat::binary);
+        ActionsDesk desk(PlistCodec::read(bytes.span()).root);
+        QVERIFY(desk.at({0})->scalar().cell().has(PlistCell::inArena));
+        desk.select({{0}});
+        const PlistTransfer transfer = desk.actions.copy();
+        QVERIFY(!transfer.entries.front().value.cell().has(PlistCell::inArena));
+        QVERIFY(transfer.entries.front().value == items.front());
     }
 
     // --- Pasting ---

@@ -371,6 +371,15 @@ private Q_SLOTS:
                  QStringLiteral("{a: 1, a 2: 2, : 4, b: 3,  2: 5, in: {}, list: []}"));
     }
 
+    void movesEachNodeOnce() {
+        Desk desk;
+        const std::vector<PlistNodePtr> moved =
+            desk.editor.move(std::vector{desk.at({1, 1}), desk.at({1, 1})}, desk.root(), 0);
+        QCOMPARE(moved.size(), std::size_t{1});
+        QCOMPARE(desk.value(), QStringLiteral("{: 2, name: \"Ada\", items: [1, 3, 4], "
+                                              "more: {b: 5, a: 6}}"));
+    }
+
     void keepsItsOwnKeyWithinADictionary() {
         Desk desk;
         desk.editor.move(std::vector{desk.at({0})}, desk.root(), 3);
@@ -470,6 +479,23 @@ private Q_SLOTS:
         QCOMPARE(desk.document.format(), PlistFormat::xml);
         QVERIFY(desk.root().value() == sample());
         QVERIFY(!desk.undo.isModified());
+    }
+
+    void takesEditsOfThoseWhoHearOfAnEdit() {
+        Desk desk;
+        const PlistNodePtr more = desk.at({2});
+        QMetaObject::Connection connection;
+        connection =
+            connect(&desk.document, &PlistDocument::treeChanged, this, [&desk, &connection, more] {
+                disconnect(connection);
+                desk.editor.rename(*more, "rest");
+            });
+        desk.editor.changeValue(*desk.at({0}), text("Bob"));
+        QCOMPARE(desk.undo.undoCount(), 2);
+        QCOMPARE(desk.undo.undoActionName(), QStringLiteral("Rename"));
+        desk.undo.undo();
+        QCOMPARE(desk.undo.undoActionName(), QStringLiteral("Change Value"));
+        QVERIFY(desk.at({0})->value() == text("Bob"));
     }
 
     void takesEditsOfThoseWhoHearOfAnUndo() {

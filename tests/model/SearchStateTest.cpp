@@ -13,6 +13,7 @@
 #include "app/model/OutlineState.h"
 #include "app/model/PlistDocument.h"
 #include "app/model/PlistNode.h"
+#include "app/model/SearchRun.h"
 #include "app/model/SearchState.h"
 #include "tests/model/support/ManualAlarm.h"
 #include "tests/model/support/SearchDesk.h"
@@ -36,6 +37,11 @@ PlistValue sample() {
         {{"name", text("Ada")},
          {"list", PlistValue::array({text("ab"), PlistValue::integer(12), inner})},
          {"cab", text("Zoë")}});
+}
+
+/// Whether a search is under way, whatever it has found by now.
+bool isSearching(const SearchDesk& desk) {
+    return desk.search->findChild<SearchRun*>() != nullptr;
 }
 
 /// Arrays of two, in which both items are the same value, so many levels deep.
@@ -197,13 +203,26 @@ private Q_SLOTS:
         QCOMPARE(desk.signalCounts(), QStringLiteral("matches 1, visible 1, current 1, updated 1"));
     }
 
+    void startsNothingWhenTheQueryIsClearedInThePause() {
+        const SearchDesk desk(sample());
+        desk.type("a");
+        desk.type("");
+        QVERIFY(!desk.search->isUpdating());
+        QVERIFY(!desk.alarm->isSet());
+        desk.begin();
+        QVERIFY(!isSearching(desk));
+        QCOMPARE(desk.visible(), QStringLiteral("all"));
+    }
+
     // --- Overtaken searches ---
 
     void dropsASearchThatTypingOvertakes() {
         const SearchDesk desk(sample());
         desk.type("zoe");
         desk.begin();
+        QVERIFY(isSearching(desk));
         desk.type("ada");
+        QVERIFY(!isSearching(desk));
         QCoreApplication::processEvents();
         QCOMPARE(desk.signalCounts(), QStringLiteral("matches 0, visible 0, current 0, updated 0"));
         desk.begin();
@@ -216,7 +235,9 @@ private Q_SLOTS:
         const SearchDesk desk(sample());
         desk.type("a");
         desk.begin();
+        QVERIFY(isSearching(desk));
         desk.type("");
+        QVERIFY(!isSearching(desk));
         QCOMPARE(desk.signalCounts(), QStringLiteral("matches 0, visible 0, current 0, updated 1"));
         QCoreApplication::processEvents();
         QCOMPARE(desk.visible(), QStringLiteral("all"));
@@ -318,6 +339,16 @@ private Q_SLOTS:
         desk.begin();
         QVERIFY(desk.isDone());
         QCOMPARE(desk.matches(), QStringLiteral("/name"));
+    }
+
+    void searchesAnyNewRoot() {
+        const SearchDesk desk(sample());
+        QVERIFY(desk.find("ada"));
+        PlistDocument& document = desk.editor.document();
+        document.setRoot(PlistNode::create({}, PlistValue::array({text("Ada")})));
+        desk.begin();
+        QVERIFY(desk.isDone());
+        QCOMPARE(desk.matches(), QStringLiteral("/0"));
     }
 
     void ignoresChangesWhileNothingIsSought() {
