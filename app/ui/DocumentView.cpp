@@ -13,6 +13,7 @@
 #include "app/ui/MessageDialog.h"
 #include "app/ui/NoticeBanner.h"
 #include "app/ui/PlistTable.h"
+#include "app/ui/RowDropping.h"
 #include "app/ui/SearchField.h"
 
 DocumentView::DocumentView(PlistDocument& document, UndoManager* undoManager, QWidget* parent)
@@ -79,6 +80,8 @@ void DocumentView::followDocument() {
     connect(&outline_, &OutlineState::rowsChanged, this, &DocumentView::updateButtons);
     connect(&outline_, &OutlineState::selectionChanged, this, &DocumentView::updateButtons);
     connect(table_, &PlistTable::expansionRefused, this, &DocumentView::explainRefusedExpansion);
+    connect(&table_->dropping(), &RowDropping::hoveredChanged, emptyState_,
+            &EmptyState::setDropTarget);
 
     banner_->setVisible(document_.wasReadOnlyFormat());
     toolBar_->formatPicker().setFormat(document_.format());

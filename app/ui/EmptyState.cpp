@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
 
 #include "app/ui/Glyph.h"
 #include "app/ui/GlyphLabel.h"
@@ -26,4 +27,18 @@ EmptyState::EmptyState(QWidget* parent) : QWidget(parent) {
 
 QString EmptyState::text() const {
     return label_->text();
+}
+
+void EmptyState::setDropTarget(bool isDropTarget) {
+    isDropTarget_ = isDropTarget;
+    update();
+}
+
+void EmptyState::paintEvent(QPaintEvent* event) {
+    QWidget::paintEvent(event);
+    if (isDropTarget_) {
+        QPainter painter(this);
+        painter.setPen(QPen(palette().color(QPalette::Active, QPalette::Highlight), 2));
+        painter.drawRect(rect().adjusted(1, 1, -1, -1));
+    }
 }

@@ -13,6 +13,14 @@ public:
 
     QString text() const;
 
+    /// Frames it while something is held above it that can be dropped.
+    void setDropTarget(bool isDropTarget);
+    bool isDropTarget() const noexcept { return isDropTarget_; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
 private:
     QLabel* label_;
+    bool isDropTarget_ = false;
 };

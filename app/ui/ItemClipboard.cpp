@@ -4,23 +4,12 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <optional>
 
-#include "PlistCore/PlistError.h"
 #include "app/desktop/PasteboardData.h"
 #include "app/model/DocumentActions.h"
 #include "app/model/PlistTransfer.h"
-#include "app/model/TransferError.h"
-#include "app/ui/MessageDialog.h"
-
-namespace {
-
-void explain(QWidget& window, const QString& reason) {
-    MessageDialog::show(
-        window, QCoreApplication::translate("ItemClipboard", "The clipboard cannot be pasted."),
-        reason);
-}
-
-}  // namespace
+#include "app/ui/TransferReading.h"
 
 void ItemClipboard::copy(const DocumentActions& actions) {
     if (actions.hasSelectedTopLevelNodes()) {
@@ -42,11 +31,10 @@ void ItemClipboard::paste(const DocumentActions& actions, QWidget& window) {
     if (!canPaste(actions)) {
         return;
     }
-    try {
-        actions.paste(PasteboardData::transferFrom(*QGuiApplication::clipboard()->mimeData()));
-    } catch (const TransferError& error) {
-        explain(window, error.message());
-    } catch (const PlistError& error) {
-        explain(window, QString::fromStdString(error.errorDescription()));
+    const std::optional<PlistTransfer> transfer = TransferReading::read(
+        *QGuiApplication::clipboard()->mimeData(), window,
+        QCoreApplication::translate("ItemClipboard", "The clipboard cannot be pasted."));
+    if (transfer) {
+        actions.paste(*transfer);
     }
 }

@@ -5,6 +5,7 @@
 #include <QItemSelection>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <algorithm>
@@ -19,6 +20,8 @@
 #include "app/ui/KeyCell.h"
 #include "app/ui/OutlineHeader.h"
 #include "app/ui/OutlineTableModel.h"
+#include "app/ui/RowDragging.h"
+#include "app/ui/RowDropping.h"
 #include "app/ui/RowMenu.h"
 #include "app/ui/TypeCell.h"
 #include "app/ui/ValueCell.h"
@@ -87,6 +90,7 @@ PlistTable::PlistTable(const DocumentActions& actions, QWidget* parent)
     followOutline();
     setHorizontalHeader(header_);
     setUpModel();
+    setUpHelpers();
     setUpAppearance();
 }
 
@@ -121,8 +125,12 @@ void PlistTable::setUpModel() {
     setModel(model_);
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &PlistTable::giveSelectionToOutline);
-    // After the model, so that the table knows the rows when the field follows them.
+}
+
+// After the table, which knows of new rows before its helpers do.
+void PlistTable::setUpHelpers() {
     editing_ = new InlineEditing(*this, actions_);
+    dropping_ = new RowDropping(*this, actions_, *new RowDragging(*this, actions_));
 }
 
 void PlistTable::followOutline() {
@@ -162,6 +170,12 @@ void PlistTable::focusInEvent(QFocusEvent* event) {
         selectionModel()->clearCurrentIndex();
     }
     AccessibleTable::announceCurrent(*this);
+}
+
+void PlistTable::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    QPainter painter(viewport());
+    dropping_->paint(painter);
 }
 
 void PlistTable::updateGeometries() {
@@ -275,7 +289,7 @@ void PlistTable::editAt(const QPoint& position) {
     }
 }
 
-bool PlistTable::toggleAt(const QPoint& position, Qt::KeyboardModifiers modifiers) {
+bool PlistTable::isOnDisclosure(const QPoint& position) const {
     const QModelIndex index = indexAt(position);
     if (!index.isValid() || index.column() != OutlineTableModel::keyColumn) {
         return false;
@@ -285,10 +299,14 @@ bool PlistTable::toggleAt(const QPoint& position, Qt::KeyboardModifiers modifier
     option.rect = visualRect(index);
     // A little larger than what is drawn, so that it is easy to hit.
     const QRect control = keyCell_->parts(option, index).disclosure;
-    if (control.isEmpty() || !control.adjusted(-2, -4, 2, 4).contains(position)) {
+    return !control.isEmpty() && control.adjusted(-2, -4, 2, 4).contains(position);
+}
+
+bool PlistTable::toggleAt(const QPoint& position, Qt::KeyboardModifiers modifiers) {
+    if (!isOnDisclosure(position)) {
         return false;
     }
-    toggle(index.row(), reachFor(modifiers));
+    toggle(rowAt(position.y()), reachFor(modifiers));
     return true;
 }
 

@@ -13,6 +13,8 @@ class CellControls;
 class KeyCell;
 class OutlineHeader;
 class OutlineTableModel;
+class RowDragging;
+class RowDropping;
 class ValueCell;
 
 /// The outline as a table of keys, types and values. It shows rows, passes on what the user does to
@@ -26,6 +28,13 @@ public:
     ~PlistTable() override;
 
     OutlineTableModel& outlineModel() const noexcept { return *model_; }
+
+    /// What is dragged over the table and dropped on it.
+    RowDropping& dropping() const noexcept { return *dropping_; }
+
+    /// Whether a point of the viewport is on the control that expands and collapses a row, or so
+    /// close that it is meant.
+    bool isOnDisclosure(const QPoint& position) const;
 
     /// Where the check box of a boolean stands in the viewport; empty for other cells.
     QRect checkBoxRect(const QModelIndex& index) const;
@@ -68,6 +77,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void updateGeometries() override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void selectionChanged(const QItemSelection& selected,
@@ -84,6 +94,7 @@ private:
 
     void setUpAppearance();
     void setUpModel();
+    void setUpHelpers();
     void followOutline();
     void applyFont();
 
@@ -107,6 +118,7 @@ private:
     CellControls* controls_;
     QPersistentModelIndex pressed_;
     InlineEditing* editing_ = nullptr;
+    RowDropping* dropping_ = nullptr;
     std::vector<SeenRow> sight_;
     bool isChangingRows_ = false;
     bool isSharingSelection_ = false;
