@@ -18,7 +18,8 @@ struct Layout {
         for (const QString& name : names) {
             width = std::max(width, text.horizontalAdvance(name));
         }
-        nameWidth = std::min(width, metrics.scaled(widestName));
+        // The advance is rounded, and what does not fit by a fraction would be cut.
+        nameWidth = std::min(width + 1, metrics.scaled(widestName));
         if (!count.isEmpty()) {
             // At least a circle.
             badgeWidth = std::max(text.height(), text.horizontalAdvance(count) + text.height() / 2);

@@ -17,18 +17,6 @@ program=$3
 # shellcheck source=tests/system/windowTools.sh
 source "$here/windowTools.sh"
 
-# A property list with the lines of standard input in its dictionary.
-plist() {
-    echo '<?xml version="1.0" encoding="UTF-8"?>'
-    echo '<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN"' \
-        '"http://www.apple.com/DTDs/PropertyList-1.0.dtd">'
-    echo '<plist version="1.0">'
-    echo '<dict>'
-    sed 's/^/\t/'
-    echo '</dict>'
-    echo '</plist>'
-}
-
 plist >original.plist <<'TEXT'
 <key>tide</key>
 <integer>4</integer>
@@ -49,10 +37,6 @@ enter() {
     xdotool key ctrl+a
     xdotool type --delay 20 "$1"
     xdotool key "$2"
-}
-
-isSavedAs() {
-    cmp -s "$1" "$2"
 }
 
 # How often a key must be pressed to take all edits back, or to do them again.

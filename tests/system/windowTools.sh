@@ -5,7 +5,11 @@
 scratch=$(mktemp -d)
 processes=()
 cleanUp() {
-    local each
+    local status=$? each
+    # What was on the screen when a test failed stays in the home of the test.
+    if [[ $status -ne 0 ]] && command -v import >/dev/null; then
+        import -window root "$HOME/failure.png" && echo "The screen then: $HOME/failure.png"
+    fi
     for each in "${processes[@]}"; do
         kill "$each" 2>/dev/null || true
     done
@@ -28,6 +32,23 @@ waitFor() {
     echo "After 30 seconds still not: $name"
     cat log
     exit 1
+}
+
+# A property list with the lines of standard input in its dictionary.
+plist() {
+    echo '<?xml version="1.0" encoding="UTF-8"?>'
+    echo '<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN"' \
+        '"http://www.apple.com/DTDs/PropertyList-1.0.dtd">'
+    echo '<plist version="1.0">'
+    echo '<dict>'
+    sed 's/^/\t/'
+    echo '</dict>'
+    echo '</plist>'
+}
+
+# Whether two files are the same.
+isSavedAs() {
+    cmp -s "$1" "$2"
 }
 
 title() {
@@ -64,16 +85,21 @@ activate() {
     waitFor "the window has the keyboard" hasFocus
 }
 
-# Opens the file in the program and waits until its window has the keyboard. Sets "process" and
-# "window".
+# Sets "window" to that of the process which shows the file.
+findWindow() {
+    window=$(xdotool search --sync --onlyvisible --pid "$process" --name "^$1" | head -n 1)
+}
+
+# Opens the files in the program and waits until the window of the first has the keyboard. Sets
+# "process" and "window".
 start() {
     : >log
-    "$program" "$1" 2>log &
+    "$program" "$@" 2>log &
     process=$!
     processes+=("$process")
-    window=$(xdotool search --sync --onlyvisible --pid "$process" --name "$1" | head -n 1)
+    findWindow "$1"
     waitFor "the window shows $1" titleIs "$1 — Tabulet"
-    waitFor "the document is read" rowsWereMadeSince 1
+    waitFor "the documents are read" rowsWereMadeSince $#
     activate
 }
 
