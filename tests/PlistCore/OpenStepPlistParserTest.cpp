@@ -127,6 +127,20 @@ TEST(OpenStepPlistParserTest, lastOfRepeatedKeysWins) {
     EXPECT_EQ(read("{'e\u0301'=1;'\u00E9'=2;}"), "{\"\u00E9\" = \"2\"}");
 }
 
+// Sorting keeps the order of equal keys, however many there are.
+TEST(OpenStepPlistParserTest, lastOfManyRepeatedKeysWins) {
+    std::string text = "{";
+    for (int number = 0; number < 1000; ++number) {
+        text += "key" + std::to_string(number % 10) + "=" + std::to_string(number) + ";";
+    }
+    const PlistValue value = OpenStepPlistParser::parse(text + "}");
+    ASSERT_EQ(value.childCount(), 10U);
+    for (std::size_t place = 0; place < 10; ++place) {
+        EXPECT_EQ(value.keys()[place].view(), "key" + std::to_string(place));
+        EXPECT_EQ(value.children()[place].text(), std::to_string(990 + place));
+    }
+}
+
 TEST(OpenStepPlistParserTest, uidsAreOrdinaryDictionaries) {
     EXPECT_EQ(read("{'CF$UID'=<*I7>;}"), "{\"CF$UID\" = 7}");
 }

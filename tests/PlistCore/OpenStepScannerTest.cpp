@@ -63,6 +63,7 @@ TEST(OpenStepScannerTest, readsWords) {
     EXPECT_EQ(stringIn("http://example.org/a//b"), "http://example.org/a//b");
     EXPECT_EQ(stringIn("a/b/* c */"), "a/b");
     EXPECT_EQ(stringIn("/"), "/");
+    EXPECT_EQ(stringIn("/*"), "/");
 }
 
 TEST(OpenStepScannerTest, knowsWhereAStringStarts) {
@@ -152,6 +153,8 @@ TEST(OpenStepScannerTest, mendsUnpairedSurrogates) {
     EXPECT_EQ(stringIn(R"("\Ud83d\Ux")"), "\uFFFDUx");
     EXPECT_EQ(stringIn(R"("\Ud83d\Ud83d\Ude00")"), "\uFFFD😀");
     EXPECT_EQ(stringIn(R"("\Ude00\Ud83d")"), "\uFFFD\uFFFD");
+    EXPECT_EQ(stringIn(R"("\Ude00\Ude00")"), "\uFFFD\uFFFD");
+    EXPECT_EQ(stringIn(R"("\U41\Ude00")"), "A\uFFFD");
 }
 
 TEST(OpenStepScannerTest, unterminatedStringIsNamedByItsStart) {

@@ -225,6 +225,12 @@ TEST(PlistSearch, findsInLongTextsOfAnyKind) {
             changed.replace(place / letter.size() * letter.size(), 6 * letter.size(), "Néedle");
             EXPECT_TRUE(finds(changed, "needle")) << letter << " at " << place;
         }
+        // The same where all is ASCII, which is searched without being folded.
+        for (std::size_t place = piece - 12; place <= piece + 12; ++place) {
+            std::string changed(text.size(), 'a');
+            changed.replace(place, 6, "Needle");
+            EXPECT_TRUE(finds(changed, "needle")) << place;
+        }
         EXPECT_TRUE(finds(text + "needle", "needle"));
         EXPECT_TRUE(finds(text, text));
         EXPECT_FALSE(finds(text, text + "x"));
