@@ -22,6 +22,9 @@ namespace {
 /// Whether exactly these nodes stand on both or one side of the place already, so that moving them
 /// there would only be an entry in the undo list.
 bool standAt(const InsertionPoint& place, const std::vector<NodeId>& ids) {
+    if (ids.empty()) {
+        return false;
+    }
     const std::span<const PlistNodePtr> children = place.container->children();
     const auto count = static_cast<qint64>(ids.size());
     const qint64 last = std::min(place.index, static_cast<qint64>(children.size()) - count);

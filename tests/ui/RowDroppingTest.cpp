@@ -73,6 +73,28 @@ private Q_SLOTS:
         QVERIFY(!window_->isWindowModified());
     }
 
+    void saysThatRowsOfTheSameTableAreMoved() {
+        Qt::DropAction own = Qt::IgnoreAction;
+        Qt::DropAction others = Qt::IgnoreAction;
+        const auto other = makeWindow(Samples::numbers(2));
+        QWidget& otherViewport = *other->view().table().viewport();
+        MouseDrag::run(viewport(), keyAt(2),
+                       [this, &own, &others, &otherViewport](const MouseDrag&) {
+                           own = DragOver(viewport(), *item_).enter(below(4)).action;
+                           others = DragOver(otherViewport, *item_).enter(below(1)).action;
+                       });
+        QCOMPARE(own, Qt::MoveAction);
+        QCOMPARE(others, Qt::CopyAction);
+    }
+
+    void takesItemsBetweenTheRowsThatASearchLeaves() {
+        window_->view().outline().setFilter(NodeIdSet{idOf(0), idOf(2), idOf(4)});
+        QCOMPARE(keys(), QStringLiteral("k1 k3"));
+        dragTo(1, below(2));
+        window_->view().outline().setFilter(std::nullopt);
+        QCOMPARE(keys(), QStringLiteral("k0 k2 k3 k1"));
+    }
+
     void movesAllSelectedRows() {
         select({1, 3});
         dragTo(3, below(4));
@@ -91,9 +113,9 @@ private Q_SLOTS:
     }
 
     void movesTheNodeItself() {
-        const NodeId id = window_->view().outline().rows().at(2).nodeId();
+        const NodeId id = idOf(2);
         dragTo(2, below(4));
-        QCOMPARE(window_->view().outline().rows().at(4).nodeId(), id);
+        QCOMPARE(idOf(4), id);
     }
 
     void whatStandsThereAlreadyStaysUnchanged_data() {
@@ -460,6 +482,10 @@ private:
     QWidget& viewport() { return *table().viewport(); }
     DropLine line() { return table().dropping().line().value(); }
 
+    NodeId idOf(int row) {
+        return window_->view().outline().rows().at(static_cast<std::size_t>(row)).nodeId();
+    }
+
     QRect rowRect(int row) { return table().visualRect(table().model()->index(row, 0)); }
     QPoint keyAt(int row) { return rowRect(row).center(); }
     QPoint above(int row) { return rowRect(row).center() - QPoint(0, rowRect(row).height() / 4); }
@@ -479,7 +505,7 @@ private:
     void select(std::initializer_list<int> rows) {
         NodeIdSet ids;
         for (const int row : rows) {
-            ids.insert(window_->view().outline().rows().at(static_cast<std::size_t>(row)).nodeId());
+            ids.insert(idOf(row));
         }
         window_->view().outline().select(ids);
     }
