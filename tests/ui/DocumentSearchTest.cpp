@@ -181,6 +181,17 @@ private Q_SLOTS:
         QVERIFY(!buttons[0]->isEnabled());
     }
 
+    void theAddButtonFollowsTheRoot() {
+        const QAction& add = *view().toolBar()->actions().front();
+        PlistDocument& document = window_->controller().document();
+        document.apply({text("alone"), PlistFormat::xml});
+        QVERIFY(!add.isEnabled());
+        view().actions().changeType(document.root(), PlistType::array);
+        QVERIFY(add.isEnabled());
+        window_->controller().undoManager().undo();
+        QVERIFY(!add.isEnabled());
+    }
+
 private:
     DocumentView& view() const { return window_->view(); }
     SearchField& field() const { return view().toolBar()->searchField(); }

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "app/model/PlistNode.h"
+#include "app/ui/DocumentToolBar.h"
 #include "app/ui/DocumentView.h"
 #include "app/ui/DocumentWindow.h"
 #include "app/ui/InlineTextField.h"
@@ -64,6 +65,22 @@ private Q_SLOTS:
         QTRY_VERIFY(window.isNull());
         window_ = nullptr;
         QVERIFY(Samples::readFile(path_).contains("<integer>42</integer>"));
+    }
+
+    /// The buttons of the toolbar take no focus, which would end the edit.
+    void theButtonsKeepWhatIsBeingTyped() {
+        const QList<QAction*> buttons = window_->view().toolBar()->actions();
+        QTest::keyClicks(openValue(), QStringLiteral("42"));
+        buttons[0]->trigger();
+        const PlistNode& root = window_->controller().document().root();
+        QCOMPARE(root.childCount(), 3);
+        QVERIFY(first().value() == PlistValue::integer(42));
+        // Taken over before its item goes, so that it is there again when that comes back.
+        QTest::keyClicks(openValue(), QStringLiteral("43"));
+        buttons[1]->trigger();
+        QCOMPARE(root.childCount(), 2);
+        window_->controller().undoManager().undo();
+        QVERIFY(first().value() == PlistValue::integer(43));
     }
 
     void staysOpenWithWhatIsWrong() {
