@@ -1,7 +1,11 @@
+#include <QApplication>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextDocumentFragment>
+#include <QToolTip>
 #include <memory>
 
 #include "PlistCore/PlistEntry.h"
@@ -369,6 +373,20 @@ private Q_SLOTS:
             QCOMPARE(parts.duplicateSign.size(), QSize(12, 12));
             QVERIFY(parts.duplicateSign.left() > parts.text.right());
             QVERIFY(window.table->visualRect(window.index(row)).contains(parts.duplicateSign));
+        }
+    }
+
+    void saysWhatTheSignMeans() {
+        const Window window(
+            PlistValue::dictionary({{"a", PlistValue::integer(1)}, {"a", PlistValue::integer(3)}}));
+        for (const int row : {1, 2}) {
+            QToolTip::hideText();
+            const QPoint sign = window.parts(row).duplicateSign.center();
+            QHelpEvent event(QEvent::ToolTip, sign, window.table->viewport()->mapToGlobal(sign));
+            QApplication::sendEvent(window.table->viewport(), &event);
+            QCOMPARE(QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText().simplified(),
+                     QStringLiteral("Duplicate key: only one of them is used when the file is "
+                                    "read."));
         }
     }
 
