@@ -39,12 +39,12 @@ PlistValue content(const benchmark::State& state) {
 struct Window {
     Window(const benchmark::State& state, Rows shows) : editor(document, &undo) {
         document.apply({content(state), PlistFormat::xml});
-        outline.rebuild(document.root());
-        ShownTree::expandAll(outline, document.root());
         if (shows == Rows::shown) {
-            QObject::connect(&document, &PlistDocument::treeChanged, &outline,
-                             [this] { outline.rebuild(document.root()); });
+            outline.follow(document);
+        } else {
+            outline.rebuild(document.root());
         }
+        ShownTree::expandAll(outline, document.root());
         const auto items = document.root().children();
         item = items[items.size() / 2];
         const bool isRecord = item->isContainer();

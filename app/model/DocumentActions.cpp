@@ -275,8 +275,8 @@ void DocumentActions::selectRow(int row) const {
 }
 
 /// Has a container and all that is above it open when the rows are made for what is added to it.
-void DocumentActions::openFor(const PlistNode& container) const {
-    for (const PlistNode* node = &container; node != nullptr; node = node->parent()) {
+void DocumentActions::openFor(PlistNode& container) const {
+    for (PlistNode* node = &container; node != nullptr; node = node->parent()) {
         outline_->expandWithNextRebuild(*node);
     }
 }

@@ -148,7 +148,7 @@ public:
 private:
     void insertEntries(std::span<const PlistEntry> entries, const InsertionPoint& point) const;
     void selectAlone(std::span<const PlistNodePtr> nodes) const;
-    void openFor(const PlistNode& container) const;
+    void openFor(PlistNode& container) const;
     void selectRow(int row) const;
     void editLater(OutlineState::EditingField field) const;
 

@@ -32,16 +32,17 @@ bool showSameNode(const OutlineRow& left, const OutlineRow& right) {
     return left.nodeId() == right.nodeId();
 }
 
-bool isAmong(const std::vector<OutlineRow>& rows, const OutlineRow& row) {
-    const int hint = row.node().rowHint();
-    return hint >= 0 && static_cast<std::size_t>(hint) < rows.size() &&
-           showSameNode(rows[static_cast<std::size_t>(hint)], row);
+bool isAmong(std::span<const OutlineRow> rows, std::size_t firstRow, const OutlineRow& row) {
+    // Wraps for a hint before the rows, to a number far behind them.
+    const std::size_t place = static_cast<std::size_t>(row.node().rowHint()) - firstRow;
+    return place < rows.size() && showSameNode(rows[place], row);
 }
 
 }  // namespace
 
-OutlineDifference OutlineDifference::between(const std::vector<OutlineRow>& oldRows,
-                                             const std::vector<OutlineRow>& newRows) {
+OutlineDifference OutlineDifference::between(std::span<const OutlineRow> oldRows,
+                                             std::span<const OutlineRow> newRows,
+                                             std::size_t firstRow) {
     OutlineDifference difference;
     ChangedRows changed;
     std::size_t start = 0;
@@ -63,9 +64,10 @@ OutlineDifference OutlineDifference::between(const std::vector<OutlineRow>& oldR
     difference.newEnd = newEnd;
     difference.changed = changed.range();
     difference.isRearrangement =
-        newEnd > start &&
-        std::any_of(oldRows.begin() + static_cast<std::ptrdiff_t>(start),
-                    oldRows.begin() + static_cast<std::ptrdiff_t>(oldEnd),
-                    [&newRows](const OutlineRow& row) { return isAmong(newRows, row); });
+        newEnd > start && std::any_of(oldRows.begin() + static_cast<std::ptrdiff_t>(start),
+                                      oldRows.begin() + static_cast<std::ptrdiff_t>(oldEnd),
+                                      [newRows, firstRow](const OutlineRow& row) {
+                                          return isAmong(newRows, firstRow, row);
+                                      });
     return difference;
 }

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <optional>
-#include <vector>
+#include <span>
 
 #include "app/model/OutlineRow.h"
 
@@ -26,8 +26,9 @@ struct OutlineDifference {
     /// The rows of equal nodes that show something else than before, as one range.
     std::optional<Range> changed;
 
-    /// Compares in one pass. `newRows` must be the list that the nodes' row hints tell of, and the
-    /// nodes of `oldRows` must be alive.
-    static OutlineDifference between(const std::vector<OutlineRow>& oldRows,
-                                     const std::vector<OutlineRow>& newRows);
+    /// Compares in one pass. The row hints of the nodes must tell of `newRows`, the first of which
+    /// has the number `firstRow`, and the nodes of `oldRows` must be alive. All numbers of the
+    /// result count from the first of the rows compared.
+    static OutlineDifference between(std::span<const OutlineRow> oldRows,
+                                     std::span<const OutlineRow> newRows, std::size_t firstRow = 0);
 };

@@ -1,5 +1,6 @@
 #include "app/model/OutlineRowList.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "app/model/PlistNode.h"
@@ -14,16 +15,43 @@ void OutlineRowList::reset(std::vector<OutlineRow> rows) {
     release(old.data(), old.data() + old.size());
 }
 
+void OutlineRowList::replace(std::size_t first, std::size_t end, std::vector<OutlineRow> rows) {
+    if (first == 0 && end == rows_.size()) {
+        reset(std::move(rows));
+        return;
+    }
+    retain(rows.data(), rows.data() + rows.size());
+    remove(first, end);
+    insert(first, rows);
+}
+
 void OutlineRowList::remove(std::size_t first, std::size_t end) {
     release(rows_.data() + first, rows_.data() + end);
     rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(first),
                 rows_.begin() + static_cast<std::ptrdiff_t>(end));
 }
 
-void OutlineRowList::replaceAdding(std::vector<OutlineRow> rows, std::size_t first,
-                                   std::size_t end) {
+void OutlineRowList::update(std::size_t at, std::vector<OutlineRow> rows, std::size_t first,
+                            std::size_t end) {
     retain(rows.data() + first, rows.data() + end);
-    rows_ = std::move(rows);
+    if (rows.size() == rows_.size() + (end - first)) {
+        rows_ = std::move(rows);
+        return;
+    }
+    insert(at + first, std::span(rows).subspan(first, end - first));
+    const auto target = rows_.begin() + static_cast<std::ptrdiff_t>(at);
+    const auto behind = static_cast<std::ptrdiff_t>(end);
+    std::copy_n(rows.begin(), first, target);
+    std::copy(rows.begin() + behind, rows.end(), target + behind);
+}
+
+void OutlineRowList::insert(std::size_t place, std::span<const OutlineRow> rows) {
+    const std::size_t size = rows_.size() + rows.size();
+    if (size > rows_.capacity()) {
+        constexpr std::size_t sixteenth = 16;
+        rows_.reserve(size + size / sixteenth);
+    }
+    rows_.insert(rows_.begin() + static_cast<std::ptrdiff_t>(place), rows.begin(), rows.end());
 }
 
 void OutlineRowList::retain(const OutlineRow* first, const OutlineRow* end) noexcept {

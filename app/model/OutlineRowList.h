@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 #include "app/model/OutlineRow.h"
@@ -22,16 +23,21 @@ public:
     /// Puts other rows in place of all.
     void reset(std::vector<OutlineRow> rows);
 
+    /// Puts other rows in place of those from `first` up to `end`.
+    void replace(std::size_t first, std::size_t end, std::vector<OutlineRow> rows);
+
     /// Takes out the rows from `first` up to, but without, `end`.
     void remove(std::size_t first, std::size_t end);
 
-    /// Puts `rows` in place of all, where those from `first` up to `end` are added and the others
-    /// show the nodes that are here now, in the same order.
-    void replaceAdding(std::vector<OutlineRow> rows, std::size_t first, std::size_t end);
+    /// Puts `rows` in place of some of those from `at` on. Of them those from `first` up to `end`
+    /// are added, and the others show the nodes that are here now, in the same order.
+    void update(std::size_t at, std::vector<OutlineRow> rows, std::size_t first, std::size_t end);
 
 private:
     static void retain(const OutlineRow* first, const OutlineRow* end) noexcept;
     static void release(const OutlineRow* first, const OutlineRow* end) noexcept;
+
+    void insert(std::size_t place, std::span<const OutlineRow> rows);
 
     std::vector<OutlineRow> rows_;
 };

@@ -110,17 +110,11 @@ void OutlineState::rebuild(PlistNode& root) {
 }
 
 void OutlineState::follow(PlistDocument& document) {
-    const auto rebuildFromDocument = [this, &document] {
-        followedVersion_ = document.treeVersion();
-        rebuild(document.root());
-    };
+    const auto rebuildFromDocument = [this, &document] { rebuild(document.root()); };
     connect(&document, &PlistDocument::rootChanged, this, rebuildFromDocument);
-    // A new root that is part of an edit is told of twice.
-    connect(&document, &PlistDocument::treeChanged, this, [this, &document, rebuildFromDocument] {
-        if (document.treeVersion() != followedVersion_) {
-            rebuildFromDocument();
-        }
-    });
+    connect(&document, &PlistDocument::nodeChanged, this,
+            [this](PlistNode* node, PlistNodeChanges changes) { changes_.add(*node, changes); });
+    connect(&document, &PlistDocument::treeChanged, this, &OutlineState::update);
     rebuildFromDocument();
 }
 
@@ -136,6 +130,8 @@ void OutlineState::installRoot(PlistNode& root) {
 }
 
 std::vector<OutlineState::Row> OutlineState::freshRows() {
+    changes_.clear();
+    shifts_.clear();
     return OutlineWalk(expanded_, filter_).rows(*root_, rows().size());
 }
 
@@ -151,37 +147,78 @@ void OutlineState::resetRows() {
 void OutlineState::rebuildRows() {
     const Signposter::Interval interval("Rows");
     beginChange();
-    applyDifference(freshRows());
+    applyDifference(freshRows(), 0, rows().size());
     pruneSelection();
 }
 
-void OutlineState::applyDifference(std::vector<Row> rows) {
-    const OutlineDifference difference = OutlineDifference::between(this->rows(), rows);
+/// Makes only those rows anew that the noted changes may have made others.
+void OutlineState::update() {
+    PlistNode* top = root_ ? changes_.top(*root_, expanded_) : nullptr;
+    if (filter_ || shifts_.isFull() || top == root_.get()) {
+        rebuildIfShown();
+    } else if (top != nullptr) {
+        updateSegment(static_cast<std::size_t>(*rowOf(*top)));
+    }
+    changes_.clear();
+    pruneSelection();
+}
+
+/// Makes the row with the number `first` and those below it anew.
+void OutlineState::updateSegment(std::size_t first) {
+    const Signposter::Interval interval("Rows");
+    const std::size_t oldEnd = endOfSegment(first);
+    beginChange();
+    std::vector<Row> fresh = OutlineWalk(expanded_, filter_).segment(rows()[first], first);
+    const std::size_t newEnd = first + fresh.size();
+    if (newEnd != oldEnd) {
+        shifts_.add(oldEnd,
+                    static_cast<std::ptrdiff_t>(newEnd) - static_cast<std::ptrdiff_t>(oldEnd));
+    }
+    applyDifference(std::move(fresh), first, oldEnd - first);
+}
+
+std::size_t OutlineState::endOfSegment(std::size_t first) const {
+    const qint64 depth = rows()[first].depth();
+    std::size_t end = first + 1;
+    while (end < rows().size() && rows()[end].depth() > depth) {
+        ++end;
+    }
+    return end;
+}
+
+/// Puts `rows` in place of `oldCount` rows from `offset` on.
+void OutlineState::applyDifference(std::vector<Row> rows, std::size_t offset,
+                                   std::size_t oldCount) {
+    const OutlineDifference difference =
+        OutlineDifference::between(std::span(this->rows()).subspan(offset, oldCount), rows, offset);
     const bool removes = difference.oldEnd > difference.start;
     const bool inserts = difference.newEnd > difference.start;
+    isSelectionShown_ = isSelectionShown_ && !removes;
     if (difference.isRearrangement) {
         Q_EMIT rowsAboutToBeRearranged();
-        rows_.reset(std::move(rows));
+        rows_.replace(offset, offset + oldCount, std::move(rows));
         Q_EMIT rowsRearranged();
         endChange();
         Q_EMIT rowsChanged();
         return;
     }
-    const int first = static_cast<int>(difference.start);
+    const int before = static_cast<int>(offset);
+    const int first = before + static_cast<int>(difference.start);
     if (removes) {
-        Q_EMIT rowsAboutToBeRemoved(first, static_cast<int>(difference.oldEnd) - 1);
-        rows_.remove(difference.start, difference.oldEnd);
+        Q_EMIT rowsAboutToBeRemoved(first, before + static_cast<int>(difference.oldEnd) - 1);
+        rows_.remove(offset + difference.start, offset + difference.oldEnd);
         Q_EMIT rowsRemoved();
     }
     if (inserts) {
-        Q_EMIT rowsAboutToBeInserted(first, static_cast<int>(difference.newEnd) - 1);
+        Q_EMIT rowsAboutToBeInserted(first, before + static_cast<int>(difference.newEnd) - 1);
     }
-    rows_.replaceAdding(std::move(rows), difference.start, difference.newEnd);
+    rows_.update(offset, std::move(rows), difference.start, difference.newEnd);
     if (inserts) {
         Q_EMIT rowsInserted();
     }
     if (difference.changed) {
-        Q_EMIT rowsDataChanged(difference.changed->first, difference.changed->last);
+        Q_EMIT rowsDataChanged(before + difference.changed->first,
+                               before + difference.changed->last);
     }
     endChange();
     if (removes || inserts || difference.changed) {
@@ -201,10 +238,10 @@ std::optional<int> OutlineState::rowOf(const PlistNode& node) const {
 
 std::optional<int> OutlineState::hintedRowOf(const PlistNode& node) const {
     MainThread::check();
-    const int hint = node.rowHint();
-    const bool isRight = hint >= 0 && static_cast<std::size_t>(hint) < rows().size() &&
-                         rows()[static_cast<std::size_t>(hint)].nodeId() == node.id();
-    return isRight ? std::optional(hint) : std::nullopt;
+    return shifts_.find(node.rowHint(), [this, &node](int row) {
+        return row >= 0 && static_cast<std::size_t>(row) < rows().size() &&
+               rows()[static_cast<std::size_t>(row)].nodeId() == node.id();
+    });
 }
 
 std::optional<int> OutlineState::rowForId(NodeId id) const {
@@ -223,6 +260,7 @@ void OutlineState::select(const NodeIdSet& ids) {
     MainThread::check();
     if (selection_ != ids) {
         selection_ = ids;
+        isSelectionShown_ = false;
         Q_EMIT selectionChanged();
     }
 }
@@ -245,15 +283,18 @@ std::vector<OutlineState::Row> OutlineState::selectedRows() const {
 }
 
 void OutlineState::pruneSelection() {
-    const std::vector<Row> selected = selectedRows();
-    if (selected.size() == static_cast<std::size_t>(selection_.size())) {
+    if (isSelectionShown_) {
         return;
     }
-    NodeIdSet visible;
-    for (const Row& row : selected) {
-        visible.insert(row.nodeId());
+    const std::vector<Row> selected = selectedRows();
+    if (selected.size() != static_cast<std::size_t>(selection_.size())) {
+        NodeIdSet visible;
+        for (const Row& row : selected) {
+            visible.insert(row.nodeId());
+        }
+        select(visible);
     }
-    select(visible);
+    isSelectionShown_ = true;
 }
 
 void OutlineState::setEditing(std::optional<EditingField> field) {
@@ -283,30 +324,36 @@ OutlineState::ExpandResult OutlineState::setExpanded(std::span<const PlistNodePt
         for (PlistNode* top : tops) {
             expansion == Expansion::expand ? expandSubtree(*top, expanded_)
                                            : collapseSubtree(*top, expanded_);
+            changes_.add(*top);
         }
     } else {
         for (const PlistNodePtr& node : nodes) {
             setExpandedAlone(*node, expansion);
         }
     }
-    rebuildIfShown();
+    update();
     return ExpandResult::done;
 }
 
-void OutlineState::setExpandedAlone(const PlistNode& node, Expansion expansion) {
-    if (!node.isContainer()) {
+void OutlineState::setExpandedAlone(PlistNode& node, Expansion expansion) {
+    const bool shallExpand = expansion == Expansion::expand;
+    if (!node.isContainer() || shallExpand == expanded_.contains(node.id())) {
         return;
     }
-    if (expansion == Expansion::expand) {
+    if (shallExpand) {
         expanded_.insert(node.id());
     } else {
         expanded_.remove(node.id());
     }
+    changes_.add(node);
 }
 
-void OutlineState::expandWithNextRebuild(const PlistNode& node) {
+void OutlineState::expandWithNextRebuild(PlistNode& node) {
     MainThread::check();
-    expanded_.insert(node.id());
+    if (!expanded_.contains(node.id())) {
+        expanded_.insert(node.id());
+        changes_.add(node);
+    }
 }
 
 void OutlineState::collapseAll() {
@@ -320,10 +367,10 @@ void OutlineState::collapseAll() {
 
 void OutlineState::reveal(const PlistNode& node) {
     MainThread::check();
-    for (const PlistNode* above = node.parent(); above != nullptr; above = above->parent()) {
-        expanded_.insert(above->id());
+    for (PlistNode* above = node.parent(); above != nullptr; above = above->parent()) {
+        setExpandedAlone(*above, Expansion::expand);
     }
-    rebuildIfShown();
+    update();
 }
 
 void OutlineState::setFilter(std::optional<NodeIdSet> filter) {

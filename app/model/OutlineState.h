@@ -8,9 +8,11 @@
 
 #include "app/model/NodeId.h"
 #include "app/model/NodeIdSet.h"
+#include "app/model/OutlineChanges.h"
 #include "app/model/OutlineRow.h"
 #include "app/model/OutlineRowList.h"
 #include "app/model/PlistNodePtr.h"
+#include "app/model/RowShifts.h"
 
 class PlistDocument;
 
@@ -18,9 +20,10 @@ class PlistDocument;
 /// containers are expanded, which rows are selected, which cell is being edited, and which nodes a
 /// search leaves visible. Belongs to the main thread.
 ///
-/// The rows are made anew by `rebuild`, once after each change of the tree; `follow` sees to that.
-/// They are compared by node with those before, and the signals tell the smallest difference, each
-/// with an "about to" before `rows()` changes and a partner after it, as an item model needs them:
+/// `rebuild` makes the rows anew. With `follow` that happens once after each change of the tree,
+/// and only for the part of the rows in which something has changed. They are compared by node with
+/// those before, and the signals tell the smallest difference, each with an "about to" before
+/// `rows()` changes and a partner after it, as an item model needs them:
 /// - a new root: one reset;
 /// - else at most one removal and then one insertion;
 /// - or, when rows in between stay or change places, one rearrangement;
@@ -68,8 +71,8 @@ public:
     /// and editing. Costs in proportion to the rows; collapsed parts are never touched.
     void rebuild(PlistNode& root);
 
-    /// Shows a document: rebuilds now, and whenever an edit, an undo step or a new root has made
-    /// its tree another one. Once, and until either of the two is gone.
+    /// Shows a document: rebuilds now, and brings the rows up to date whenever an edit, an undo
+    /// step or a new root has made its tree another one. Once, and until either of the two is gone.
     void follow(PlistDocument& document);
 
     /// The tree that the rows were made from; null before the first `rebuild`.
@@ -109,7 +112,7 @@ public:
 
     /// Has a node expanded from the next rebuild on, and makes no rows itself: for a change of the
     /// tree that is about to make them anyway. Until then the node may be a scalar.
-    void expandWithNextRebuild(const PlistNode& node);
+    void expandWithNextRebuild(PlistNode& node);
 
     /// Collapses every container of the tree but the root, which is expanded. Rebuilds once.
     void collapseAll();
@@ -153,20 +156,25 @@ private:
     void resetRows();
     void rebuildRows();
     void rebuildIfShown();
+    void update();
+    void updateSegment(std::size_t first);
+    std::size_t endOfSegment(std::size_t first) const;
     std::vector<Row> freshRows();
-    void applyDifference(std::vector<Row> rows);
+    void applyDifference(std::vector<Row> rows, std::size_t offset, std::size_t oldCount);
+    void setExpandedAlone(PlistNode& node, Expansion expansion);
     void beginChange();
     void endChange() { isChangingRows_ = false; }
     void pruneSelection();
-    void setExpandedAlone(const PlistNode& node, Expansion expansion);
 
     PlistNodePtr root_;
     OutlineRowList rows_;
+    OutlineChanges changes_;  ///< since the rows were made
+    RowShifts shifts_;        ///< since a node was told its row
     NodeIdSet selection_;
     NodeIdSet expanded_;
     std::optional<NodeIdSet> filter_;
     std::optional<EditingField> editing_;
     std::optional<Column> pointerColumn_;
-    quint64 followedVersion_ = 0;  ///< the version of the tree that the rows were made from
     bool isChangingRows_ = false;
+    bool isSelectionShown_ = true;  ///< each selected node is known to have a row
 };

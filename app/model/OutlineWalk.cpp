@@ -17,6 +17,28 @@ std::vector<OutlineRow> OutlineWalk::rows(PlistNode& root, std::size_t expectedC
     if (isShown(root)) {
         addRoot(root);
     }
+    addOpenContainers();
+    return std::move(rows_);
+}
+
+std::vector<OutlineRow> OutlineWalk::segment(const OutlineRow& top, std::size_t number) {
+    firstRow_ = number;
+    PlistNode& node = top.node();
+    const auto depth = static_cast<std::uint32_t>(top.depth());
+    const auto index = static_cast<std::uint32_t>(top.index());
+    const bool isExpanded = isOpen(node);
+    rows_.reserve(isExpanded ? static_cast<std::size_t>(node.childCount()) + fewRows : 1);
+    rows_.emplace_back(node, node.id(), depth, index, *top.parentType(), top.isDuplicateKey(),
+                       isExpanded, node.has(PlistNode::touched));
+    note(node, index);
+    if (isExpanded) {
+        open(node, depth + 1);
+    }
+    addOpenContainers();
+    return std::move(rows_);
+}
+
+void OutlineWalk::addOpenContainers() {
     while (!openContainers_.empty()) {
         const OpenContainer& top = openContainers_.back();
         if (top.next == top.children.size()) {
@@ -25,7 +47,6 @@ std::vector<OutlineRow> OutlineWalk::rows(PlistNode& root, std::size_t expectedC
             addNextChild();
         }
     }
-    return std::move(rows_);
 }
 
 bool OutlineWalk::isShown(const PlistNode& node) const {
@@ -65,7 +86,7 @@ void OutlineWalk::addNextChild() {
 void OutlineWalk::note(PlistNode& node, std::uint32_t index) {
     node.clear(PlistNode::touched);
     node.positionHint_ = index;
-    node.rowHint_ = static_cast<int>(rows_.size()) - 1;
+    node.rowHint_ = static_cast<int>(firstRow_ + rows_.size()) - 1;
 }
 
 void OutlineWalk::open(PlistNode& node, std::uint32_t childDepth) {

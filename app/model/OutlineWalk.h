@@ -22,6 +22,10 @@ public:
     /// `expectedCount` is a guess of how many rows there will be.
     std::vector<OutlineRow> rows(PlistNode& root, std::size_t expectedCount);
 
+    /// The row of one node and those below it. `top` is its row up to now, of which only expansion
+    /// and content may be others; its number stays `number`. Not for the root.
+    std::vector<OutlineRow> segment(const OutlineRow& top, std::size_t number);
+
 private:
     /// A container whose children are being visited.
     struct OpenContainer {
@@ -34,12 +38,14 @@ private:
     bool isShown(const PlistNode& node) const;
     bool isOpen(const PlistNode& node) const;
     void addRoot(PlistNode& root);
+    void addOpenContainers();
     void addNextChild();
     void note(PlistNode& node, std::uint32_t index);
     void open(PlistNode& node, std::uint32_t childDepth);
 
     const NodeIdSet& expanded_;
     const std::optional<NodeIdSet>& filter_;
+    std::size_t firstRow_ = 0;  ///< the number of the first of `rows_`
     std::vector<OutlineRow> rows_;
     std::vector<OpenContainer> openContainers_;
 };

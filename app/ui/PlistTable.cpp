@@ -460,15 +460,18 @@ std::vector<PlistTable::SeenRow> PlistTable::seenRows() const {
 void PlistTable::restoreSight() {
     isChangingRows_ = false;
     const std::vector<SeenRow> seen = std::exchange(sight_, {});
-    const auto anchor = std::find_if(seen.begin(), seen.end(), [this](const SeenRow& row) {
-        return outline().hintedRowOf(*row.node).has_value();
-    });
-    if (anchor == seen.end()) {
-        return;
+    for (const SeenRow& anchor : seen) {
+        if (const std::optional<int> row = outline().hintedRowOf(*anchor.node)) {
+            scrollRowTo(*row, anchor.top);
+            return;
+        }
     }
+}
+
+void PlistTable::scrollRowTo(int row, int top) {
     // The range of the scroll bar must know of the rows before it can be set.
     executeDelayedItemsLayout();
     updateGeometries();
-    const int moved = rowViewportPosition(anchor->node->rowHint()) - anchor->top;
+    const int moved = rowViewportPosition(row) - top;
     verticalScrollBar()->setValue(verticalScrollBar()->value() + moved);
 }

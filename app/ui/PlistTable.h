@@ -108,6 +108,7 @@ private:
 
     void rememberSight();
     void restoreSight();
+    void scrollRowTo(int row, int top);
     std::vector<SeenRow> seenRows() const;
 
     DocumentActions actions_;

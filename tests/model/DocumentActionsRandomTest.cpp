@@ -109,6 +109,7 @@ private Q_SLOTS:
         constexpr std::uint32_t sequences = 500;
         constexpr int gestures = 80;
         constexpr std::size_t enough = 2000;
+        constexpr int pace = 8;
         for (std::uint32_t seed = 1; seed <= sequences; ++seed) {
             ActionsDesk desk(sample());
             RowMirror mirror(desk.outline);
@@ -120,10 +121,12 @@ private Q_SLOTS:
                 const QByteArray where = QStringLiteral("seed %1, %2").arg(seed).arg(i).toUtf8();
                 QVERIFY2(selectionHasRows(desk.outline), where);
                 QVERIFY2(mirror.text() == TreeText::ofRows(desk.outline), where);
-                // Nothing that the outline has not heard of.
+                // Making all rows anew shows nothing that was missed.
                 mirror.takeSignals();
-                desk.outline.rebuild(desk.document.root());
-                QVERIFY2(mirror.takeSignals().isEmpty(), where);
+                if (i % pace == pace - 1) {
+                    desk.outline.rebuild(desk.document.root());
+                    QVERIFY2(mirror.takeSignals().isEmpty(), where);
+                }
             }
             QCOMPARE(desk.backAndForth(), QString());
         }

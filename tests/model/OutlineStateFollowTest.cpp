@@ -10,6 +10,7 @@
 #include "app/model/PlistNode.h"
 #include "app/model/UndoManager.h"
 #include "tests/model/support/ActionsDesk.h"
+#include "tests/model/support/RowMirror.h"
 
 namespace {
 
@@ -19,6 +20,13 @@ PlistFile fileOf(int value) {
 
 PlistValue letters() {
     return PlistValue::dictionary({{"a", PlistValue::integer(0)}, {"b", PlistValue::integer(1)}});
+}
+
+/// Two arrays of three numbers each.
+PlistValue twoLists() {
+    const PlistValue list =
+        PlistValue::array({PlistValue::integer(0), PlistValue::integer(1), PlistValue::integer(2)});
+    return PlistValue::array({list, list});
 }
 
 }  // namespace
@@ -72,6 +80,72 @@ private Q_SLOTS:
         QCOMPARE(desk.rows(), ActionsDesk::lines({": dictionary [-]", "  0 b: 1", "  1 a: 0 *"}));
         desk.undo.undo();
         QCOMPARE(desk.rows(), ActionsDesk::lines({": dictionary [-]", "  0 a: 0 *", "  1 b: 1"}));
+    }
+
+    /// Rows far away from an edit are not looked at, and all the same their nodes find them.
+    void findsRowsBehindManyEdits() {
+        ActionsDesk desk(twoLists());
+        desk.outline.setExpanded(desk.document.root(), OutlineState::Expansion::expand,
+                                 OutlineState::Reach::wholeSubtree);
+        const PlistNodePtr last = desk.at({1, 2});
+        const PlistNodePtr list = desk.at({0});
+        constexpr int edits = 3 * static_cast<int>(RowShifts::limit);
+        for (int i = 1; i <= edits; ++i) {
+            const PlistNodePtr added = PlistNode::create({}, PlistValue::integer(i));
+            desk.actions.editor().add({&added, 1}, *list, i % 3);
+            QCOMPARE(desk.outline.hintedRowOf(*last), std::optional(8 + i));
+            QCOMPARE(desk.outline.hintedRowOf(*added), std::optional(2 + i % 3));
+        }
+        for (int i = edits; i > 0; --i) {
+            desk.undo.undo();
+            QCOMPARE(desk.outline.hintedRowOf(*last), std::optional(7 + i));
+        }
+    }
+
+    void tellsOfTheRowsInAnEditedPartOnly() {
+        ActionsDesk desk(twoLists());
+        RowMirror mirror(desk.outline);
+        desk.outline.setExpanded(*desk.at({0}), OutlineState::Expansion::expand,
+                                 OutlineState::Reach::nodeAlone);
+        QCOMPARE(mirror.takeSignals(),
+                 QStringList({QStringLiteral("insert 2-4"), QStringLiteral("change 1-1")}));
+        desk.actions.changeValue(*desk.at({0, 1}), PlistValue::integer(5));
+        QCOMPARE(mirror.takeSignals(), QStringList(QStringLiteral("change 3-3")));
+        desk.actions.editor().remove(std::vector<PlistNodePtr>{desk.at({0, 2})});
+        QCOMPARE(mirror.takeSignals(),
+                 QStringList({QStringLiteral("remove 4-4"), QStringLiteral("change 1-1")}));
+        desk.actions.changeValue(*desk.at({1, 0}), PlistValue::integer(5));
+        QCOMPARE(mirror.takeSignals(), QStringList());
+        QCOMPARE(mirror.text(), desk.rows());
+    }
+
+    /// What changes in several places at once is told as one range.
+    void tellsOfSeveralPlacesAtOnce() {
+        ActionsDesk desk(twoLists());
+        desk.outline.setExpanded(desk.document.root(), OutlineState::Expansion::expand,
+                                 OutlineState::Reach::wholeSubtree);
+        RowMirror mirror(desk.outline);
+        {
+            const EditGroup group(desk.document, &desk.undo, QStringLiteral("Both"));
+            desk.actions.changeValue(*desk.at({0, 1}), PlistValue::integer(5));
+            desk.actions.changeValue(*desk.at({1, 1}), PlistValue::integer(6));
+        }
+        QCOMPARE(mirror.takeSignals(), QStringList(QStringLiteral("change 3-7")));
+        QCOMPARE(mirror.text(), desk.rows());
+    }
+
+    void findsKeysThatAnotherKeyMakesDuplicates() {
+        ActionsDesk desk(PlistValue::array({letters()}));
+        desk.outline.setExpanded(*desk.at({0}), OutlineState::Expansion::expand,
+                                 OutlineState::Reach::nodeAlone);
+        desk.actions.editor().rename(*desk.at({0, 1}), PlistString("c"));
+        QVERIFY(!desk.outline.rows()[2].isDuplicateKey());
+        const PlistNodePtr second = PlistNode::create("a", PlistValue::integer(2));
+        desk.actions.editor().add({&second, 1}, *desk.at({0}), 2);
+        QVERIFY(desk.outline.rows()[2].isDuplicateKey());
+        QVERIFY(desk.outline.rows()[4].isDuplicateKey());
+        desk.actions.rename(*second, QStringLiteral("d"));
+        QVERIFY(!desk.outline.rows()[2].isDuplicateKey());
     }
 
     void outlivesTheDocument() {

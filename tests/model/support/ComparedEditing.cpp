@@ -53,12 +53,10 @@ ComparedEditing::ComparedEditing(const Setup& setup)
                                                         ? ReferenceDocument::History::kept
                                                         : ReferenceDocument::History::none) {
     document_.apply({setup.content, PlistFormat::xml});
-    outline_.rebuild(document_.root());
+    outline_.follow(document_);
     referenceOutline_ = std::make_unique<ReferenceOutline>(reference_.root());
-    QObject::connect(&document_, &PlistDocument::treeChanged, &outline_, [this] {
-        ++treeChanges_;
-        outline_.rebuild(document_.root());
-    });
+    QObject::connect(&document_, &PlistDocument::treeChanged, &outline_,
+                     [this] { ++treeChanges_; });
     actions_ = std::make_unique<ComparedActions>(DocumentActions(document_, outline_, undo_.get()),
                                                  reference_, *referenceOutline_, comparison_);
     compare();

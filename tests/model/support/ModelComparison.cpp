@@ -82,6 +82,7 @@ void ModelComparison::compareRows(const OutlineState& outline, const ReferenceOu
                                               .isExpanded = row.isExpanded()} == expected[i],
                 "another row");
         require(outline.rowOf(row.node()) == static_cast<int>(i), "another row of the node");
+        require(outline.hintedRowOf(row.node()) == static_cast<int>(i), "another hint of the row");
         if (difference_) {
             *difference_ +=
                 QStringLiteral("\n%1 should be\n").arg(i) + ReferenceOutline::text(expected[i]);

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "app/model/NodeIdSet.h"
+#include "app/model/PlistNodeChange.h"
+#include "app/model/PlistNodePtr.h"
+
+/// What has changed in a tree since its rows were made, as far as that tells which rows are to be
+/// made anew.
+class OutlineChanges {
+public:
+    /// The row of `node`, and those below it, may be others now.
+    void add(PlistNode& node);
+
+    /// The same for a change that the tree reports.
+    void add(PlistNode& node, PlistNodeChanges changes);
+
+    bool isEmpty() const noexcept { return nodes_.empty() && !areMany_; }
+    void clear();
+
+    /// The lowest node whose row and those below it include all that may be others; null if nothing
+    /// that is shown has changed. The root where there are many changes.
+    PlistNode* top(PlistNode& root, const NodeIdSet& expanded) const;
+
+private:
+    /// More would cost more to look at than to make all rows.
+    static constexpr std::size_t limit = 64;
+
+    std::vector<PlistNodePtr> nodes_;
+    bool areMany_ = false;
+};

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+/// How rows have moved since their nodes were told their numbers: where rows came and went in the
+/// middle, those behind them have other numbers, which nobody writes into a million nodes.
+class RowShifts {
+public:
+    /// The most moves that are remembered. Looking for a node without a row costs their square.
+    static constexpr std::size_t limit = 32;
+
+    bool isFull() const noexcept { return shifts_.size() >= limit; }
+
+    /// All nodes know their numbers.
+    void clear() noexcept { shifts_.clear(); }
+
+    /// The rows from `row` on have moved by `distance`; those before it know their numbers or have
+    /// moved earlier.
+    void add(std::size_t row, std::ptrdiff_t distance) {
+        shifts_.push_back({static_cast<std::ptrdiff_t>(row), distance});
+    }
+
+    /// The number that the row once called `hint` has now, as far as `isRight` says so of one: it
+    /// is not known after which of the moves the hint was given.
+    template <typename Predicate>
+    std::optional<int> find(int hint, const Predicate& isRight) const {
+        for (std::size_t given = shifts_.size() + 1; given > 0; --given) {
+            const int moved = moveFrom(hint, given - 1);
+            if (isRight(moved)) {
+                return moved;
+            }
+        }
+        return std::nullopt;
+    }
+
+private:
+    struct Shift {
+        std::ptrdiff_t row;
+        std::ptrdiff_t distance;
+    };
+
+    int moveFrom(std::ptrdiff_t row, std::size_t given) const {
+        for (std::size_t i = given; i < shifts_.size(); ++i) {
+            row += row >= shifts_[i].row ? shifts_[i].distance : 0;
+        }
+        return static_cast<int>(row);
+    }
+
+    std::vector<Shift> shifts_;
+};
