@@ -9,6 +9,7 @@
 #include "PlistCore/PlistText.h"
 #include "app/model/PlistNode.h"
 #include "app/ui/InlineTextField.h"
+#include "app/ui/LongTextEditor.h"
 #include "app/ui/OutlineCell.h"
 #include "app/ui/OutlineTableModel.h"
 #include "app/ui/PlistTable.h"
@@ -39,6 +40,12 @@ InlineTextField::Owner ownerFor(const DocumentActions& actions, const PlistNodeP
     return owner;
 }
 
+/// What screen readers call the text.
+QString accessibleName(const OutlineRow& row, Column column) {
+    return column == Column::key ? InlineEditing::tr("Key")
+                                 : InlineEditing::tr("Value of %1").arg(RowText::key(row));
+}
+
 }  // namespace
 
 InlineEditing::InlineEditing(PlistTable& table, const DocumentActions& actions)
@@ -67,7 +74,7 @@ void InlineEditing::followRows() {
     const std::optional<int> row = outline().rowForId(edited->nodeId);
     if (!row) {
         outline().setEditing(std::nullopt);
-    } else if (field_) {
+    } else if (field_ || longEditor_) {
         place();
     } else {
         open(*edited, *row);
@@ -75,33 +82,68 @@ void InlineEditing::followRows() {
 }
 
 void InlineEditing::open(const OutlineState::EditingField& edited, int row) {
-    const QModelIndex index = cell(edited, row);
-    const OutlineRow& shown = table_.outlineModel().row(row);
+    const OutlineRow shown = table_.outlineModel().row(row);
+    table_.scrollTo(cell(edited, row));
+    const QString text = editedText(shown.node(), edited.column);
+    if (text.size() > LongTextEditor::longestInField) {
+        openWindow(edited, shown, text);
+    } else {
+        openField(edited, shown, text);
+    }
+}
+
+void InlineEditing::openField(const OutlineState::EditingField& edited, const OutlineRow& shown,
+                              const QString& text) {
     const PlistNodePtr node(&shown.node());
-    table_.scrollTo(index);
-    field_ = new InlineTextField(editedText(*node, edited.column),
-                                 ownerFor(actions_, node, edited.column), table_.viewport());
+    field_ = new InlineTextField(text, ownerFor(actions_, node, edited.column), table_.viewport());
     field_->setFont(table_.font());
-    field_->setAccessibleName(
-        edited.column == Column::key ? tr("Key") : tr("Value of %1").arg(RowText::key(shown)));
+    field_->setAccessibleName(accessibleName(shown, edited.column));
     place();
     field_->show();
 }
 
+void InlineEditing::openWindow(const OutlineState::EditingField& edited, const OutlineRow& shown,
+                               const QString& text) {
+    const PlistNodePtr node(&shown.node());
+    longEditor_ = new LongTextEditor(text, ownerFor(actions_, node, edited.column), &table_);
+    longEditor_->setNames(RowText::key(shown), accessibleName(shown, edited.column));
+    longEditor_->show();
+}
+
 void InlineEditing::close() {
-    if (!field_) {
-        return;
+    closeField();
+    closeWindow();
+}
+
+void InlineEditing::closeField() {
+    if (field_) {
+        InlineTextField* field = std::exchange(field_, nullptr);
+        field->abandon();
+        takeFocusFrom(*field);
+        field->hide();
+        // Not at once: it may be the field that ends the edit.
+        field->deleteLater();
     }
-    InlineTextField* field = std::exchange(field_, nullptr);
-    field->abandon();
-    // Not if the user has gone on to another widget, which shall keep the keyboard.
+}
+
+void InlineEditing::closeWindow() {
+    if (longEditor_) {
+        LongTextEditor* editor = std::exchange(longEditor_, nullptr);
+        editor->abandon();
+        takeFocusFrom(*editor);
+        editor->hide();
+        editor->deleteLater();
+    }
+}
+
+/// Brings the keyboard back to the table, but not if the user has gone on to another widget, which
+/// shall keep it.
+void InlineEditing::takeFocusFrom(const QWidget& editor) {
     const QWidget* focus = QApplication::focusWidget();
-    if (focus == nullptr || focus == field || focus == table_.viewport()) {
+    if (focus == nullptr || focus == &editor || editor.isAncestorOf(focus) ||
+        focus == table_.viewport()) {
         table_.setFocus();
     }
-    field->hide();
-    // Not at once: it may be the field that ends the edit.
-    field->deleteLater();
 }
 
 void InlineEditing::place() {
@@ -128,7 +170,7 @@ QModelIndex InlineEditing::cell(const OutlineState::EditingField& edited, int ro
 }
 
 bool InlineEditing::commit() {
-    return !field_ || field_->commitNow();
+    return longEditor_ ? longEditor_->commitNow() : !field_ || field_->commitNow();
 }
 
 void InlineEditing::end() {

@@ -7,10 +7,11 @@
 #include "app/model/OutlineState.h"
 
 class InlineTextField;
+class LongTextEditor;
 class PlistTable;
 
-/// The text field that is open in a table: opens, places and closes it as the outline says which
-/// cell is edited. There is one at most.
+/// The text field that is open in a table, or the window for a text that is too long for one:
+/// opens, places and closes it as the outline says which cell is edited. There is one at most.
 class InlineEditing : public QObject {
     Q_OBJECT
 
@@ -37,10 +38,18 @@ private:
     void follow();
     void followRows();
     void open(const OutlineState::EditingField& edited, int row);
+    void openField(const OutlineState::EditingField& edited, const OutlineRow& shown,
+                   const QString& text);
+    void openWindow(const OutlineState::EditingField& edited, const OutlineRow& shown,
+                    const QString& text);
     void close();
+    void closeField();
+    void closeWindow();
+    void takeFocusFrom(const QWidget& editor);
     QModelIndex cell(const OutlineState::EditingField& edited, int row) const;
 
     PlistTable& table_;
     DocumentActions actions_;
     QPointer<InlineTextField> field_;
+    QPointer<LongTextEditor> longEditor_;
 };

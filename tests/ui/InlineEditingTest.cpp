@@ -1,3 +1,4 @@
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QVBoxLayout>
@@ -11,6 +12,7 @@
 #include "app/model/UndoManager.h"
 #include "app/ui/InlineEditing.h"
 #include "app/ui/InlineTextField.h"
+#include "app/ui/LongTextEditor.h"
 #include "app/ui/OutlineTableModel.h"
 #include "app/ui/PlistTable.h"
 #include "tests/ui/support/Samples.h"
@@ -69,10 +71,20 @@ struct Window {
         return isOpen ? field() : nullptr;
     }
 
+    /// Opens the window of a text that is too long for a field.
+    LongTextEditor* editLong(std::size_t row, Column column) {
+        outline.select({id(row)});
+        actions().beginEditing(column);
+        return QTest::qWaitFor([this] { return longEditor() != nullptr; }) ? longEditor() : nullptr;
+    }
+
+    LongTextEditor* longEditor() const { return table->findChild<LongTextEditor*>(); }
+
     /// No field is left, not even one that waits to be deleted.
     bool isClosed() const {
-        return !outline.editing() &&
-               QTest::qWaitFor([this] { return table->findChild<InlineTextField*>() == nullptr; });
+        return !outline.editing() && QTest::qWaitFor([this] {
+            return table->findChild<InlineTextField*>() == nullptr && longEditor() == nullptr;
+        });
     }
 
     PlistDocument document;
@@ -113,7 +125,7 @@ private Q_SLOTS:
     }
 
     void beginsWithTheWholeText() {
-        const std::string text = std::string(100'000, 'x') + "\nsecond line";
+        const std::string text = std::string(99'000, 'x') + "\nsecond line";
         window_->actions().changeValue(window_->child(0), PlistValue::string(text));
         InlineTextField* field = window_->edit(1, Column::value);
         QCOMPARE(field->text(), QString::fromStdString(text));
@@ -300,7 +312,86 @@ private Q_SLOTS:
         QCOMPARE(window_->undo.undoCount(), 3);
     }
 
+    // --- Texts that are too long for a field ---
+
+    void opensLongTextsInAWindow() {
+        makeLong();
+        const LongTextEditor* editor = window_->editLong(1, Column::value);
+        QVERIFY(editor != nullptr);
+        QVERIFY(editor->isWindow());
+        QVERIFY(window_->field() == nullptr);
+        QCOMPARE(editor->windowTitle(), QStringLiteral("name"));
+        QVERIFY(longText().toPlainText().size() > LongTextEditor::longestInField);
+        QCOMPARE(longText().accessibleName(), QStringLiteral("Value of name"));
+    }
+
+    void savingAndUndoingCommitTheWindow() {
+        const std::string text = makeLong();
+        window_->editLong(1, Column::value);
+        QTest::keyClicks(&longText(), QStringLiteral("new "));
+        QVERIFY(window_->table->commitEditing());
+        QVERIFY(window_->isClosed());
+        QVERIFY(window_->child(0).value() == PlistValue::string("new " + text));
+        QCOMPARE(window_->undo.undoCount(), 2);
+    }
+
+    void lookingAtALongTextIsNoEdit() {
+        const std::string text = makeLong("\r\n");
+        window_->editLong(1, Column::value);
+        window_->table->endEditing();
+        QVERIFY(window_->isClosed());
+        QVERIFY(window_->child(0).value() == PlistValue::string(text));
+        QCOMPARE(window_->undo.undoCount(), 1);
+    }
+
+    void theWindowClosesWithItsRow() {
+        makeLong();
+        window_->editLong(1, Column::value);
+        QTest::keyClicks(&longText(), QStringLiteral("new"));
+        window_->actions().editor().remove(
+            std::vector<PlistNodePtr>{PlistNodePtr(&window_->child(0))});
+        QVERIFY(window_->isClosed());
+        QCOMPARE(window_->undo.undoCount(), 2);
+    }
+
+    void cancellingTheWindowBringsTheTableBack() {
+        makeLong();
+        window_->editLong(1, Column::value)->reject();
+        QVERIFY(window_->isClosed());
+        // The display makes the window active again; here there is none to do so.
+        QCOMPARE(window_->window.focusWidget(), window_->table);
+    }
+
+    void aWindowRefusesTheKeyOfASibling() {
+        const std::string key(LongTextEditor::longestInField + 1, 'k');
+        window_->actions().rename(window_->child(1), QString::fromStdString(key));
+        LongTextEditor* editor = window_->editLong(2, Column::key);
+        QCOMPARE(longText().accessibleName(), QStringLiteral("Key"));
+        longText().selectAll();
+        QTest::keyClicks(&longText(), QStringLiteral("name"));
+        QVERIFY(!window_->table->commitEditing());
+        QCOMPARE(editor->notice(), QStringLiteral("The key “name” already exists."));
+        QVERIFY(window_->child(1).key() == key);
+    }
+
+    void mayHaveItsWindowOpenWhenItGoes() {
+        makeLong();
+        QVERIFY(window_->editLong(1, Column::value) != nullptr);
+        window_.reset();
+    }
+
 private:
+    /// Gives the first entry a text that no field takes.
+    std::string makeLong(const std::string& lineBreak = "\n") {
+        const std::string text = std::string(LongTextEditor::longestInField, 'x') + lineBreak + "y";
+        window_->actions().changeValue(window_->child(0), PlistValue::string(text));
+        return text;
+    }
+
+    QPlainTextEdit& longText() const {
+        return *window_->longEditor()->findChild<QPlainTextEdit*>();
+    }
+
     QRect cell(int row, int column) const {
         return window_->table->visualRect(window_->table->outlineModel().index(row, column));
     }

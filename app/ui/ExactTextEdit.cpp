@@ -1,0 +1,104 @@
+#include "app/ui/ExactTextEdit.h"
+
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QTextDocument>
+#include <optional>
+
+#include "app/ui/LongLines.h"
+
+namespace {
+
+/// The kind of line breaks that a text has. If it has several, any of them: no choice keeps all.
+QString lineBreakOf(const QString& text) {
+    for (const QString& kind : {QStringLiteral("\r\n"), QStringLiteral("\n"), QStringLiteral("\r"),
+                                QStringLiteral("\u2029")}) {
+        if (text.contains(kind)) {
+            return kind;
+        }
+    }
+    return QStringLiteral("\n");
+}
+
+/// How far a key deletes from the cursor; nothing for keys that delete nothing.
+std::optional<QTextCursor::MoveOperation> deletedBy(const QKeyEvent& event) {
+    if (event.matches(QKeySequence::Delete)) {
+        return QTextCursor::NextCharacter;
+    }
+    if (event.matches(QKeySequence::DeleteStartOfWord)) {
+        return QTextCursor::PreviousWord;
+    }
+    if (event.matches(QKeySequence::DeleteEndOfWord)) {
+        return QTextCursor::NextWord;
+    }
+    return event.key() == Qt::Key_Backspace ? std::optional(QTextCursor::PreviousCharacter)
+                                            : std::nullopt;
+}
+
+}  // namespace
+
+ExactTextEdit::ExactTextEdit(QWidget* parent) : QPlainTextEdit(parent) {
+    connect(this, &QPlainTextEdit::cursorPositionChanged, this, &ExactTextEdit::stayOffMarks);
+}
+
+bool ExactTextEdit::setExactText(const QString& text) {
+    lineBreak_ = lineBreakOf(text);
+    QString lines = text;
+    if (lineBreak_ != QLatin1String("\n")) {
+        lines.replace(lineBreak_, QStringLiteral("\n"));
+    }
+    setPlainText(LongLines::inSections(lines));
+    const bool isExact = exactText() == text;
+    setReadOnly(!isExact);
+    return isExact;
+}
+
+QString ExactTextEdit::exactText() const {
+    return LongLines::joined(document()->toRawText(), lineBreak_);
+}
+
+void ExactTextEdit::keyPressEvent(QKeyEvent* event) {
+    const std::optional<QTextCursor::MoveOperation> reach = deletedBy(*event);
+    if (reach && !isReadOnly() && !textCursor().hasSelection()) {
+        joinSections(*reach);
+    }
+    QPlainTextEdit::keyPressEvent(event);
+}
+
+/// The cursor and the ends of a selection never stand between a section and its mark: a mark that
+/// is deleted without what parts the sections would leave a line break.
+void ExactTextEdit::stayOffMarks() {
+    QTextCursor cursor = textCursor();
+    const int position = cursor.position();
+    if (document()->characterAt(position) == LongLines::mark) {
+        const bool comesFromBehind = lastPosition_ == position + 1 && position > 0;
+        lastPosition_ = comesFromBehind ? position - 1 : position + 1;
+        cursor.setPosition(lastPosition_, cursor.hasSelection() ? QTextCursor::KeepAnchor
+                                                                : QTextCursor::MoveAnchor);
+        setTextCursor(cursor);
+    } else {
+        lastPosition_ = position;
+    }
+}
+
+/// Joins the sections between which something is about to be deleted: the key shall delete what is
+/// seen, not what parts them.
+void ExactTextEdit::joinSections(QTextCursor::MoveOperation reach) {
+    QTextCursor deleted = textCursor();
+    deleted.movePosition(reach, QTextCursor::KeepAnchor);
+    for (int at = deleted.selectionEnd(); at >= deleted.selectionStart() && at > 0; --at) {
+        if (document()->characterAt(at) == LongLines::mark) {
+            QTextCursor seam(document());
+            seam.setPosition(at - 1);
+            seam.setPosition(at + 1, QTextCursor::KeepAnchor);
+            seam.removeSelectedText();
+            return;
+        }
+    }
+}
+
+QMimeData* ExactTextEdit::createMimeDataFromSelection() const {
+    auto* copied = new QMimeData;
+    copied->setText(LongLines::joined(textCursor().selectedText(), lineBreak_));
+    return copied;
+}
