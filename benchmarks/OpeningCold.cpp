@@ -1,0 +1,60 @@
+// Opens a file in a window. Prints for how many milliseconds the program did not answer at most,
+// which is the longest time between two turns of the event loop, and after how many the document
+// stood on the screen.
+//
+// usage: OpeningCold xml|binary DOCUMENT
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <algorithm>
+#include <cstdio>
+
+#include "app/ui/DocumentWindow.h"
+#include "app/ui/TabuletApp.h"
+
+namespace {
+
+/// Turns with the event loop and takes the time from one turn to the next.
+class Pulse {
+public:
+    Pulse() {
+        QObject::connect(&timer_, &QTimer::timeout, [this] { beat(); });
+        clock_.start();
+        timer_.start(0);
+    }
+
+    void beat() { longest_ = std::max(longest_, clock_.restart()); }
+    qint64 longest() const { return longest_; }
+
+private:
+    QTimer timer_;
+    QElapsedTimer clock_;
+    qint64 longest_ = 0;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    TabuletApp::setUp(QStringLiteral("measure"));
+    if (argc != 3) {
+        std::fputs("usage: OpeningCold xml|binary DOCUMENT\n", stderr);
+        return 2;
+    }
+    auto* window = new DocumentWindow(QStringLiteral("Untitled"));
+    window->show();
+    QElapsedTimer whole;
+    whole.start();
+    Pulse pulse;
+    QObject::connect(window, &DocumentWindow::documentShown, [&] {
+        pulse.beat();
+        std::printf("%lld %lld\n", pulse.longest(), whole.elapsed());
+        QApplication::exit();
+    });
+    window->open(QStringLiteral("%1.%2").arg(QString::fromLocal8Bit(argv[2]),
+                                             QString::fromLocal8Bit(argv[1])));
+    return QApplication::exec();
+}
