@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QTimer>
 #include <new>
 #include <optional>
 #include <utility>
@@ -10,6 +11,7 @@
 #include "PlistCore/PlistCheck.h"
 #include "PlistCore/PlistFile.h"
 #include "app/desktop/BackgroundTask.h"
+#include "app/model/ChildrenMaker.h"
 #include "app/model/PlistDocumentReader.h"
 #include "app/model/PlistDocumentWriter.h"
 #include "app/model/PlistEditor.h"
@@ -58,6 +60,25 @@ DocumentController::DocumentController(QString untitledName, QObject* parent)
 
 DocumentController::~DocumentController() = default;
 
+struct DocumentController::FreshRoot {
+    /// A turn of the event loop with so many takes a few milliseconds.
+    static constexpr std::size_t childrenPerTurn = 20'000;
+
+    explicit FreshRoot(const PlistFile& file)
+        : root(PlistNode::create({}, file.root)), format(file.format) {
+        if (root->isContainer()) {
+            maker.emplace(*root);
+        }
+    }
+
+    /// True when the root is complete.
+    bool makeSome() { return !maker || maker->make(childrenPerTurn); }
+
+    PlistNodePtr root;
+    PlistFormat format;
+    std::optional<ChildrenMaker> maker;
+};
+
 QString DocumentController::name() const {
     return path_.isEmpty() ? untitledName_ : QFileInfo(path_).fileName();
 }
@@ -70,7 +91,10 @@ bool DocumentController::isPristine() const noexcept {
 void DocumentController::open(const QString& path) {
     const QString file = absolutePath(path);
     beginReading(
-        file, [this, file](const PlistFile& content) { finishReading(file, content); },
+        file,
+        [this, file](const PlistFile& content) {
+            makeRoot(file, std::make_shared<FreshRoot>(content));
+        },
         &DocumentController::openFailed);
 }
 
@@ -87,8 +111,8 @@ void DocumentController::beginReading(const QString& path,
     BackgroundTask::run(
         *this, [path] { return read(path); },
         [this, finish = std::move(finish), failed](const ReadResult& result) {
-            setActivity(Activity::idle);
             if (const auto* error = std::get_if<FileError>(&result)) {
+                setActivity(Activity::idle);
                 Q_EMIT(this->*failed)(*error);
             } else {
                 finish(std::get<PlistFile>(result));
@@ -117,8 +141,18 @@ void DocumentController::begin(Activity activity, const QString& path) {
     setActivity(activity);
 }
 
-void DocumentController::finishReading(const QString& path, const PlistFile& file) {
-    document_.apply(file);
+void DocumentController::makeRoot(const QString& path, const std::shared_ptr<FreshRoot>& fresh) {
+    if (fresh->makeSome()) {
+        finishReading(path, fresh->root, fresh->format);
+    } else {
+        QTimer::singleShot(0, this, [this, path, fresh] { makeRoot(path, fresh); });
+    }
+}
+
+void DocumentController::finishReading(const QString& path, const PlistNodePtr& root,
+                                       PlistFormat format) {
+    setActivity(Activity::idle);
+    document_.apply(root, format);
     setPath(path);
     undoManager_.clear();
     undoManager_.setSavedState(undoManager_.state());
@@ -126,6 +160,7 @@ void DocumentController::finishReading(const QString& path, const PlistFile& fil
 }
 
 void DocumentController::finishReverting(const PlistFile& file) {
+    setActivity(Activity::idle);
     const PlistEditor editor(document_, &undoManager_);
     editor.replaceContent(file, tr("Revert to Saved"));
     undoManager_.setSavedState(undoManager_.state());

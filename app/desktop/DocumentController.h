@@ -4,9 +4,11 @@
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 #include "app/model/FileError.h"
 #include "app/model/PlistDocument.h"
+#include "app/model/PlistNodePtr.h"
 #include "app/model/UndoManager.h"
 
 struct PlistFile;
@@ -76,10 +78,14 @@ Q_SIGNALS:
     void modifiedChanged();
 
 private:
+    /// A root whose children are being made.
+    struct FreshRoot;
+
     void begin(Activity activity, const QString& path);
     void beginReading(const QString& path, std::function<void(const PlistFile&)> finish,
                       void (DocumentController::*failed)(const FileError&));
-    void finishReading(const QString& path, const PlistFile& file);
+    void makeRoot(const QString& path, const std::shared_ptr<FreshRoot>& fresh);
+    void finishReading(const QString& path, const PlistNodePtr& root, PlistFormat format);
     void finishReverting(const PlistFile& file);
     void finishWriting(const QString& path, UndoManager::State state);
     void setActivity(Activity activity);

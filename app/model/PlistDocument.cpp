@@ -87,11 +87,14 @@ void PlistDocument::setWasReadOnlyFormat(bool wasReadOnlyFormat) {
 }
 
 void PlistDocument::apply(const PlistFile& snapshot) {
+    apply(PlistNode::create({}, snapshot.root), snapshot.format);
+}
+
+void PlistDocument::apply(PlistNodePtr root, PlistFormat format) {
     MainThread::check();
-    PlistNodePtr newRoot = PlistNode::create({}, snapshot.root);
-    setWasReadOnlyFormat(snapshot.format == PlistFormat::openStep);
-    setFormat(isWritable(snapshot.format) ? snapshot.format : PlistFormat::xml);
-    setRoot(std::move(newRoot));
+    setWasReadOnlyFormat(format == PlistFormat::openStep);
+    setFormat(isWritable(format) ? format : PlistFormat::xml);
+    setRoot(std::move(root));
     increaseRevision();
 }
 

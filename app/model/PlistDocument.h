@@ -62,6 +62,9 @@ public:
     /// OpenStep), and one more revision.
     void apply(const PlistFile& snapshot);
 
+    /// The same with a root that has been made from the snapshot, which was in the format `format`.
+    void apply(PlistNodePtr root, PlistFormat format);
+
     /// The content as it is now, for a writer in another thread. Costs in proportion to what
     /// changed since the last one.
     PlistFile snapshot() const;

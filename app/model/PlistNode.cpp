@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "PlistCore/PlistCheck.h"
+#include "app/model/ChildrenMaker.h"
 #include "app/model/KeyTable.h"
 #include "app/model/MainThread.h"
 #include "app/model/NodeIdCounter.h"
@@ -37,6 +38,10 @@ PlistNodePtr PlistNode::create(PlistString key, PlistValue value) {
     MainThread::check();
     PlistNodeBlock* block = PlistNodeBlock::make(1);
     return PlistNodePtr(block->place(0, nodeIds().take(), std::move(key), std::move(value)));
+}
+
+NodeId PlistNode::takeIds(qint64 count) {
+    return nodeIds().take(count);
 }
 
 PlistNode::PlistNode(NodeId id, std::uint16_t placeInBlock, PlistString key,
@@ -93,25 +98,7 @@ void PlistNode::materialize() {
     if (has(materialized) || !isContainer()) {
         return;
     }
-    const std::span<const PlistValue> values = value_.children();
-    const std::span<const PlistString> keys = value_.keys();
-    PlistNodeList list = PlistNodeList::ofSize(values.size());
-    const std::span<PlistNodePtr> links = list.fresh();
-    NodeId id = values.empty() ? 0 : nodeIds().take(static_cast<qint64>(values.size()));
-    for (std::size_t start = 0; start < values.size(); start += PlistNodeBlock::capacity) {
-        const std::size_t count = std::min(PlistNodeBlock::capacity, values.size() - start);
-        PlistNodeBlock* block = PlistNodeBlock::make(count);
-        for (std::size_t i = 0; i < count; ++i) {
-            const std::size_t position = start + i;
-            PlistString key = keys.empty() ? PlistString() : keys[position];
-            PlistNode* child = block->place(i, id++, std::move(key), values[position]);
-            child->owner_.parent = this;
-            child->positionHint_ = static_cast<std::uint32_t>(position);
-            links[position] = PlistNodePtr(child);
-        }
-    }
-    children_ = std::move(list);
-    set(materialized);
+    ChildrenMaker(*this).make(static_cast<std::size_t>(childCount()));
 }
 
 std::optional<qint64> PlistNode::indexInParent() const {

@@ -132,6 +132,7 @@ public:
     int rowHint() const noexcept { return rowHint_; }
 
 private:
+    friend class ChildrenMaker;
     friend class PlistNodeBlock;
     friend class PlistNodePtr;
     friend class OutlineWalk;
@@ -168,6 +169,9 @@ private:
         PlistValue scalar;
         qint64 childCount;
     };
+
+    /// The first of `count` (at least 1) ids that follow each other.
+    static NodeId takeIds(qint64 count);
 
     void materialize();
     bool needsRebuilding() const noexcept { return isContainer() && !has(cached); }

@@ -4,6 +4,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
+#include <QTimer>
+#include <memory>
 #include <vector>
 
 #include "PlistCore/PlistEntry.h"
@@ -17,6 +19,11 @@ const QByteArray openStepText = "{ name = \"North Mole\"; }";
 
 PlistEditor editorOf(DocumentController& controller) {
     return PlistEditor(controller.document(), &controller.undoManager());
+}
+
+/// An array of 100,000 words.
+QByteArray longText() {
+    return "(" + QByteArray("word,").repeated(100'000) + ")";
 }
 
 }  // namespace
@@ -50,6 +57,39 @@ private Q_SLOTS:
         QVERIFY(controller.document().wasReadOnlyFormat());
         QVERIFY(!controller.isModified());
         QVERIFY(!controller.isPristine());
+    }
+
+    /// The rest of the program goes on while the nodes of a long document are made.
+    void makesLongDocumentsInTurns() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        QSignalSpy opened(&controller, &DocumentController::opened);
+        int turns = 0;
+        QTimer pulse;
+        connect(&pulse, &QTimer::timeout, this, [&turns, &controller] {
+            turns += QThreadPool::globalInstance()->activeThreadCount() == 0 &&
+                     controller.activity() == DocumentController::Activity::reading;
+        });
+        controller.open(fileWith("long.plist", longText()));
+        QThreadPool::globalInstance()->waitForDone();
+        pulse.start(0);
+        QVERIFY(opened.wait());
+        QVERIFY2(turns >= 3, qPrintable(QString::number(turns)));
+        QCOMPARE(controller.activity(), DocumentController::Activity::idle);
+        QVERIFY(controller.document().root().isMaterialized());
+        QCOMPARE(controller.document().root().childCount(), 100'000);
+        QCOMPARE(controller.document().revision(), 1);
+    }
+
+    void givesUpALongDocumentWithItsController() {
+        auto controller = std::make_unique<DocumentController>(QStringLiteral("Untitled"));
+        const QSignalSpy opened(controller.get(), &DocumentController::opened);
+        controller->open(fileWith("long.plist", longText()));
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+        QCOMPARE(controller->activity(), DocumentController::Activity::reading);
+        controller.reset();
+        QCoreApplication::processEvents();
+        QCOMPARE(opened.count(), 0);
     }
 
     void makesPathsAbsolute() {
