@@ -15,11 +15,11 @@
 #include "app/ui/DocumentToolBar.h"
 #include "app/ui/DocumentView.h"
 #include "app/ui/EditMenu.h"
-#include "app/ui/EditorMenu.h"
 #include "app/ui/FileDialogs.h"
 #include "app/ui/FileMenu.h"
 #include "app/ui/HelpMenu.h"
 #include "app/ui/MessageDialog.h"
+#include "app/ui/PlistCommands.h"
 #include "app/ui/PlistTable.h"
 #include "app/ui/ProgressPage.h"
 #include "app/ui/WindowMenu.h"
@@ -80,8 +80,9 @@ void DocumentWindow::makeMenus() {
     connect(fileMenu_, &FileMenu::recentChosen, this, &DocumentWindow::recentChosen);
     connect(fileMenu_, &FileMenu::revertChosen, this, &DocumentWindow::revert);
     connect(fileMenu_, &FileMenu::quitChosen, this, &DocumentWindow::quitChosen);
-    menuBar()->addMenu(new EditMenu(*view_, controller_.undoManager(), this));
-    menuBar()->addMenu(new EditorMenu(*view_, this));
+    auto* commands = new PlistCommands(*view_, this);
+    menuBar()->addMenu(new EditMenu(*view_, controller_.undoManager(), *commands, this));
+    commands->addEditorItems(*menuBar()->addMenu(tr("Edi&tor")));
     menuBar()->addMenu(new WindowMenu(
         [this] { return allWindows_ ? allWindows_() : QList<QWidget*>{this}; }, this));
     menuBar()->addMenu(new HelpMenu(this));
@@ -140,6 +141,8 @@ void DocumentWindow::open(const QString& path) {
     setWindowTitle(titleFor(name));
     progress_->start(tr("Opening “%1”\u2026").arg(name));
     pages_->setCurrentWidget(progress_);
+    // Until the document is there, nothing can be done to it.
+    view_->setEnabled(false);
     view_->toolBar()->setEnabled(false);
     controller_.open(path);
 }
@@ -147,6 +150,7 @@ void DocumentWindow::open(const QString& path) {
 void DocumentWindow::showDocument() {
     progress_->stop();
     pages_->setCurrentWidget(view_);
+    view_->setEnabled(true);
     view_->toolBar()->setEnabled(true);
     view_->setFocus();
     if (!awaitsPaint_) {

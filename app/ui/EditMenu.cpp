@@ -1,128 +1,159 @@
 #include "app/ui/EditMenu.h"
 
+#include <QAbstractSpinBox>
 #include <QAction>
 #include <QApplication>
 #include <QIcon>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenuBar>
 
 #include "app/model/UndoManager.h"
 #include "app/ui/DocumentView.h"
 #include "app/ui/ItemClipboard.h"
+#include "app/ui/PlistCommands.h"
 
-namespace {
+EditMenu::EditMenu(DocumentView& view, UndoManager& undoManager, PlistCommands& commands,
+                   QWidget* parent)
+    : QMenu(tr("&Edit"), parent),
+      view_(view),
+      undoManager_(undoManager),
+      focused_(QApplication::focusWidget()) {
+    addHistory();
+    addSeparator();
+    addClipboard();
+    addSelection();
+    addSeparator();
+    commands.addFindItems(*this);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (qobject_cast<QMenuBar*>(now) == nullptr) {
+            focused_ = now;
+        }
+    });
+    connect(this, &QMenu::aboutToShow, this, &EditMenu::updateItems);
+    // While the menu is closed the keys reach the items, which check.
+    connect(this, &QMenu::aboutToHide, this, [this] {
+        updateHistory();
+        for (QAction* item : {cut_, copy_, paste_, delete_, selectAll_}) {
+            item->setEnabled(true);
+        }
+    });
+}
 
-/// The text field that has the keyboard, of whatever kind; null if something else has it.
-QWidget* textFieldWithFocus() {
-    QWidget* widget = QApplication::focusWidget();
+// --- Taking back ---
+
+void EditMenu::addHistory() {
+    undo_ = add({}, Qt::CTRL | Qt::Key_Z, "edit-undo");
+    redo_ = add({}, Qt::CTRL | Qt::SHIFT | Qt::Key_Z, "edit-redo");
+    connect(undo_, &QAction::triggered, &view_, [this] {
+        if (!passIfPossible("undoAvailable", "undo") && view_.commitEditing()) {
+            undoManager_.undo();
+        }
+    });
+    connect(redo_, &QAction::triggered, &view_, [this] {
+        if (!passIfPossible("redoAvailable", "redo") && view_.commitEditing()) {
+            undoManager_.redo();
+        }
+    });
+    connect(&undoManager_, &UndoManager::historyChanged, this, &EditMenu::updateHistory);
+    updateHistory();
+}
+
+void EditMenu::updateHistory() {
+    undo_->setText(tr("&Undo %1").arg(undoManager_.undoActionName()).trimmed());
+    redo_->setText(tr("&Redo %1").arg(undoManager_.redoActionName()).trimmed());
+    undo_->setEnabled(undoManager_.canUndo());
+    redo_->setEnabled(undoManager_.canRedo());
+}
+
+void EditMenu::updateHistoryForField() {
+    const QWidget* field = textField();
+    const auto offer = [field](QAction* item, const char* property, const QString& title) {
+        if (field != nullptr && field->property(property).toBool()) {
+            item->setText(title);
+            item->setEnabled(true);
+        }
+    };
+    offer(undo_, "undoAvailable", tr("&Undo %1").arg(QString()).trimmed());
+    offer(redo_, "redoAvailable", tr("&Redo %1").arg(QString()).trimmed());
+}
+
+// --- What is selected ---
+
+void EditMenu::addClipboard() {
+    cut_ = add(tr("Cu&t"), Qt::CTRL | Qt::Key_X, "edit-cut");
+    copy_ = add(tr("&Copy"), Qt::CTRL | Qt::Key_C, "edit-copy");
+    paste_ = add(tr("&Paste"), Qt::CTRL | Qt::Key_V, "edit-paste");
+    connect(cut_, &QAction::triggered, &view_, [this] {
+        if (!passToTextField("cut") && hasSelection()) {
+            ItemClipboard::cut(view_.actions());
+        }
+    });
+    connect(copy_, &QAction::triggered, &view_, [this] {
+        if (!passToTextField("copy") && hasSelection()) {
+            ItemClipboard::copy(view_.actions());
+        }
+    });
+    connect(paste_, &QAction::triggered, &view_, [this] {
+        if (!passToTextField("paste") && view_.isEnabled()) {
+            ItemClipboard::paste(view_.actions(), *view_.window());
+        }
+    });
+}
+
+void EditMenu::addSelection() {
+    // The table itself takes the key, which in a text field deletes characters.
+    delete_ = add(tr("&Delete"), {}, "edit-delete");
+    selectAll_ = add(tr("Select &All"), Qt::CTRL | Qt::Key_A, "edit-select-all");
+    connect(delete_, &QAction::triggered, &view_, [this] {
+        if (QWidget* field = textField()) {
+            QKeyEvent press(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier);
+            QCoreApplication::sendEvent(field, &press);
+        } else if (hasSelection()) {
+            view_.actions().deleteSelected();
+        }
+    });
+    connect(selectAll_, &QAction::triggered, &view_, [this] {
+        if (!passToTextField("selectAll") && view_.isEnabled()) {
+            view_.actions().selectAll();
+        }
+    });
+}
+
+void EditMenu::updateItems() {
+    updateHistory();
+    updateHistoryForField();
+    const bool isText = textField() != nullptr;
+    for (QAction* item : {cut_, copy_, delete_}) {
+        item->setEnabled(isText || hasSelection());
+    }
+    paste_->setEnabled(isText || (view_.isEnabled() && ItemClipboard::canPaste(view_.actions())));
+    selectAll_->setEnabled(isText || view_.isEnabled());
+}
+
+bool EditMenu::hasSelection() const {
+    return view_.isEnabled() && view_.actions().hasSelectedTopLevelNodes();
+}
+
+// --- Text fields ---
+
+QWidget* EditMenu::textField() const {
+    QWidget* widget = focused_;
+    if (const auto* box = qobject_cast<QAbstractSpinBox*>(widget)) {
+        widget = box->findChild<QLineEdit*>();
+    }
     return widget != nullptr && widget->metaObject()->indexOfSlot("paste()") >= 0 ? widget
                                                                                   : nullptr;
 }
 
-/// Has the text field with the keyboard do what it calls `command`; false if there is none.
-bool passToTextField(const char* command) {
-    QWidget* field = textFieldWithFocus();
+bool EditMenu::passToTextField(const char* command) const {
+    QWidget* field = textField();
     return field != nullptr && QMetaObject::invokeMethod(field, command);
 }
 
-}  // namespace
-
-EditMenu::EditMenu(DocumentView& view, UndoManager& undoManager, QWidget* parent)
-    : QMenu(tr("&Edit"), parent) {
-    addHistory(view, undoManager);
-    addSeparator();
-    addClipboard(view);
-    addSelection(view);
-    addSeparator();
-    addSearch(view);
-}
-
-void EditMenu::addHistory(DocumentView& view, UndoManager& undoManager) {
-    undo_ = add({}, Qt::CTRL | Qt::Key_Z, "edit-undo");
-    redo_ = add({}, Qt::CTRL | Qt::SHIFT | Qt::Key_Z, "edit-redo");
-    connect(undo_, &QAction::triggered, &view, [&view, &undoManager] {
-        if (view.commitEditing()) {
-            undoManager.undo();
-        }
-    });
-    connect(redo_, &QAction::triggered, &view, [&view, &undoManager] {
-        if (view.commitEditing()) {
-            undoManager.redo();
-        }
-    });
-    connect(&undoManager, &UndoManager::historyChanged, this,
-            [this, &undoManager] { updateHistory(undoManager); });
-    updateHistory(undoManager);
-}
-
-void EditMenu::updateHistory(const UndoManager& undoManager) {
-    undo_->setText(tr("&Undo %1").arg(undoManager.undoActionName()).trimmed());
-    redo_->setText(tr("&Redo %1").arg(undoManager.redoActionName()).trimmed());
-    undo_->setEnabled(undoManager.canUndo());
-    redo_->setEnabled(undoManager.canRedo());
-}
-
-void EditMenu::addClipboard(DocumentView& view) {
-    QAction* cut = add(tr("Cu&t"), Qt::CTRL | Qt::Key_X, "edit-cut");
-    QAction* copy = add(tr("&Copy"), Qt::CTRL | Qt::Key_C, "edit-copy");
-    QAction* paste = add(tr("&Paste"), Qt::CTRL | Qt::Key_V, "edit-paste");
-    connect(cut, &QAction::triggered, &view, [&view] {
-        if (!passToTextField("cut")) {
-            ItemClipboard::cut(view.actions());
-        }
-    });
-    connect(copy, &QAction::triggered, &view, [&view] {
-        if (!passToTextField("copy")) {
-            ItemClipboard::copy(view.actions());
-        }
-    });
-    connect(paste, &QAction::triggered, &view, [&view] {
-        if (!passToTextField("paste")) {
-            ItemClipboard::paste(view.actions(), *view.window());
-        }
-    });
-    connect(this, &QMenu::aboutToShow, &view, [cut, copy, paste, &view] {
-        const bool isText = textFieldWithFocus() != nullptr;
-        const bool hasItems = isText || view.actions().hasSelectedTopLevelNodes();
-        cut->setEnabled(hasItems);
-        copy->setEnabled(hasItems);
-        paste->setEnabled(isText || ItemClipboard::canPaste(view.actions()));
-    });
-    for (QAction* item : {cut, copy, paste}) {
-        connect(this, &QMenu::aboutToHide, item, [item] { item->setEnabled(true); });
-    }
-}
-
-void EditMenu::addSelection(DocumentView& view) {
-    // The table itself takes the key, which in a text field deletes characters.
-    delete_ = add(tr("&Delete"), {}, "edit-delete");
-    QAction* selectAll = add(tr("Select &All"), Qt::CTRL | Qt::Key_A, "edit-select-all");
-    connect(delete_, &QAction::triggered, &view, [&view] {
-        view.endEditing();
-        view.actions().deleteSelected();
-    });
-    connect(selectAll, &QAction::triggered, &view, [&view] {
-        if (!passToTextField("selectAll")) {
-            view.actions().selectAll();
-        }
-    });
-    connect(this, &QMenu::aboutToShow, &view,
-            [this, &view] { delete_->setEnabled(view.actions().hasSelectedTopLevelNodes()); });
-}
-
-void EditMenu::addSearch(DocumentView& view) {
-    QAction* find = add(tr("&Find\u2026"), Qt::CTRL | Qt::Key_F, "edit-find");
-    QAction* next = add(tr("Find &Next"), Qt::CTRL | Qt::Key_G, "go-down");
-    QAction* previous = add(tr("Find Pre&vious"), Qt::CTRL | Qt::SHIFT | Qt::Key_G, "go-up");
-    next->setShortcuts({next->shortcut(), Qt::Key_F3});
-    previous->setShortcuts({previous->shortcut(), Qt::SHIFT | Qt::Key_F3});
-    connect(find, &QAction::triggered, &view, [&view] { view.search().requestFocus(); });
-    // Without a match a step does nothing; the menu says so while somebody looks at it.
-    connect(next, &QAction::triggered, &view, [&view] { view.search().step(1); });
-    connect(previous, &QAction::triggered, &view, [&view] { view.search().step(-1); });
-    for (QAction* item : {next, previous}) {
-        connect(this, &QMenu::aboutToShow, item,
-                [item, &view] { item->setEnabled(!view.search().matchIDs().empty()); });
-        connect(this, &QMenu::aboutToHide, item, [item] { item->setEnabled(true); });
-    }
+bool EditMenu::passIfPossible(const char* property, const char* command) const {
+    const QWidget* field = textField();
+    return field != nullptr && field->property(property).toBool() && passToTextField(command);
 }
 
 QAction* EditMenu::add(const QString& title, const QKeySequence& key, const char* icon) {

@@ -55,6 +55,7 @@ bool isKeyForFields(const QKeyEvent& event) {
     switch (event.key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
+        case Qt::Key_F2:
         case Qt::Key_Right:
         case Qt::Key_Left:
         case Qt::Key_Backspace:
@@ -213,7 +214,10 @@ bool PlistTable::handleKey(const QKeyEvent& event) {
         case Qt::Key_Space:
             return event.modifiers() == Qt::NoModifier && controls_->workCurrent();
         case Qt::Key_F4:
-            controls_->chooseTypeOfCurrent();
+            // Of what is being typed, too.
+            if (commitEditing()) {
+                controls_->chooseTypeOfCurrent();
+            }
             return true;
         case Qt::Key_Backspace:
         case Qt::Key_Delete:

@@ -99,22 +99,44 @@ private Q_SLOTS:
         window_ = nullptr;
     }
 
-    void takesBackWhatWasBeingTyped() {
-        QTest::keyClicks(openValue(), QStringLiteral("42"));
-        view().actions().changeFormat(PlistFormat::binary);
-        // The text becomes an edit of its own, the last one, and that is taken back.
-        item("Undo Change Format")->trigger();
-        QVERIFY(first().value() == PlistValue::integer(0));
-        QCOMPARE(window_->controller().document().format(), PlistFormat::binary);
-        QVERIFY(item("Redo Change Value") != nullptr);
-    }
-
-    void takesNothingBackBehindWhatIsWrong() {
+    void takesBackWhatIsBeingTypedFirst() {
         view().actions().changeFormat(PlistFormat::binary);
         InlineTextField* field = openValue();
-        QTest::keyClicks(field, QStringLiteral("abc"));
+        QTest::keyClicks(field, QStringLiteral("42"));
         item("Undo Change Format")->trigger();
-        QCOMPARE(window_->controller().document().format(), PlistFormat::binary);
+        QCOMPARE(field->text(), QStringLiteral("0"));
+        QVERIFY(field->hasFocus());
+        // Then there is nothing of the field's own any more.
+        item("Undo Change Format")->trigger();
+        QVERIFY(!view().outline().editing());
+        QCOMPARE(window_->controller().document().format(), PlistFormat::xml);
+    }
+
+    void doesAgainWhatWasTakenBackInTheField() {
+        InlineTextField* field = openValue();
+        QTest::keyClicks(field, QStringLiteral("42"));
+        item("Undo")->trigger();
+        item("Redo")->trigger();
+        QCOMPARE(field->text(), QStringLiteral("42"));
+    }
+
+    /// The text becomes an edit of its own, behind which there is nothing to be done again.
+    void appliesTheTextBeforeTheDocumentDoesAnythingAgain() {
+        view().actions().changeFormat(PlistFormat::binary);
+        window_->controller().undoManager().undo();
+        QTest::keyClicks(openValue(), QStringLiteral("42"));
+        item("Redo Change Format")->trigger();
+        QVERIFY(first().value() == PlistValue::integer(42));
+        QCOMPARE(window_->controller().document().format(), PlistFormat::xml);
+    }
+
+    void doesNothingAgainBehindWhatIsWrong() {
+        view().actions().changeFormat(PlistFormat::binary);
+        window_->controller().undoManager().undo();
+        InlineTextField* field = openValue();
+        QTest::keyClicks(field, QStringLiteral("abc"));
+        item("Redo Change Format")->trigger();
+        QCOMPARE(window_->controller().document().format(), PlistFormat::xml);
         QVERIFY(!field->error().isEmpty());
     }
 
@@ -133,10 +155,48 @@ private Q_SLOTS:
         QVERIFY(first().value() == PlistValue::integer(42));
         QVERIFY(window_->controller().document().root().children()[1]->value() ==
                 PlistValue::integer(42));
-        QTest::keyClicks(openValue(), QStringLiteral("abc"));
-        item("Duplicate")->trigger();
-        QVERIFY(!view().outline().editing());
-        QCOMPARE(window_->controller().document().root().childCount(), 4);
+    }
+
+    void commandsStopAtWhatIsWrong_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::newRow("add") << static_cast<int>(Qt::Key_N)
+                             << (Qt::ControlModifier | Qt::ShiftModifier);
+        QTest::newRow("duplicate")
+            << static_cast<int>(Qt::Key_D) << Qt::KeyboardModifiers(Qt::ControlModifier);
+        QTest::newRow("move") << static_cast<int>(Qt::Key_Down)
+                              << Qt::KeyboardModifiers(Qt::AltModifier);
+        QTest::newRow("find") << static_cast<int>(Qt::Key_F)
+                              << Qt::KeyboardModifiers(Qt::ControlModifier);
+        QTest::newRow("save") << static_cast<int>(Qt::Key_S)
+                              << Qt::KeyboardModifiers(Qt::ControlModifier);
+        QTest::newRow("close") << static_cast<int>(Qt::Key_W)
+                               << Qt::KeyboardModifiers(Qt::ControlModifier);
+        QTest::newRow("types") << static_cast<int>(Qt::Key_F4)
+                               << Qt::KeyboardModifiers(Qt::NoModifier);
+    }
+
+    void commandsStopAtWhatIsWrong() {
+        QFETCH(int, key);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        InlineTextField* field = openValue();
+        QTest::keyClicks(field, QStringLiteral("abc"));
+        QTest::keyClick(field, static_cast<Qt::Key>(key), modifiers);
+        QCOMPARE(field->error(), QStringLiteral("“abc” is not a valid Integer."));
+        QVERIFY(field->hasFocus());
+        QVERIFY(window_->isVisible());
+        QVERIFY(!window_->isWindowModified());
+        QCOMPARE(window_->controller().document().root().childCount(), 2);
+    }
+
+    /// A key that opens fields of the table does nothing to one that is open.
+    void keepsTheTextWhenAnEditIsBegunAgain() {
+        InlineTextField* field = openValue();
+        QTest::keyClicks(field, QStringLiteral("42"));
+        QTest::keyClick(field, Qt::Key_F2);
+        QCoreApplication::processEvents();
+        QCOMPARE(openField(), field);
+        QCOMPARE(field->text(), QStringLiteral("42"));
     }
 
 private:
@@ -155,6 +215,8 @@ private:
         });
         return isOpen ? field : nullptr;
     }
+
+    InlineTextField* openField() const { return view().table().findChild<InlineTextField*>(); }
 
     std::unique_ptr<QTemporaryDir> folder_;
     QString path_;

@@ -2,15 +2,18 @@
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QMenu>
+#include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "PlistCore/PlistEntry.h"
 #include "app/model/PlistNode.h"
 #include "app/ui/DocumentView.h"
 #include "app/ui/DocumentWindow.h"
-#include "app/ui/EditorMenu.h"
+#include "app/ui/PlistCommands.h"
 #include "app/ui/PlistTable.h"
 #include "tests/ui/support/MenuTools.h"
+#include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
 
 namespace {
@@ -28,7 +31,7 @@ PlistValue sample() {
 
 }  // namespace
 
-class EditorMenuTest : public QObject {
+class PlistCommandsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -55,6 +58,9 @@ private Q_SLOTS:
         add("Sort Keys", "");
         add("Expand All", "Ctrl+Alt+Right; Ctrl+Shift+Right");
         add("Collapse All", "Ctrl+Alt+Left; Ctrl+Shift+Left");
+        add("Find…", "Ctrl+F");
+        add("Find Next", "Ctrl+G; F3");
+        add("Find Previous", "Ctrl+Shift+G; Shift+F3");
     }
 
     void hasTheseItems() {
@@ -86,6 +92,75 @@ private Q_SLOTS:
         press(Qt::Key_Right, Qt::ControlModifier | Qt::AltModifier);
         press(Qt::Key_Left, Qt::ControlModifier | Qt::AltModifier);
         QVERIFY(!window_->isWindowModified());
+    }
+
+    /// What is not offered does nothing, by whatever key it is tried.
+    void keysOfWhatIsNotOfferedDoNothing_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        const auto add = [](const char* name, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+            QTest::newRow(name) << static_cast<int>(key) << modifiers;
+        };
+        add("duplicate", Qt::Key_D, Qt::ControlModifier);
+        add("up", Qt::Key_Up, Qt::ControlModifier | Qt::AltModifier);
+        add("up, second key", Qt::Key_Up, Qt::AltModifier);
+        add("down", Qt::Key_Down, Qt::ControlModifier | Qt::AltModifier);
+        add("down, second key", Qt::Key_Down, Qt::AltModifier);
+        add("next", Qt::Key_G, Qt::ControlModifier);
+        add("next, second key", Qt::Key_F3, Qt::NoModifier);
+        add("previous", Qt::Key_G, Qt::ControlModifier | Qt::ShiftModifier);
+        add("previous, second key", Qt::Key_F3, Qt::ShiftModifier);
+    }
+
+    void keysOfWhatIsNotOfferedDoNothing() {
+        QFETCH(int, key);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        press(static_cast<Qt::Key>(key), modifiers);
+        QCOMPARE(keys(), QStringLiteral("b a list"));
+        QVERIFY(!window_->isWindowModified());
+        QVERIFY(window_->view().outline().selection().isEmpty());
+        QCOMPARE(rowCount(), 4);
+    }
+
+    void keysWithOtherModifiersAreOtherKeys() {
+        select(1);
+        press(Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
+        press(Qt::Key_D, Qt::ControlModifier | Qt::AltModifier);
+        press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier | Qt::AltModifier);
+        press(Qt::Key_Down, Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier);
+        press(Qt::Key_Down, Qt::AltModifier | Qt::ShiftModifier);
+        QCOMPARE(keys(), QStringLiteral("b a list"));
+        QVERIFY(!window_->isWindowModified());
+        const qint64 requests = window_->view().search().focusRequest();
+        press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(window_->view().search().focusRequest(), requests);
+    }
+
+    void everyFindAsksForTheFocus() {
+        const qint64 requests = window_->view().search().focusRequest();
+        press(Qt::Key_F, Qt::ControlModifier);
+        press(Qt::Key_F, Qt::ControlModifier);
+        QCOMPARE(window_->view().search().focusRequest(), requests + 2);
+    }
+
+    /// There is no document yet that they could act on.
+    void nothingIsOfferedWhileADocumentIsRead() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("a.plist"));
+        Samples::writeFile(path, Samples::bytes(sample(), PlistFormat::xml));
+        const QSignalSpy opened(&window_->controller(), &DocumentController::opened);
+        select(1);
+        window_->open(path);
+        QCOMPARE(enabled(), QString());
+        const QStringList edit = MenuTools::enabledIn(*MenuTools::menuOf(*window_, "Edit"));
+        QCOMPARE(edit, QStringList());
+        for (const char* title : {"Add Item", "Duplicate", "Sort Keys", "Cut", "Delete"}) {
+            MenuTools::itemOf(*window_, title)->trigger();
+        }
+        QVERIFY(!window_->isWindowModified());
+        QTRY_COMPARE(opened.count(), 1);
+        QCOMPARE(enabled(), QStringLiteral("Add Item|Sort Keys|Expand All|Collapse All"));
+        QVERIFY(window_->view().table().hasFocus());
     }
 
     void addsByKey() {
@@ -171,6 +246,6 @@ private:
 };
 
 int main(int argc, char** argv) {
-    return runUiTest<EditorMenuTest>(argc, argv);
+    return runUiTest<PlistCommandsTest>(argc, argv);
 }
-#include "EditorMenuTest.moc"
+#include "PlistCommandsTest.moc"
