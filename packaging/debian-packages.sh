@@ -39,6 +39,7 @@ testPackages=(
     "libbenchmark-dev|the benchmarks build with the tests"
     "libpugixml-dev|the benchmarks' yardstick"
     "xdotool|keys and clicks for real windows"
+    "xclip|another program at the clipboard"
     "dbus-daemon|a message bus for the screen reader"
     "dbus-bin|says on it that there is a screen reader"
     "at-spi2-core|the bus that screen readers listen to"

@@ -111,6 +111,57 @@ pressForRows() {
     waitFor "rows after $1" rowsWereMadeSince "$before"
 }
 
+# Clicks upwards from a height of the window, with a distance that makes no double clicks, until a
+# click meets a control and rows are made. Sets "hit".
+clickUpwards() {
+    local x=$1 before tries
+    before=$(rowsMade)
+    for ((hit = $2; hit > 90; hit -= 6)); do
+        xdotool mousemove --window "$window" "$x" "$hit" click 1
+        for ((tries = 0; tries < 4; ++tries)); do
+            ! rowsWereMadeSince "$before" || return 0
+            sleep 0.1
+        done
+    done
+    echo "No click on a control made rows."
+    exit 1
+}
+
+clickAgain() {
+    local before
+    before=$(rowsMade)
+    xdotool click 1
+    waitFor "rows after a click on a control" rowsWereMadeSince "$before"
+}
+
+# Finds out where the rows are, as their heights and those of the menus differ: opens and closes the
+# group and the root by their controls, which stand in the middle of their rows. Sets "firstRow",
+# the middle of the root, and "rowHeight", in hundredths of a pixel. The group, in row "groupRow", is
+# the first that a search from below meets.
+measureRows() {
+    local below=7 group
+    clickUpwards 26 320
+    group=$hit
+    clickAgain
+    clickUpwards 12 $((group - 80))
+    clickAgain
+    firstRow=$((100 * (hit - below)))
+    rowHeight=$(((100 * (group - below) - firstRow) / groupRow))
+}
+
+# Points of the key of a row: in its upper and in its lower half.
+above() {
+    echo $(((firstRow + $1 * rowHeight - rowHeight / 4) / 100))
+}
+
+below() {
+    echo $(((firstRow + $1 * rowHeight + rowHeight / 4) / 100))
+}
+
+pointAt() {
+    xdotool mousemove --window "$1" 60 "$2"
+}
+
 # Saves, and waits until that is done.
 save() {
     waitFor "the title shows a change" isModified
