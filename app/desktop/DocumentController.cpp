@@ -11,6 +11,8 @@
 #include "PlistCore/PlistCheck.h"
 #include "PlistCore/PlistFile.h"
 #include "app/desktop/BackgroundTask.h"
+#include "app/desktop/SafeWriter.h"
+#include "app/desktop/StateFolder.h"
 #include "app/model/ChildrenMaker.h"
 #include "app/model/PlistDocumentReader.h"
 #include "app/model/PlistDocumentWriter.h"
@@ -37,7 +39,9 @@ ReadResult read(const QString& path) {
 
 std::optional<FileError> write(const PlistFile& file, const QString& path) {
     try {
-        PlistDocumentWriter::write(file, path);
+        PlistDocumentWriter::write(file, path, nullptr, [](const QString& target, auto bytes) {
+            SafeWriter::write(target, bytes, StateFolder::recoveryPath());
+        });
         return std::nullopt;
     } catch (const FileError& error) {
         return error;

@@ -5,13 +5,13 @@
 
 #include <QFile>
 #include <cerrno>
-#include <cstddef>
 
 #include "PlistCore/PlistBytes.h"
 #include "PlistCore/PlistCodec.h"
 #include "PlistCore/PlistError.h"
 #include "app/model/FileDescriptor.h"
 #include "app/model/FileError.h"
+#include "app/model/FileOutput.h"
 #include "app/model/ProgressReporter.h"
 #include "app/model/Signposter.h"
 
@@ -32,39 +32,22 @@ PlistBytes encoded(const PlistFile& file, const QString& path) {
     }
 }
 
-void writeAll(int file, std::span<const std::uint8_t> bytes, const QString& path) {
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(file, bytes.data(), bytes.size());
-        if (count >= 0) {
-            bytes = bytes.subspan(static_cast<std::size_t>(count));
-        } else if (errno != EINTR) {
-            failWriting(path, errno);
-        }
-    }
-}
-
-/// Waits until the disk has the bytes. File systems that cannot tell are taken at their word.
-void synchronize(int file, const QString& path) {
-    while (::fsync(file) != 0) {
-        if (errno == EINVAL || errno == EROFS || errno == ENOTSUP) {
-            return;
-        }
-        if (errno != EINTR) {
-            failWriting(path, errno);
-        }
+void check(const QString& path, int errorNumber) {
+    if (errorNumber != 0) {
+        failWriting(path, errorNumber);
     }
 }
 
 }  // namespace
 
 void PlistDocumentWriter::write(const PlistFile& file, const QString& path,
-                                ProgressReporter* progress) {
+                                ProgressReporter* progress, const ByteWriter& put) {
     const Signposter::Interval interval("Write");
     if (progress != nullptr) {
         progress->start(1);
     }
     const PlistBytes bytes = encoded(file, path);
-    writeBytes(path, bytes.span());
+    put(path, bytes.span());
     if (progress != nullptr) {
         progress->complete(1);
     }
@@ -77,12 +60,10 @@ void PlistDocumentWriter::writeBytes(const QString& path, std::span<const std::u
     if (!file.isOpen()) {
         failWriting(path, errno);
     }
-    writeAll(file.number(), bytes, path);
+    check(path, FileOutput::writeAll(file.number(), bytes));
     if (::ftruncate(file.number(), static_cast<off_t>(bytes.size())) != 0) {
         failWriting(path, errno);
     }
-    synchronize(file.number(), path);
-    if (const int errorNumber = file.close(); errorNumber != 0) {
-        failWriting(path, errorNumber);
-    }
+    check(path, FileOutput::synchronize(file.number()));
+    check(path, file.close());
 }

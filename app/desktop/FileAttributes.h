@@ -1,0 +1,10 @@
+#pragma once
+
+/// Who owns a file, who may do what with it, and what else the system has noted about it.
+namespace FileAttributes {
+
+/// Gives the open file `target` the owner, group, mode, access-control lists and extended
+/// attributes of the open file `source`. False if any of them could not be given.
+bool copy(int source, int target);
+
+}  // namespace FileAttributes

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QByteArray>
+
+/// The folders of files, by their paths as the system has them.
+namespace FileFolder {
+
+/// The folder that a path leads to a file in.
+QByteArray of(const QByteArray& path);
+
+/// Waits until the disk knows the names in a folder. Returns 0 or the number of the system's
+/// error; a folder that may not be read is taken at its word.
+int synchronize(const QByteArray& folder);
+
+}  // namespace FileFolder

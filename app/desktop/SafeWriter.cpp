@@ -1,0 +1,180 @@
+#include "app/desktop/SafeWriter.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <cerrno>
+#include <climits>
+#include <optional>
+
+#include "app/desktop/FileAttributes.h"
+#include "app/desktop/FileFolder.h"
+#include "app/desktop/SafetyCopy.h"
+#include "app/desktop/TemporaryFile.h"
+#include "app/model/FileDescriptor.h"
+#include "app/model/FileError.h"
+#include "app/model/FileOutput.h"
+
+namespace {
+
+/// One save: the file as the user named it and as links lead to it, and its new content.
+struct Save {
+    QString path;
+    QByteArray target;
+    std::optional<struct stat> old;  ///< of the file that is there
+    std::span<const std::uint8_t> bytes;
+};
+
+QString explained(const char* reason) {
+    return QCoreApplication::translate("SafeWriter", reason);
+}
+
+[[noreturn]] void fail(const Save& save, int errorNumber) {
+    throw FileError::fromSystem(FileError::Code::writeFailed, save.path, errorNumber);
+}
+
+[[noreturn]] void fail(const Save& save, const QString& reason) {
+    throw FileError(FileError::Code::writeFailed, save.path, reason);
+}
+
+void check(const Save& save, int errorNumber) {
+    if (errorNumber != 0) {
+        fail(save, errorNumber);
+    }
+}
+
+/// Where the links lead that a path may end in, also where nothing is there yet.
+QByteArray resolved(QByteArray path) {
+    constexpr int mostLinks = 40;  // as many as the system follows
+    for (int i = 0; i < mostLinks; ++i) {
+        QByteArray link(PATH_MAX, '\0');
+        const ssize_t size =
+            ::readlink(path.constData(), link.data(), static_cast<std::size_t>(link.size()));
+        if (size < 0) {
+            break;
+        }
+        link.truncate(size);
+        path = link.startsWith('/') ? link : FileFolder::of(path) + '/' + link;
+    }
+    return path;
+}
+
+/// Finds out what is there, and refuses what must not be touched.
+void examine(Save& save) {
+    struct stat status {};
+    if (::stat(save.target.constData(), &status) != 0) {
+        if (errno != ENOENT) {
+            fail(save, errno);
+        }
+        return;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        fail(save, EISDIR);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        fail(save, explained(QT_TRANSLATE_NOOP("SafeWriter", "It is not a regular file.")));
+    }
+    if (::faccessat(AT_FDCWD, save.target.constData(), W_OK, AT_EACCESS) != 0) {
+        if (errno != EACCES) {
+            fail(save, errno);
+        }
+        fail(save, explained(QT_TRANSLATE_NOOP(
+                       "SafeWriter",
+                       "You may not write to it. Save under another name, or allow "
+                       "writing in the properties of the file.")));
+    }
+    save.old = status;
+}
+
+/// Whether an error speaks against putting another file in place, and not against the content.
+bool isAboutPlace(int errorNumber) {
+    return errorNumber == EACCES || errorNumber == EPERM || errorNumber == EROFS ||
+           errorNumber == EBUSY || errorNumber == EXDEV;
+}
+
+/// Gives a new file what the old one had. False if that is not possible.
+bool inherit(const Save& save, TemporaryFile& fresh) {
+    const FileDescriptor old(
+        ::open(save.target.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    return old.isOpen() && FileAttributes::copy(old.number(), fresh.file().number());
+}
+
+/// Puts a finished file in place of the old one, if any. False if the place does not allow that,
+/// and nothing has happened.
+bool replace(const Save& save) {
+    if (save.old && save.old->st_nlink > 1) {
+        return false;
+    }
+    constexpr mode_t newFileMode = 0666;  // less what the user's mask takes away
+    constexpr mode_t untilItInherits = 0600;
+    const QByteArray folder = FileFolder::of(save.target);
+    TemporaryFile fresh(folder, save.old ? untilItInherits : newFileMode);
+    if (save.old && isAboutPlace(fresh.error())) {
+        return false;
+    }
+    check(save, fresh.error());
+    check(save, FileOutput::writeAll(fresh.file().number(), save.bytes));
+    if (save.old && !inherit(save, fresh)) {
+        return false;
+    }
+    check(save, FileOutput::synchronize(fresh.file().number()));
+    check(save, fresh.file().close());
+    const int error = fresh.moveTo(save.target);
+    if (save.old && isAboutPlace(error)) {
+        return false;
+    }
+    check(save, error);
+    check(save, FileFolder::synchronize(folder));
+    return true;
+}
+
+/// Writes over the old content. The room is taken first, so that a full disk is found before the
+/// first byte is overwritten.
+int writeOver(const Save& save, FileDescriptor& file) {
+    const auto size = static_cast<off_t>(save.bytes.size());
+    if (size > save.old->st_size && ::fallocate(file.number(), 0, 0, size) != 0 &&
+        errno != EOPNOTSUPP && errno != ENOSYS) {
+        return errno;
+    }
+    if (const int error = FileOutput::writeAll(file.number(), save.bytes); error != 0) {
+        return error;
+    }
+    if (::ftruncate(file.number(), size) != 0) {
+        return errno;
+    }
+    const int error = FileOutput::synchronize(file.number());
+    return error != 0 ? error : file.close();
+}
+
+void overwrite(const Save& save, const QString& safetyFolder) {
+    FileDescriptor file(::open(save.target.constData(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW));
+    if (!file.isOpen()) {
+        fail(save, errno);
+    }
+    const SafetyCopy copy(safetyFolder, save.target);
+    check(save, copy.error());
+    const int error = writeOver(save, file);
+    if (error != 0 && copy.restore() != 0) {
+        const FileError reason =
+            FileError::fromSystem(FileError::Code::writeFailed, save.path, error);
+        fail(save,
+             QCoreApplication::translate("SafeWriter", "%1 What it held before is kept in “%2”.")
+                 .arg(reason.failureReason(), copy.path()));
+    }
+    copy.remove();
+    check(save, error);
+}
+
+}  // namespace
+
+void SafeWriter::write(const QString& path, std::span<const std::uint8_t> bytes,
+                       const QString& safetyFolder) {
+    Save save{path, resolved(QFile::encodeName(path)), std::nullopt, bytes};
+    examine(save);
+    if (!replace(save)) {
+        overwrite(save, safetyFolder);
+    }
+}

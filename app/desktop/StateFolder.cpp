@@ -1,0 +1,15 @@
+#include "app/desktop/StateFolder.h"
+
+#include <QDir>
+
+QString StateFolder::path() {
+    const QString home = qEnvironmentVariable("XDG_STATE_HOME");
+    // The specification has relative paths ignored.
+    const QString base =
+        QDir::isAbsolutePath(home) ? home : QDir::homePath() + QStringLiteral("/.local/state");
+    return base + QStringLiteral("/tabulet");
+}
+
+QString StateFolder::recoveryPath() {
+    return path() + QStringLiteral("/recovery");
+}

@@ -1,0 +1,301 @@
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "app/desktop/SafeWriter.h"
+#include "app/model/FileError.h"
+
+namespace {
+
+const QByteArray oldBytes = QByteArray("the old content ").repeated(5000);
+const QByteArray newBytes = QByteArray("new ").repeated(3);
+const QByteArray longBytes = QByteArray("a longer content ").repeated(9000);
+
+QByteArray read(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void make(const QString& path, const QByteArray& bytes = oldBytes) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+struct stat statusOf(const QString& path) {
+    struct stat status {};
+    ::lstat(QFile::encodeName(path).constData(), &status);
+    return status;
+}
+
+/// Does something as a user without rights of their own, in a process of its own if this is the
+/// superuser's. True if it said so.
+bool asOrdinaryUser(const std::function<bool()>& work) {
+    if (::geteuid() != 0) {
+        return work();
+    }
+    const pid_t child = ::fork();
+    if (child == 0) {
+        constexpr uid_t nobody = 65534;
+        const bool hasChanged = ::setgid(nobody) == 0 && ::setuid(nobody) == 0;
+        ::_exit(hasChanged && work() ? 0 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+}  // namespace
+
+/// Saving over files of every kind.
+class SafeWriterTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        folder_ = std::make_unique<QTemporaryDir>();
+        QVERIFY(folder_->isValid());
+        // For the ordinary user.
+        QVERIFY(::chmod(QFile::encodeName(folder_->path()).constData(), 0777) == 0);
+    }
+
+    void makesNewFiles() {
+        const mode_t mask = ::umask(027);
+        write(path(), newBytes);
+        ::umask(mask);
+        QCOMPARE(read(path()), newBytes);
+        QCOMPARE(statusOf(path()).st_mode & 07777, mode_t{0640});
+        QCOMPARE(names(), QStringList(QStringLiteral("file")));
+    }
+
+    void replacesFiles() {
+        make(path());
+        const ino_t before = statusOf(path()).st_ino;
+        write(path(), newBytes);
+        QCOMPARE(read(path()), newBytes);
+        QVERIFY(statusOf(path()).st_ino != before);
+        write(path(), longBytes);
+        QCOMPARE(read(path()), longBytes);
+        write(path(), {});
+        QCOMPARE(read(path()), QByteArray());
+        QCOMPARE(names(), QStringList(QStringLiteral("file")));
+    }
+
+    void keepsTheMode() {
+        for (const mode_t mode : {mode_t{0600}, mode_t{0664}, mode_t{0444 | 0200}, mode_t{02664}}) {
+            make(path());
+            QVERIFY(::chmod(QFile::encodeName(path()).constData(), mode) == 0);
+            write(path(), newBytes);
+            QCOMPARE(statusOf(path()).st_mode & 07777, mode);
+            QCOMPARE(read(path()), newBytes);
+        }
+    }
+
+    void keepsTheOwner() {
+        if (::geteuid() != 0) {
+            QSKIP("Only the superuser can give files away.");
+        }
+        make(path());
+        QVERIFY(::chown(QFile::encodeName(path()).constData(), 65534, 65534) == 0);
+        write(path(), newBytes);
+        QCOMPARE(statusOf(path()).st_uid, uid_t{65534});
+        QCOMPARE(statusOf(path()).st_gid, gid_t{65534});
+    }
+
+    void keepsAttributes() {
+        make(path());
+        const QByteArray name = QFile::encodeName(path());
+        if (::setxattr(name.constData(), "user.origin", "harbour", 7, 0) != 0) {
+            QSKIP("The file system has no extended attributes.");
+        }
+        write(path(), newBytes);
+        QByteArray value(7, '\0');
+        QCOMPARE(::getxattr(name.constData(), "user.origin", value.data(), 7), ssize_t{7});
+        QCOMPARE(value, QByteArray("harbour"));
+        QCOMPARE(read(path()), newBytes);
+    }
+
+    /// user::rw- user:65534:r-- group::r-- mask::rw- other::---, in the system's own form.
+    void keepsAccessControlLists() {
+        make(path());
+        const QByteArray name = QFile::encodeName(path());
+        const QByteArray list = QByteArray::fromHex(
+            "02000000"
+            "01000600ffffffff"
+            "02000400feff0000"
+            "04000400ffffffff"
+            "10000600ffffffff"
+            "20000000ffffffff");
+        const auto size = static_cast<std::size_t>(list.size());
+        if (::setxattr(name.constData(), "system.posix_acl_access", list.constData(), size, 0) !=
+            0) {
+            QSKIP("The file system has no access-control lists.");
+        }
+        write(path(), newBytes);
+        QByteArray kept(list.size(), '\0');
+        QCOMPARE(::getxattr(name.constData(), "system.posix_acl_access", kept.data(), size),
+                 static_cast<ssize_t>(size));
+        QCOMPARE(kept, list);
+    }
+
+    void followsLinks() {
+        make(path());
+        const QString link = path("link");
+        const QString second = path("second");
+        QVERIFY(QFile::link(QStringLiteral("file"), link));
+        QVERIFY(QFile::link(link, second));
+        write(second, newBytes);
+        QCOMPARE(read(path()), newBytes);
+        QVERIFY(QFileInfo(link).isSymLink());
+        QVERIFY(QFileInfo(second).isSymLink());
+    }
+
+    void makesWhatALinkPromises() {
+        QVERIFY(QFile::link(QStringLiteral("file"), path("link")));
+        write(path("link"), newBytes);
+        QVERIFY(QFileInfo(path("link")).isSymLink());
+        QCOMPARE(read(path()), newBytes);
+    }
+
+    void keepsHardLinks() {
+        make(path());
+        QVERIFY(::link(QFile::encodeName(path()).constData(),
+                       QFile::encodeName(path("other")).constData()) == 0);
+        for (const QByteArray& bytes : {newBytes, longBytes, QByteArray()}) {
+            write(path(), bytes);
+            QCOMPARE(read(path()), bytes);
+            QCOMPARE(read(path("other")), bytes);
+        }
+        QVERIFY(QDir(safetyFolder()).isEmpty());
+        QCOMPARE(statusOf(safetyFolder()).st_mode & 07777, mode_t{0700});
+    }
+
+    void takesTheLongestNames() {
+        const QString longName(255, QLatin1Char('n'));
+        write(path(longName), newBytes);
+        write(path(longName), longBytes);
+        QCOMPARE(read(path(longName)), longBytes);
+    }
+
+    void takesNamesThatAreNoText() {
+        const QByteArray name = QFile::encodeName(folder_->path()) + "/\xff\xfe";
+        write(QFile::decodeName(name), newBytes);
+        if (QFile::encodeName(QFile::decodeName(name)) != name) {
+            QSKIP("Qt cannot name such files in this locale.");
+        }
+        QCOMPARE(::access(name.constData(), F_OK), 0);
+    }
+
+    void refusesWhatIsNoRegularFile() {
+        const QString fifo = path("fifo");
+        QVERIFY(::mkfifo(QFile::encodeName(fifo).constData(), 0600) == 0);
+        QCOMPARE(reasonFor(fifo), QStringLiteral("It is not a regular file."));
+        QVERIFY(S_ISFIFO(statusOf(fifo).st_mode));
+        QCOMPARE(reasonFor(QStringLiteral("/dev/null")),
+                 QStringLiteral("It is not a regular file."));
+        QCOMPARE(reasonFor(folder_->path()), QStringLiteral("Is a directory."));
+        QCOMPARE(reasonFor(path("no/such/file")), QStringLiteral("No such file or directory."));
+    }
+
+    void refusesReadOnlyFiles() {
+        make(path());
+        QVERIFY(::chmod(QFile::encodeName(path()).constData(), 0444) == 0);
+        QVERIFY(asOrdinaryUser([this] {
+            return reasonFor(path()) ==
+                   QStringLiteral(
+                       "You may not write to it. Save under another name, or allow "
+                       "writing in the properties of the file.");
+        }));
+        QCOMPARE(read(path()), oldBytes);
+    }
+
+    void overwritesInReadOnlyFolders() {
+        QVERIFY(QDir().mkdir(path("locked")));
+        const QString file = path("locked/file");
+        make(file);
+        QVERIFY(::chmod(QFile::encodeName(file).constData(), 0666) == 0);
+        QVERIFY(::chmod(QFile::encodeName(path("locked")).constData(), 0555) == 0);
+        QVERIFY(asOrdinaryUser([this, &file] {
+            return !failureOf(file, longBytes) && QDir(safetyFolder()).isEmpty();
+        }));
+        QCOMPARE(read(file), longBytes);
+        QVERIFY(asOrdinaryUser([this] {
+            return reasonFor(path("locked/fresh")) == QStringLiteral("Permission denied.");
+        }));
+        QVERIFY(::chmod(QFile::encodeName(path("locked")).constData(), 0755) == 0);
+    }
+
+    /// There only the owner of a file may put another in its place.
+    void overwritesFilesOfOthersInStickyFolders() {
+        if (::geteuid() != 0) {
+            QSKIP("Takes a second user.");
+        }
+        QVERIFY(QDir().mkdir(path("sticky")));
+        const QString file = path("sticky/file");
+        make(file);
+        QVERIFY(::chmod(QFile::encodeName(file).constData(), 0666) == 0);
+        QVERIFY(::chmod(QFile::encodeName(path("sticky")).constData(), 01777) == 0);
+        QVERIFY(asOrdinaryUser([this, &file] { return !failureOf(file, newBytes); }));
+        QCOMPARE(read(file), newBytes);
+        QCOMPARE(statusOf(file).st_uid, uid_t{0});
+        QCOMPARE(QDir(path("sticky")).entryList(QDir::Files | QDir::Hidden),
+                 QStringList(QStringLiteral("file")));
+    }
+
+    /// Where no safety copy can be made, nothing is overwritten.
+    void needsItsSafetyFolder() {
+        make(path());
+        QVERIFY(::link(QFile::encodeName(path()).constData(),
+                       QFile::encodeName(path("other")).constData()) == 0);
+        QVERIFY(QDir().mkdir(path("state")));
+        make(safetyFolder(), "a file in its place");
+        QCOMPARE(reasonFor(path()), QStringLiteral("Not a directory."));
+        QCOMPARE(read(path()), oldBytes);
+    }
+
+private:
+    QString path(const QString& name = QStringLiteral("file")) const {
+        return folder_->filePath(name);
+    }
+    QString path(const char* name) const { return path(QString::fromLatin1(name)); }
+    QString safetyFolder() const { return path("state/recovery"); }
+    QStringList names() const {
+        return QDir(folder_->path()).entryList(QDir::Files | QDir::Hidden | QDir::System);
+    }
+
+    void write(const QString& to, const QByteArray& bytes) const {
+        const std::optional<QString> failure = failureOf(to, bytes);
+        QVERIFY2(!failure, qPrintable(failure.value_or(QString())));
+    }
+
+    std::optional<QString> failureOf(const QString& to, const QByteArray& bytes) const {
+        try {
+            SafeWriter::write(to,
+                              {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                               static_cast<std::size_t>(bytes.size())},
+                              safetyFolder());
+        } catch (const FileError& error) {
+            return error.failureReason();
+        }
+        return std::nullopt;
+    }
+
+    QString reasonFor(const QString& to) const {
+        return failureOf(to, newBytes).value_or(QStringLiteral("none"));
+    }
+
+    std::unique_ptr<QTemporaryDir> folder_;
+};
+
+QTEST_GUILESS_MAIN(SafeWriterTest)
+#include "SafeWriterTest.moc"

@@ -1,0 +1,144 @@
+#!/usr/bin/env bash
+# Saves over a file again and again, and each time another call of the system fails or is the last
+# one before the process is killed. Whatever happens, the old content is there, or the new one, or a
+# complete copy of the old one with a record of the file. Both for files that are replaced and for
+# those that are overwritten, and on a disk that is full.
+#
+# usage: saveFaultsTest.sh PROGRAM
+set -euo pipefail
+
+program=$1
+command -v strace >/dev/null || {
+    echo "strace is not installed."
+    exit 77
+}
+strace -qq -o /dev/null true 2>/dev/null || {
+    echo "strace may not watch processes here."
+    exit 77
+}
+
+scratch=$(mktemp -d)
+mounted=
+cleanUp() {
+    [[ -z $mounted ]] || umount "$mounted"
+    rm -rf "$scratch"
+}
+trap cleanUp EXIT
+cd "$scratch"
+
+head -c 100000 /dev/zero | tr '\0' 'o' >old
+head -c 150000 /dev/zero | tr '\0' 'n' >new
+
+fail() {
+    echo "$kind, $fault: $1"
+    ls -lAR work
+    cat said
+    exit 1
+}
+
+# A file with the old content; a second name of it has it overwritten.
+prepare() {
+    rm -rf work
+    mkdir work
+    cp old work/file
+    [[ $kind == replaced ]] || ln work/file work/other
+}
+
+isOld() { cmp -s work/file old; }
+isNew() { cmp -s work/file new; }
+safetyCopies() { find work/state -name '*.old' 2>/dev/null; }
+
+# A complete copy of the old content, and a record that names the file.
+hasSafetyCopy() {
+    local copy
+    copy=$(safetyCopies)
+    [[ -n $copy ]] && cmp -s "$copy" old && grep -q '"file": ".*/work/file"' "${copy%.old}.json"
+}
+
+# Saves while strace does what the option says.
+save() {
+    local status=0
+    strace -qq -f -o trace -e "inject=$1" "$program" new work/file work/state 2>said || status=$?
+    return "$status"
+}
+
+killEverywhere() {
+    local count=0 status
+    while true; do
+        count=$((count + 1))
+        fault="killed at call $count"
+        prepare
+        status=0
+        # The shell would say that the process was killed.
+        save "%file,%desc:signal=KILL:when=$count" 2>/dev/null || status=$?
+        if [[ $status -eq 0 ]]; then
+            isNew || fail "not saved"
+            break
+        fi
+        isOld || isNew || hasSafetyCopy || fail "the content is lost"
+    done
+    # Most of the calls load the program; the last ones save.
+    [[ $count -gt 50 ]] || fail "only $count calls"
+}
+
+# Has each call of one kind fail in turn.
+failEverywhere() {
+    local call=$1 error=$2 reason=$3 count=0 status
+    while true; do
+        count=$((count + 1))
+        fault="$call number $count fails with $error"
+        prepare
+        status=0
+        save "$call:error=$error:when=$count" || status=$?
+        grep -q INJECTED trace || break
+        if [[ $status -eq 0 ]]; then
+            # Another way was found, or what failed does not matter.
+            isNew || fail "not saved, and not said so"
+        elif [[ $status -eq 1 ]]; then
+            grep -q "$reason" said || fail "not the reason"
+            # The new file is in place, and whether its name will last is not known.
+            isOld || hasSafetyCopy || { [[ $call == fsync ]] && isNew; } ||
+                fail "the old content is lost"
+        else
+            isOld || fail "the program did not start, and changed the file"
+        fi
+        [[ -z $(find work -name '.tabulet-*') || $call == unlink ]] || fail "a file is left over"
+    done
+}
+
+fillDisk() {
+    fault="a full disk"
+    mkdir -p full
+    if ! mount -t tmpfs -o size=256k tmpfs full 2>/dev/null; then
+        echo "A file system cannot be mounted here; the full disk is left out."
+        return 0
+    fi
+    mounted=$PWD/full
+    local status
+    for kind in replaced overwritten; do
+        rm -rf full/* work
+        mkdir full/work
+        ln -s full/work work
+        cp old work/file
+        [[ $kind == replaced ]] || ln work/file work/other
+        head -c 120000 /dev/zero >full/ballast
+        status=0
+        "$program" new work/file "$scratch/state" 2>said || status=$?
+        [[ $status -eq 1 ]] || fail "status $status"
+        grep -q 'No space left on device' said || fail "not the reason"
+        isOld || fail "the old content is lost"
+        rm work
+    done
+}
+
+for kind in replaced overwritten; do
+    killEverywhere
+    for call in openat write fsync close rename fchmod ftruncate fallocate mkdir read; do
+        failEverywhere "$call" EIO 'Input/output error'
+    done
+    for call in write fsync fallocate rename; do
+        failEverywhere "$call" ENOSPC 'No space left on device'
+        failEverywhere "$call" EDQUOT 'Disk quota exceeded'
+    done
+done
+fillDisk
