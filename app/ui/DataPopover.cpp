@@ -1,11 +1,11 @@
 #include "app/ui/DataPopover.h"
 
 #include <QDialogButtonBox>
-#include <QFile>
 #include <QFileDialog>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <optional>
@@ -14,10 +14,13 @@
 
 #include "PlistCore/Base64.h"
 #include "PlistCore/PlistText.h"
+#include "app/desktop/BackgroundTask.h"
+#include "app/desktop/ByteFile.h"
 #include "app/ui/ErrorColor.h"
 #include "app/ui/FileName.h"
 #include "app/ui/HexDump.h"
 #include "app/ui/MessageDialog.h"
+#include "app/ui/ProgressPage.h"
 #include "app/ui/SecondaryLabel.h"
 
 namespace {
@@ -59,7 +62,9 @@ DataPopover::DataPopover(Bytes bytes, const QString& name, std::function<void(By
       dump_(makeEditor(tr("Bytes"), this)),
       note_(new SecondaryLabel({}, this)),
       base64_(makeEditor(tr("Base64"), this)),
-      problem_(new QLabel(tr("This is not valid Base64."), this)) {
+      problem_(new QLabel(tr("This is not valid Base64."), this)),
+      buttons_(new QDialogButtonBox(this)),
+      progress_(new QProgressBar(this)) {
     setWindowTitle(name);
     dump_->setReadOnly(true);
     dump_->setLineWrapMode(QPlainTextEdit::NoWrap);
@@ -76,14 +81,20 @@ void DataPopover::makeLayout() {
     layout->addWidget(label);
     layout->addWidget(base64_, 1);
     layout->addWidget(problem_);
-    auto* buttons = new QDialogButtonBox(this);
-    QPushButton* import = buttons->addButton(tr("Import…"), QDialogButtonBox::ActionRole);
-    QPushButton* save = buttons->addButton(tr("Export…"), QDialogButtonBox::ActionRole);
-    QPushButton* apply = buttons->addButton(tr("Apply"), QDialogButtonBox::ActionRole);
+    QPushButton* import = buttons_->addButton(tr("Import…"), QDialogButtonBox::ActionRole);
+    QPushButton* save = buttons_->addButton(tr("Export…"), QDialogButtonBox::ActionRole);
+    QPushButton* apply = buttons_->addButton(tr("Apply"), QDialogButtonBox::ActionRole);
     connect(import, &QPushButton::clicked, this, &DataPopover::askForImport);
     connect(save, &QPushButton::clicked, this, &DataPopover::askForExport);
     connect(apply, &QPushButton::clicked, this, &DataPopover::applyText);
-    layout->addWidget(buttons);
+    layout->addWidget(progress_);
+    layout->addWidget(buttons_);
+    // How long it will take is not known: a bar that only moves.
+    progress_->setRange(0, 0);
+    progress_->hide();
+    patience_.setSingleShot(true);
+    patience_.setInterval(ProgressPage::delay);
+    connect(&patience_, &QTimer::timeout, progress_, &QWidget::show);
     const int character = dump_->fontMetrics().horizontalAdvance(u'0');
     resize((dumpColumns + 10) * character, 30 * dump_->fontMetrics().height());
 }
@@ -135,27 +146,44 @@ void DataPopover::askForExport() {
 }
 
 void DataPopover::importFrom(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        MessageDialog::show(*this, tr("The file could not be read."), file.errorString());
-        return;
-    }
-    const QByteArray content = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        MessageDialog::show(*this, tr("The file could not be read."), file.errorString());
-        return;
-    }
-    apply_({reinterpret_cast<const std::uint8_t*>(content.constData()),
-            static_cast<std::size_t>(content.size())});
+    begin(tr("Importing\u2026"));
+    BackgroundTask::run(
+        *this, [path] { return ByteFile::read(path); },
+        [this](const ByteFile::Content& content) {
+            finish();
+            if (content.error.isEmpty()) {
+                apply_({reinterpret_cast<const std::uint8_t*>(content.bytes.constData()),
+                        static_cast<std::size_t>(content.bytes.size())});
+            } else {
+                MessageDialog::show(*this, tr("The file could not be read."), content.error);
+            }
+        });
 }
 
 void DataPopover::exportTo(const QString& path) {
-    QFile file(path);
-    const auto size = static_cast<qint64>(bytes_.size());
-    const bool isWritten = file.open(QIODevice::WriteOnly) &&
-                           file.write(reinterpret_cast<const char*>(bytes_.data()), size) == size &&
-                           file.flush();
-    if (!isWritten) {
-        MessageDialog::show(*this, tr("The file could not be written."), file.errorString());
-    }
+    begin(tr("Exporting\u2026"));
+    const QByteArray bytes(reinterpret_cast<const char*>(bytes_.data()),
+                           static_cast<qsizetype>(bytes_.size()));
+    BackgroundTask::run(
+        *this, [path, bytes] { return ByteFile::write(path, bytes); },
+        [this](const QString& error) {
+            finish();
+            if (!error.isEmpty()) {
+                MessageDialog::show(*this, tr("The file could not be written."), error);
+            }
+        });
+}
+
+/// One thing at a time: until it is done, the buttons have to wait.
+void DataPopover::begin(const QString& activity) {
+    buttons_->setEnabled(false);
+    progress_->setAccessibleName(activity);
+    progress_->setFormat(activity);
+    patience_.start();
+}
+
+void DataPopover::finish() {
+    patience_.stop();
+    progress_->hide();
+    buttons_->setEnabled(true);
 }

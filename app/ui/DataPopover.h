@@ -1,13 +1,16 @@
 #pragma once
 
 #include <QDialog>
+#include <QTimer>
 #include <cstdint>
 #include <functional>
 #include <span>
 #include <vector>
 
+class QDialogButtonBox;
 class QLabel;
 class QPlainTextEdit;
+class QProgressBar;
 
 /// The bytes of one data item: looked at as hexadecimal digits, edited as Base64, and brought from
 /// and to files.
@@ -33,6 +36,8 @@ private:
     void setInvalid(bool isInvalid);
     void askForImport();
     void askForExport();
+    void begin(const QString& activity);
+    void finish();
     void importFrom(const QString& path);
     void exportTo(const QString& path);
 
@@ -43,5 +48,9 @@ private:
     QLabel* note_;
     QPlainTextEdit* base64_;
     QLabel* problem_;
+    QDialogButtonBox* buttons_;
+    /// Appears when a file takes its time.
+    QProgressBar* progress_;
+    QTimer patience_;
     bool isInvalid_ = false;
 };

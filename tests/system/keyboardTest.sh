@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # In a real window, by the keyboard alone and under a window manager that keeps keys to itself: adds
 # items, renames them, changes their types, edits a value of each type, moves, expands and collapses,
-# sorts, searches, exports bytes, and saves.
+# sorts, searches, exports bytes, saves, and closes the windows.
 #
 # usage: keyboardTest.sh SOURCE PROGRAM
 set -euo pipefail
@@ -151,3 +151,21 @@ revalue Argo
 save
 waitFor "the edited file" isSavedAs document.plist expected.plist
 quit
+
+# The program stays while there is a window, also when nothing is opened, and ends with the last.
+plist </dev/null >other.plist
+start document.plist other.plist
+first=$window
+isClosed() {
+    ! xdotool getwindowname "$1" >/dev/null 2>&1
+}
+press ctrl+o
+press Escape
+activate
+press ctrl+w
+waitFor "the end of the first window" isClosed "$first"
+findWindow other.plist
+activate
+kill -0 "$process"
+xdotool key ctrl+w
+wait "$process"

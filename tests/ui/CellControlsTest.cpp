@@ -158,6 +158,22 @@ private Q_SLOTS:
         QCOMPARE(undoManager_->undoCount(), 1);
     }
 
+    /// The text stands there, but no field that would bring it into its range.
+    void aDateOutOfRangeIsOnlyShown() {
+        const PlistValue early = PlistValue::date(-1e11);
+        node("date").setScalar(early);
+        const QModelIndex index =
+            table_->model()->index(rowOf("date"), OutlineTableModel::valueColumn);
+        QVERIFY(!index.data().toString().isEmpty());
+        QTest::mouseDClick(table_->viewport(), Qt::LeftButton, Qt::NoModifier,
+                           cell(rowOf("date"), OutlineTableModel::valueColumn).center());
+        table_->setCurrentIndex(index);
+        QTest::keyClick(table_.get(), Qt::Key_Space);
+        QVERIFY(table_->findChild<DateValueEditor*>() == nullptr);
+        QVERIFY(node("date").scalar() == early);
+        QCOMPARE(undoManager_->undoCount(), 0);
+    }
+
     void aDateThatIsHalfTypedIsTakenOver() {
         DateValueEditor* field = typeIntoDate();
         QCOMPARE(undoManager_->undoCount(), 0);

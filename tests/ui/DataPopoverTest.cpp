@@ -1,8 +1,13 @@
+#include <sys/stat.h>
+
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -56,6 +61,7 @@ struct Item {
             }
         }
     }
+    bool isIdle() const { return popover.findChild<QDialogButtonBox*>()->isEnabled(); }
     bool shows(const char* text) const {
         for (const QLabel* label : popover.findChildren<QLabel*>()) {
             if (label->text() == QString::fromUtf8(text) && label->isVisible()) {
@@ -146,7 +152,10 @@ private Q_SLOTS:
         item.press("Export…");
         auto* saving = item.popover.findChild<QFileDialog*>();
         QVERIFY(saving != nullptr);
+        QCOMPARE(saving->acceptMode(), QFileDialog::AcceptSave);
+        QCOMPARE(QFileInfo(saving->selectedFiles().value(0)).fileName(), QStringLiteral("name"));
         Q_EMIT saving->fileSelected(path);
+        QTRY_VERIFY(item.isIdle());
         QCOMPARE(Samples::readFile(path), QByteArray("\0\1\2", 3));
         delete saving;
 
@@ -154,9 +163,40 @@ private Q_SLOTS:
         item.press("Import…");
         auto* opening = item.popover.findChild<QFileDialog*>();
         QVERIFY(opening != nullptr);
+        QCOMPARE(opening->fileMode(), QFileDialog::ExistingFile);
         Q_EMIT opening->fileSelected(path);
-        QCOMPARE(item.applications, Applications{counting(4)});
+        QTRY_COMPARE(item.applications, Applications{counting(4)});
         delete opening;
+    }
+
+    void changesNothingWhenNoFileIsChosen() {
+        const Item item(counting(3));
+        item.press("Import…");
+        item.popover.findChild<QFileDialog*>()->reject();
+        QVERIFY(item.isIdle());
+        QVERIFY(item.applications.empty());
+    }
+
+    /// A pipe that nobody writes to takes its time.
+    void showsThatAFileTakesItsTime() {
+        const QTemporaryDir folder;
+        const QByteArray path = folder.filePath(QStringLiteral("pipe")).toUtf8();
+        QCOMPARE(mkfifo(path.constData(), 0600), 0);
+        const Item item(counting(3));
+        item.press("Import…");
+        auto* opening = item.popover.findChild<QFileDialog*>();
+        Q_EMIT opening->fileSelected(QString::fromUtf8(path));
+        delete opening;
+        const auto* bar = item.popover.findChild<QProgressBar*>();
+        QVERIFY(!bar->isVisible());
+        QVERIFY(!item.isIdle());
+        QTRY_VERIFY(bar->isVisible());
+        QCOMPARE(bar->accessibleName(), QStringLiteral("Importing…"));
+        QVERIFY(item.applications.empty());
+        Samples::writeFile(QString::fromUtf8(path), QByteArray("\0\1\2\3", 4));
+        QTRY_COMPARE(item.applications, Applications{counting(4)});
+        QVERIFY(!bar->isVisible());
+        QVERIFY(item.isIdle());
     }
 
     void explainsWhatCannotBeReadOrWritten() {
@@ -166,8 +206,8 @@ private Q_SLOTS:
         auto* opening = item.popover.findChild<QFileDialog*>();
         Q_EMIT opening->fileSelected(folder.filePath(QStringLiteral("missing")));
         delete opening;
+        QTRY_VERIFY(item.popover.findChild<QMessageBox*>() != nullptr);
         auto* box = item.popover.findChild<QMessageBox*>();
-        QVERIFY(box != nullptr);
         QCOMPARE(box->text(), QStringLiteral("The file could not be read."));
         QCOMPARE(box->informativeText(), QStringLiteral("No such file or directory"));
         delete box;
@@ -175,9 +215,10 @@ private Q_SLOTS:
         auto* saving = item.popover.findChild<QFileDialog*>();
         Q_EMIT saving->fileSelected(folder.filePath(QStringLiteral("missing/x")));
         delete saving;
+        QTRY_VERIFY(item.popover.findChild<QMessageBox*>() != nullptr);
         box = item.popover.findChild<QMessageBox*>();
-        QVERIFY(box != nullptr);
         QCOMPARE(box->text(), QStringLiteral("The file could not be written."));
+        QCOMPARE(box->informativeText(), QStringLiteral("No such file or directory"));
         QVERIFY(item.applications.empty());
     }
 

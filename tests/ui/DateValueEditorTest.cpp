@@ -2,6 +2,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <ctime>
 #include <limits>
 #include <vector>
 
@@ -51,6 +52,21 @@ private Q_SLOTS:
         QVERIFY(window.field->text().contains(QStringLiteral("2026")));
         QVERIFY(window.field->text().contains(QStringLiteral("30")));
         QVERIFY(window.changes.empty());
+    }
+
+    void followsLocaleAndTimeZone() {
+        qputenv("TZ", "America/New_York");
+        tzset();
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        const Window window(secondsAt("2026-04-18T02:30:00Z"));
+        const QString text = window.field->text();
+        window.field->setSelectedSection(QDateTimeEdit::HourSection);
+        QTest::keyClick(window.field, Qt::Key_Up);
+        qputenv("TZ", "UTC");
+        tzset();
+        QLocale::setDefault(QLocale::c());
+        QVERIFY2(text.startsWith(QStringLiteral("17.04.2026 22:30")), qPrintable(text));
+        QCOMPARE(window.changes, std::vector<double>{secondsAt("2026-04-18T03:30:00Z")});
     }
 
     void changesNothingByItself() {

@@ -442,6 +442,21 @@ private Q_SLOTS:
         QTRY_VERIFY(window.outline.editing());
     }
 
+    void editsTheKeyByReturnWithAnyModifier_data() {
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::newRow("Shift") << Qt::KeyboardModifiers(Qt::ShiftModifier);
+        QTest::newRow("Control") << Qt::KeyboardModifiers(Qt::ControlModifier);
+        QTest::newRow("Alt") << Qt::KeyboardModifiers(Qt::AltModifier);
+    }
+
+    void editsTheKeyByReturnWithAnyModifier() {
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        Window window(Samples::numbers(3));
+        window.outline.select({window.id(2)});
+        window.press(Qt::Key_Return, modifiers);
+        QTRY_COMPARE(window.editing(), (Field{{window.id(2), Column::key}}));
+    }
+
     void editsWhatIsDoubleClicked() {
         Window window(Samples::numbers(3));
         const auto doubleClick = [&window](int row, int column) {

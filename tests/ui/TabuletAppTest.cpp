@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QUrl>
 #include <memory>
 
@@ -125,6 +126,26 @@ private Q_SLOTS:
                  QStringLiteral("The file “gone.plist” could not be read."));
         window(0).findChild<QMessageBox*>()->button(QMessageBox::Ok)->click();
         QTRY_COMPARE(app_->windows().size(), 0);
+    }
+
+    void endsWithTheLastWindow() {
+        app_->start({});
+        app_->newDocument();
+        int closed = 0;
+        const auto closeOne = [this, &closed] {
+            // A dialog is no window of its own.
+            Q_EMIT window(0).openChosen();
+            window(0).findChild<QFileDialog*>()->reject();
+            ++closed;
+            window(0).close();
+        };
+        connect(&window(0), &QObject::destroyed, app_.get(),
+                [this, &closeOne] { QTimer::singleShot(0, app_.get(), closeOne); });
+        QTimer::singleShot(0, app_.get(), closeOne);
+        QApplication::setQuitOnLastWindowClosed(true);
+        QApplication::exec();
+        QApplication::setQuitOnLastWindowClosed(false);
+        QCOMPARE(closed, 2);
     }
 
     void quitClosesAllWindows() {
