@@ -112,6 +112,7 @@ void DocumentController::beginReading(const QString& path,
                                       std::function<void(const PlistFile&)> finish,
                                       void (DocumentController::*failed)(const FileError&)) {
     begin(Activity::reading, path);
+    readPath_ = path;
     BackgroundTask::run(
         *this, [path] { return read(path); },
         [this, finish = std::move(finish), failed](const ReadResult& result) {

@@ -39,6 +39,11 @@ public:
     /// The absolute path of the file; empty for a document that was never saved.
     const QString& path() const noexcept { return path_; }
 
+    /// The file that is being read, or else `path`.
+    const QString& claimedPath() const noexcept {
+        return activity_ == Activity::reading ? readPath_ : path_;
+    }
+
     /// What to call the document: the last component of the path, or the untitled name.
     QString name() const;
 
@@ -95,5 +100,6 @@ private:
     UndoManager undoManager_;
     QString untitledName_;
     QString path_;
+    QString readPath_;
     Activity activity_ = Activity::idle;
 };

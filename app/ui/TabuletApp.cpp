@@ -8,16 +8,11 @@
 #include <algorithm>
 
 #include "app/desktop/RecentDocuments.h"
+#include "app/desktop/SameFile.h"
 #include "app/ui/DocumentWindow.h"
 #include "app/ui/FileDialogs.h"
 
 namespace {
-
-QString canonicalPath(const QString& path) {
-    const QFileInfo file(path);
-    const QString canonical = file.canonicalFilePath();
-    return canonical.isEmpty() ? file.absoluteFilePath() : canonical;
-}
 
 /// The texts in the sources are English, but say nothing about singular and plural: that is in a
 /// catalogue, which is needed whatever the user's language is.
@@ -106,11 +101,10 @@ DocumentWindow* TabuletApp::makeWindow() {
 }
 
 DocumentWindow* TabuletApp::windowShowing(const QString& path) const {
-    const QString wanted = canonicalPath(path);
     const auto found =
-        std::find_if(windows_.begin(), windows_.end(), [&wanted](DocumentWindow* window) {
-            const QString& shown = window->controller().path();
-            return !shown.isEmpty() && canonicalPath(shown) == wanted;
+        std::find_if(windows_.begin(), windows_.end(), [&path](DocumentWindow* window) {
+            const QString& shown = window->controller().claimedPath();
+            return !shown.isEmpty() && isSameFile(shown, path);
         });
     return found == windows_.end() ? nullptr : *found;
 }

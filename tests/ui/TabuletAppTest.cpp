@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QMimeData>
@@ -92,11 +94,16 @@ private Q_SLOTS:
 
     void showsAFileOnce() {
         const QString path = file("a.plist");
-        app_->start({path});
-        QTRY_COMPARE(rowsOf(0), 4);
         const QString link = folder_->filePath(QStringLiteral("link.plist"));
+        const QString second = folder_->filePath(QStringLiteral("second.plist"));
         QVERIFY(QFile::link(path, link));
-        app_->open({link, path});
+        QCOMPARE(::link(QFile::encodeName(path).constData(), QFile::encodeName(second).constData()),
+                 0);
+        // While it is being read, and when it has been.
+        app_->start({path, link});
+        QCOMPARE(app_->windows().size(), 1);
+        QTRY_COMPARE(rowsOf(0), 4);
+        app_->open({link, second, path});
         QCOMPARE(app_->windows().size(), 1);
     }
 

@@ -1,0 +1,25 @@
+#include "app/desktop/SameFile.h"
+
+#include <sys/stat.h>
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+bool find(const QString& path, struct stat& status) {
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0;
+}
+
+}  // namespace
+
+bool isSameFile(const QString& one, const QString& other) {
+    struct stat first {};
+    struct stat second {};
+    const bool isThere = find(one, first);
+    if (isThere != find(other, second)) {
+        return false;
+    }
+    return isThere ? first.st_dev == second.st_dev && first.st_ino == second.st_ino
+                   : QFileInfo(one).absoluteFilePath() == QFileInfo(other).absoluteFilePath();
+}
