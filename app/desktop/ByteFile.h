@@ -14,7 +14,8 @@ struct Content {
 
 Content read(const QString& path);
 
-/// Writes over what the file held. The system's reason where that failed; otherwise empty.
+/// Replaces what the file held, which is not lost if that fails. The reason where it failed;
+/// otherwise empty.
 QString write(const QString& path, const QByteArray& bytes);
 
 }  // namespace ByteFile

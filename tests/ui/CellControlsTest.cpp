@@ -1,3 +1,5 @@
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -217,6 +219,36 @@ private Q_SLOTS:
         const DocumentActions actions(*document_, *outline_, undoManager_.get());
         actions.changeType(*item, PlistType::string);
         QVERIFY(!popover->isVisible());
+    }
+
+    void exportProposesTheNameOfTheRow_data() {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("key") << 2 << QStringLiteral("a:b");
+        QTest::newRow("place") << 3 << QStringLiteral("Item 1");
+        QTest::newRow("root") << 0 << QStringLiteral("Root");
+    }
+
+    void exportProposesTheNameOfTheRow() {
+        QFETCH(int, row);
+        QFETCH(QString, name);
+        const PlistValue bytes = PlistValue::data(std::vector<std::uint8_t>{1, 2});
+        const PlistValue inner = PlistValue::dictionary({{"/a:b", bytes}});
+        document_->apply({row == 0 ? bytes : PlistValue::array({inner, bytes}), PlistFormat::xml});
+        outline_->setExpanded(document_->root(), OutlineState::Expansion::expand,
+                              OutlineState::Reach::wholeSubtree);
+        table_->setCurrentIndex(table_->model()->index(row, 0));
+        QTest::keyClick(table_.get(), Qt::Key_Space);
+        const auto* popover = table_->window()->findChild<DataPopover*>();
+        QVERIFY(popover != nullptr);
+        for (QPushButton* button : popover->findChildren<QPushButton*>()) {
+            if (button->text() == QStringLiteral("Export…")) {
+                button->click();
+            }
+        }
+        const auto* dialog = popover->findChild<QFileDialog*>();
+        QVERIFY(dialog != nullptr);
+        QCOMPARE(QFileInfo(dialog->selectedFiles().value(0)).fileName(), name);
     }
 
     void theSpaceBarShowsTheBytes() {

@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <algorithm>
 #include <numeric>
 #include <vector>
 
@@ -63,12 +64,9 @@ struct Item {
     }
     bool isIdle() const { return popover.findChild<QDialogButtonBox*>()->isEnabled(); }
     bool shows(const char* text) const {
-        for (const QLabel* label : popover.findChildren<QLabel*>()) {
-            if (label->text() == QString::fromUtf8(text) && label->isVisible()) {
-                return true;
-            }
-        }
-        return false;
+        return std::ranges::any_of(popover.findChildren<QLabel*>(), [text](const QLabel* label) {
+            return label->text() == QString::fromUtf8(text) && label->isVisible();
+        });
     }
 
     Applications applications;
@@ -209,7 +207,7 @@ private Q_SLOTS:
         QTRY_VERIFY(item.popover.findChild<QMessageBox*>() != nullptr);
         auto* box = item.popover.findChild<QMessageBox*>();
         QCOMPARE(box->text(), QStringLiteral("The file could not be read."));
-        QCOMPARE(box->informativeText(), QStringLiteral("No such file or directory"));
+        QCOMPARE(box->informativeText(), QStringLiteral("No such file or directory."));
         delete box;
         item.press("Export…");
         auto* saving = item.popover.findChild<QFileDialog*>();
@@ -218,7 +216,7 @@ private Q_SLOTS:
         QTRY_VERIFY(item.popover.findChild<QMessageBox*>() != nullptr);
         box = item.popover.findChild<QMessageBox*>();
         QCOMPARE(box->text(), QStringLiteral("The file could not be written."));
-        QCOMPARE(box->informativeText(), QStringLiteral("No such file or directory"));
+        QCOMPARE(box->informativeText(), QStringLiteral("No such file or directory."));
         QVERIFY(item.applications.empty());
     }
 

@@ -166,6 +166,12 @@ private Q_SLOTS:
         QCOMPARE(model->rowCount(), 4);
         choose(*contextMenuAt(1), "Collapse All Below");
         QCOMPARE(model->rowCount(), 2);
+        choose(*contextMenuAt(1), "Expand All Below");
+        // There is nothing below a number.
+        choose(*contextMenuAt(3), "Collapse All Below");
+        choose(*contextMenuAt(3), "Expand All Below");
+        QCOMPARE(model->rowCount(), 4);
+        QVERIFY(!window_->isWindowModified());
     }
 
 private:

@@ -83,6 +83,15 @@ PlistValue nested() {
         {{"a", PlistValue::dictionary({{"b", b}})}, {"word", PlistValue::string("x")}});
 }
 
+PlistValue stringsOf(const QStringList& texts) {
+    std::vector<PlistEntry> entries;
+    for (const QString& text : texts) {
+        entries.push_back(
+            {"k" + std::to_string(entries.size()), PlistValue::string(text.toStdString())});
+    }
+    return PlistValue::dictionary(std::move(entries));
+}
+
 }  // namespace
 
 class PlistTableTest : public QObject {
@@ -400,6 +409,33 @@ private Q_SLOTS:
                          qPrintable(QStringLiteral("%1, %2").arg(row).arg(column)));
             }
         }
+    }
+
+    /// A text that does not fit ends in an ellipsis, and stays on its line.
+    void cutsTextsThatDoNotFit() {
+        const QString text = QString(20, u'W');
+        Window window(stringsOf({text, text + QStringLiteral("iiii"), QString(20, u'x')}));
+        window.table->setColumnWidth(OutlineTableModel::keyColumn, 520);
+        const auto picture = [&window](int row) {
+            return pictureOf(window, window.table->visualRect(
+                                         window.index(row, OutlineTableModel::valueColumn)));
+        };
+        const QImage cut = picture(1);
+        QVERIFY(hasInk(cut));
+        // Rows take turns with their grounds.
+        QVERIFY(picture(3) != cut);
+        const QFontMetrics metrics(window.table->font());
+        QStyleOptionViewItem option;
+        option.initFrom(window.table.get());
+        option.rect = window.table->visualRect(window.index(1, OutlineTableModel::valueColumn));
+        const int room = option.rect.width() - 2 * CellMetrics(option.font).padding();
+        const QString shown = metrics.elidedText(text, Qt::ElideRight, room);
+        QVERIFY(shown.endsWith(QChar(0x2026)));
+        window.child(0).setScalar(PlistValue::string(shown.toStdString()));
+        QCOMPARE(picture(1), cut);
+        window.child(0).setScalar(
+            PlistValue::string((text + QStringLiteral("iiii")).toStdString()));
+        QCOMPARE(picture(1), cut);
     }
 
     void chevronTurns() {
