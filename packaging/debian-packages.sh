@@ -44,6 +44,7 @@ testPackages=(
     "dbus-bin|says on it that there is a screen reader"
     "at-spi2-core|the bus that screen readers listen to"
     "python3-pyatspi|reads the windows as a screen reader does"
+    "imagemagick|a picture of the screen where a test of a window fails"
     "strace|makes calls of the system fail while a file is saved"
     "locales|a locale whose decimal point is a comma"
     "clang-format-14|checks the layout of the code"

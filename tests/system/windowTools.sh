@@ -4,12 +4,17 @@
 
 scratch=$(mktemp -d)
 processes=()
+# What was on the screen when a test failed stays in the home of the test: a picture and a list of
+# the windows.
+keepTheScreen() {
+    echo "The screen then: $HOME/failure.png and .txt"
+    import -window root "$HOME/failure.png" || true
+    xwininfo -root -tree >"$HOME/failure.txt" || true
+}
+
 cleanUp() {
     local status=$? each
-    # What was on the screen when a test failed stays in the home of the test.
-    if [[ $status -ne 0 ]] && command -v import >/dev/null; then
-        import -window root "$HOME/failure.png" && echo "The screen then: $HOME/failure.png"
-    fi
+    [[ $status -eq 0 ]] || keepTheScreen
     for each in "${processes[@]}"; do
         kill "$each" 2>/dev/null || true
     done
