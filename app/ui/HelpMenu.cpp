@@ -29,6 +29,8 @@ QList<KeyHelp> keyHelp() {
         {pair(Qt::Key_Return, Qt::Key_F2), HelpMenu::tr("Edit the key of the selected item")},
         {nameOf(Qt::Key_Tab), HelpMenu::tr("From a key on to its value")},
         {nameOf(Qt::Key_F4), HelpMenu::tr("Choose the type of the current item")},
+        {pair(Qt::Key_Menu, static_cast<int>(Qt::SHIFT) | Qt::Key_F10),
+         HelpMenu::tr("Show what can be done with the selected items")},
         {nameOf(Qt::Key_Space),
          HelpMenu::tr("Turn the current item to true or false, or edit its date or bytes")},
         {nameOf(Qt::Key_Escape), HelpMenu::tr("End an edit without changing anything")},

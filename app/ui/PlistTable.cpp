@@ -219,6 +219,15 @@ bool PlistTable::handleKey(const QKeyEvent& event) {
                 controls_->chooseTypeOfCurrent();
             }
             return true;
+        case Qt::Key_F10:
+            // The toolkit knows only the key that is made for it, which many keyboards lack.
+            if (event.modifiers() != Qt::ShiftModifier) {
+                return false;
+            }
+            if (commitEditing()) {
+                showRowMenuOfCurrent();
+            }
+            return true;
         case Qt::Key_Backspace:
         case Qt::Key_Delete:
             if ((event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
@@ -238,15 +247,25 @@ void PlistTable::expandSelected(OutlineState::Reach reach) {
 }
 
 void PlistTable::contextMenuEvent(QContextMenuEvent* event) {
-    const bool isByMouse = event->reason() == QContextMenuEvent::Mouse;
-    const QModelIndex index = isByMouse ? indexAt(event->pos()) : currentIndex();
+    if (event->reason() == QContextMenuEvent::Mouse) {
+        showRowMenu(indexAt(event->pos()), event->pos());
+    } else {
+        showRowMenuOfCurrent();
+    }
+}
+
+void PlistTable::showRowMenuOfCurrent() {
+    const QModelIndex index = currentIndex();
+    showRowMenu(index, visualRect(index).bottomLeft());
+}
+
+void PlistTable::showRowMenu(const QModelIndex& index, const QPoint& place) {
     if (index.isValid() && !selectionModel()->isRowSelected(index.row())) {
         outline().select({model_->row(index.row()).nodeId()});
     }
     auto* menu = new RowMenu(actions_, this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     connect(menu, &RowMenu::expansionRefused, this, &PlistTable::expansionRefused);
-    const QPoint place = isByMouse ? event->pos() : visualRect(index).bottomLeft();
     menu->popup(viewport()->mapToGlobal(place));
 }
 

@@ -101,6 +101,8 @@ private:
     bool handleKey(const QKeyEvent& event);
     void expandSelected(OutlineState::Reach reach);
     void editAt(const QPoint& position);
+    void showRowMenuOfCurrent();
+    void showRowMenu(const QModelIndex& index, const QPoint& place);
     bool toggleAt(const QPoint& position, Qt::KeyboardModifiers modifiers);
 
     void takeSelectionFromOutline();

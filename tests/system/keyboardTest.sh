@@ -132,11 +132,17 @@ if [[ $(rowsMade) -ne $((before + 5)) ]]; then
     exit 1
 fi
 
-# The menu of the editor sorts the keys of the root.
+# The menu of the editor sorts the keys of the root; that can be taken back, and done by the menu of
+# the row.
 press ctrl+Home
 before=$(rowsMade)
 press alt+t s
 waitFor "the sorted keys" rowsWereMadeSince "$before"
+pressForRows ctrl+z
+before=$(rowsMade)
+press shift+F10
+press Up Up Up Return
+waitFor "the keys sorted again" rowsWereMadeSince "$before"
 
 before=$(rowsMade)
 xdotool key ctrl+f

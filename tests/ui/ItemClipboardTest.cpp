@@ -145,6 +145,22 @@ private Q_SLOTS:
         QCOMPARE(keys(), QStringLiteral("k0 k2"));
     }
 
+    /// The same on keyboards that have no key for it.
+    void theContextMenuOpensByAnotherKey() {
+        select(2);
+        press(Qt::Key_F10, Qt::NoModifier);
+        QVERIFY(window_->findChild<RowMenu*>() == nullptr);
+        press(Qt::Key_F10, Qt::ShiftModifier);
+        auto* menu = window_->findChild<RowMenu*>();
+        QVERIFY(menu != nullptr && menu->isVisible());
+        const PlistTable& table = window_->view().table();
+        QVERIFY(
+            menu->y() >=
+            table.viewport()->mapToGlobal(table.visualRect(table.currentIndex()).bottomLeft()).y());
+        choose(*menu, "Delete");
+        QCOMPARE(keys(), QStringLiteral("k0 k2"));
+    }
+
     void theContextMenuKnowsWhatCanBeDone() {
         window_->view().outline().select({rowId(0)});
         QCOMPARE(MenuTools::enabledIn(*contextMenuAt(0)),
