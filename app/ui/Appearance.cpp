@@ -7,6 +7,8 @@
 
 namespace {
 
+constexpr const char* menuClass = "QMenu";
+
 bool isDark(const QPalette& palette) {
     return palette.color(QPalette::Window).lightness() <
            palette.color(QPalette::WindowText).lightness();
@@ -18,10 +20,12 @@ void Appearance::follow(ColorScheme::Preference preference) {
     const bool wantsDark = preference == ColorScheme::Preference::dark;
     if (wantsDark && !isOurs_ && !isDark(QApplication::palette())) {
         QApplication::setPalette(DarkPalette::make());
+        QApplication::setPalette(DarkPalette::forMenus(), menuClass);
         isOurs_ = true;
     } else if (!wantsDark && isOurs_) {
         // An empty palette stands for that of the theme.
         QApplication::setPalette(QPalette());
+        QApplication::setPalette(QPalette(), menuClass);
         isOurs_ = false;
     }
 }

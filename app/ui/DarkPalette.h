@@ -8,4 +8,8 @@ namespace DarkPalette {
 
 QPalette make();
 
+/// That of menus, which stand out from the rows that they lie over. Their edge and their check
+/// boxes are seen.
+QPalette forMenus();
+
 }  // namespace DarkPalette

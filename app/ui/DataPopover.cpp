@@ -87,6 +87,8 @@ void DataPopover::makeLayout() {
     connect(import, &QPushButton::clicked, this, &DataPopover::askForImport);
     connect(save, &QPushButton::clicked, this, &DataPopover::askForExport);
     connect(apply, &QPushButton::clicked, this, &DataPopover::applyText);
+    // Else Return in the dump would ask for a file: dialogs press their first button.
+    apply->setDefault(true);
     layout->addWidget(progress_);
     layout->addWidget(buttons_);
     // How long it will take is not known: a bar that only moves.

@@ -1,11 +1,16 @@
 #include "app/ui/DateValueEditor.h"
 
+#include <QCalendarWidget>
 #include <QFocusEvent>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "PlistCore/PlistDate.h"
+#include "app/ui/CellMetrics.h"
+#include "app/ui/SecondaryColor.h"
 
 namespace {
 
@@ -14,6 +19,9 @@ const QDate lastDay(9999, 12, 31);
 
 /// More than all years of the field, and well within what QDateTime can hold.
 constexpr double farAway = 1e12;
+
+/// How far a text field keeps its text from its sides by itself; the toolkit tells it nowhere.
+constexpr int ownFieldMargin = 2;
 
 /// Whole seconds, rounded down also before the reference date.
 QDateTime localTime(double seconds) {
@@ -33,6 +41,23 @@ QString formatFor(const QLocale& locale) {
         date.replace(QStringLiteral("yy"), QStringLiteral("yyyy"));
     }
     return date + u' ' + locale.timeFormat(QLocale::ShortFormat);
+}
+
+/// Makes a calendar readable and its edge seen over the rows, in light and dark.
+void adorn(QCalendarWidget& calendar) {
+    // The toolkit's red has too little contrast.
+    for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday}) {
+        calendar.setWeekdayTextFormat(day, {});
+    }
+    // What is free around it shows the ground of the calendar, as a frame.
+    QPalette colors;
+    colors.setColor(QPalette::Window, SecondaryColor::of(calendar.palette(), QPalette::Active,
+                                                         QPalette::Text, QPalette::Base));
+    calendar.setPalette(colors);
+    calendar.setAutoFillBackground(true);
+    const QSize size = calendar.sizeHint();
+    calendar.setContentsMargins(1, 1, 1, 1);
+    calendar.setMinimumSize(size.grownBy(calendar.contentsMargins()));
 }
 
 bool endsEdit(Qt::FocusReason reason) {
@@ -59,6 +84,7 @@ DateValueEditor::DateValueEditor(double seconds, std::function<void(double)> cha
     setCalendarPopup(true);
     setDisplayFormat(formatFor(locale()));
     setDateRange(firstDay, lastDay);
+    adorn(*calendarWidget());
     // One change for a number that is typed, not one for each digit.
     setKeyboardTracking(false);
     setDateTime(localTime(seconds));
@@ -85,6 +111,18 @@ void DateValueEditor::focusOutEvent(QFocusEvent* event) {
         commit();
     }
     QDateTimeEdit::focusOutEvent(event);
+}
+
+/// The date stands where the cell shows it, whatever the style keeps free beside it.
+void DateValueEditor::resizeEvent(QResizeEvent* event) {
+    QDateTimeEdit::resizeEvent(event);
+    QLineEdit& line = *lineEdit();
+    const int free = layoutDirection() == Qt::RightToLeft ? width() - line.geometry().right() - 1
+                                                          : line.geometry().left();
+    const int missing = std::max(0, CellMetrics(font()).padding() - free - ownFieldMargin);
+    // Margins are mirrored by nobody.
+    line.setTextMargins(layoutDirection() == Qt::RightToLeft ? QMargins(0, 0, missing, 0)
+                                                             : QMargins(missing, 0, 0, 0));
 }
 
 void DateValueEditor::commit() {

@@ -15,6 +15,9 @@ namespace {
 constexpr int columns = 80;
 constexpr int lines = 28;
 
+/// From one tab stop to the next.
+constexpr int tabColumns = 4;
+
 }  // namespace
 
 LongTextEditor::LongTextEditor(const QString& text, InlineTextField::Owner owner, QWidget* parent)
@@ -47,6 +50,7 @@ void LongTextEditor::makeLayout() {
     layout->addWidget(notice_);
     layout->addWidget(buttons);
     const QFontMetrics metrics = text_->fontMetrics();
+    text_->setTabStopDistance(tabColumns * metrics.horizontalAdvance(u' '));
     resize(columns * metrics.averageCharWidth(), lines * metrics.lineSpacing());
 }
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QHelpEvent>
+#include <QLineEdit>
 #include <QPainter>
 #include <QStyle>
 #include <QTableView>
@@ -15,8 +16,8 @@
 
 namespace {
 
-/// How far the text of a field stands from its sides.
-constexpr int fieldMargin = 2;
+/// How far a text field keeps its text from its sides by itself; the toolkit tells it nowhere.
+constexpr int ownFieldMargin = 2;
 
 /// How many characters a field has room for at least.
 constexpr int fieldCharacters = 12;
@@ -101,8 +102,13 @@ QSize OutlineCell::sizeHint(const QStyleOptionViewItem& option, const QModelInde
 
 void OutlineCell::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                        const QModelIndex& index) const {
-    // The text keeps its place when it begins to be edited.
-    const QRect text = textRect(option, index).adjusted(-fieldMargin, 0, fieldMargin, 0);
+    // The text keeps its place when it begins to be edited, and the field reaches to the end of the
+    // cell.
+    const int margin = CellMetrics(option.font).padding();
+    if (auto* line = qobject_cast<QLineEdit*>(editor)) {
+        line->setTextMargins(margin - ownFieldMargin, 0, margin - ownFieldMargin, 0);
+    }
+    const QRect text = textRect(option, index).adjusted(-margin, 0, margin, 0);
     // Deep down the rest of the cell may be too small for any field.
     const int width =
         std::min(option.rect.width(),

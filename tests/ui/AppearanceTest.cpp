@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QMenu>
 #include <QPalette>
 #include <QTest>
 
@@ -56,6 +57,33 @@ private Q_SLOTS:
         appearance.follow(ColorScheme::Preference::none);
         QCOMPARE(QApplication::palette().color(QPalette::WindowText), QColor(Qt::yellow));
         QApplication::setPalette(QPalette());
+    }
+
+    void menusStandOut() {
+        const QPalette menus = DarkPalette::forMenus();
+        const QColor ground = menus.color(QPalette::Base);
+        // The plain style makes both from these.
+        const QColor painted = ground.lighter(108);
+        const QColor frame = menus.color(QPalette::Window).darker(140);
+        QVERIFY(contrast(frame, painted) >= 3.0);
+        QVERIFY(contrast(frame, DarkPalette::make().color(QPalette::Base)) >= 3.0);
+        QVERIFY(contrast(menus.color(QPalette::Text), painted) >= 4.5);
+        QVERIFY(contrast(menus.color(QPalette::HighlightedText),
+                         menus.color(QPalette::Highlight)) >= 4.5);
+    }
+
+    void menusFollowToo() {
+        const QMenu menu;
+        const QWidget other;
+        const QColor before = menu.palette().color(QPalette::Base);
+        Appearance appearance;
+        appearance.follow(ColorScheme::Preference::dark);
+        QTRY_COMPARE(menu.palette().color(QPalette::Base),
+                     DarkPalette::forMenus().color(QPalette::Base));
+        QCOMPARE(other.palette().color(QPalette::Base), DarkPalette::make().color(QPalette::Base));
+        appearance.follow(ColorScheme::Preference::light);
+        QTRY_COMPARE(menu.palette().color(QPalette::Base), before);
+        QCOMPARE(other.palette().color(QPalette::Base), before);
     }
 
     void theSelectionStandsOut() {

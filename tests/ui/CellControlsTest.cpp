@@ -1,5 +1,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -11,6 +12,7 @@
 #include "app/model/PlistDocument.h"
 #include "app/model/PlistNode.h"
 #include "app/model/UndoManager.h"
+#include "app/ui/CellMetrics.h"
 #include "app/ui/DataPopover.h"
 #include "app/ui/DateValueEditor.h"
 #include "app/ui/OutlineTableModel.h"
@@ -141,6 +143,9 @@ private Q_SLOTS:
         auto* field = table_->findChild<DateValueEditor*>();
         QVERIFY(field != nullptr && field->hasFocus());
         QCOMPARE(field->geometry(), cell(rowOf("date"), OutlineTableModel::valueColumn));
+        const auto* line = field->findChild<QLineEdit*>();
+        // The text stands where the cell shows it; the field keeps two pixels free by itself.
+        QCOMPARE(line->x() + line->textMargins().left() + 2, CellMetrics(table_->font()).padding());
         field->setSelectedSection(QDateTimeEdit::MinuteSection);
         QTest::keyClick(field, Qt::Key_Up);
         QCOMPARE(node("date").scalar().dateValue(), std::floor(before) + 60);

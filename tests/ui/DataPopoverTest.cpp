@@ -98,6 +98,14 @@ private Q_SLOTS:
         QVERIFY(item.shows("Showing the first 66 kB."));
     }
 
+    /// Return in the dump does not ask for a file.
+    void returnApplies() {
+        const Item item(counting(3));
+        for (const QPushButton* button : item.popover.findChildren<QPushButton*>()) {
+            QCOMPARE(button->isDefault(), button->text() == QStringLiteral("Apply"));
+        }
+    }
+
     void showsBytesAndBase64() {
         const Item item(counting(3));
         QCOMPARE(item.dump(), QStringLiteral("00000000  000102"));

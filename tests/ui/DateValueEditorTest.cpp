@@ -1,13 +1,16 @@
+#include <QCalendarWidget>
 #include <QDateTime>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextFormat>
 #include <ctime>
 #include <limits>
 #include <vector>
 
 #include "PlistCore/PlistDate.h"
 #include "app/ui/DateValueEditor.h"
+#include "tests/ui/support/Contrast.h"
 #include "tests/ui/support/UiTest.h"
 
 namespace {
@@ -111,6 +114,28 @@ private Q_SLOTS:
         QCOMPARE(finished.count(), 0);
         window.button->setFocus(Qt::MouseFocusReason);
         QCOMPARE(finished.count(), 1);
+    }
+
+    void theCalendarIsReadable() {
+        const Window window(0);
+        const QCalendarWidget& calendar = *window.field->calendarWidget();
+        for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday}) {
+            QVERIFY(!calendar.weekdayTextFormat(day).hasProperty(QTextFormat::ForegroundBrush));
+        }
+        QCOMPARE(calendar.contentsMargins(), QMargins(1, 1, 1, 1));
+        QVERIFY(calendar.autoFillBackground());
+        const QPalette colors = calendar.palette();
+        QVERIFY(contrast(colors.color(QPalette::Window), colors.color(QPalette::Base)) >= 3);
+    }
+
+    void theCalendarReachesAsFarAsTheField() {
+        const Window window(secondsAt("0100-01-02T00:00:00Z"));
+        QTest::mouseClick(window.field, Qt::LeftButton, {}, QPoint(window.field->width() - 6, 15));
+        const QCalendarWidget& calendar = *window.field->calendarWidget();
+        QTRY_VERIFY(calendar.isVisible());
+        QCOMPARE(calendar.minimumDate(), QDate(100, 1, 1));
+        QCOMPARE(calendar.maximumDate(), QDate(9999, 12, 31));
+        QVERIFY(window.changes.empty());
     }
 
     void knowsItsRange() {

@@ -10,6 +10,7 @@
 #include "app/model/PlistDocument.h"
 #include "app/model/PlistNode.h"
 #include "app/model/UndoManager.h"
+#include "app/ui/CellMetrics.h"
 #include "app/ui/InlineEditing.h"
 #include "app/ui/InlineTextField.h"
 #include "app/ui/LongTextEditor.h"
@@ -122,6 +123,19 @@ private Q_SLOTS:
         QCOMPARE(value->text(), QStringLiteral("5"));
         QCOMPARE(value->accessibleName(), QStringLiteral("Value of count"));
         QVERIFY(cell(2, OutlineTableModel::valueColumn).contains(value->geometry()));
+    }
+
+    /// The text does not jump when its edit begins, and the field fills the rest of the cell.
+    void theTextKeepsItsPlace() {
+        const InlineTextField* value = window_->edit(2, Column::value);
+        QCOMPARE(value->geometry(), cell(2, OutlineTableModel::valueColumn));
+        const int padding = CellMetrics(window_->table->font()).padding();
+        // What the toolkit's fields keep free by themselves.
+        constexpr int ownMargin = 2;
+        QCOMPARE(value->textMargins().left() + ownMargin, padding);
+        QCOMPARE(value->textMargins().right() + ownMargin, padding);
+        const InlineTextField* key = window_->edit(2, Column::key);
+        QCOMPARE(key->geometry().right(), cell(2, OutlineTableModel::keyColumn).right());
     }
 
     void beginsWithTheWholeText() {
