@@ -31,6 +31,15 @@ displayPackages=(
     "fonts-droid-fallback|Chinese, Japanese and Korean text, and the wide plus sign"
 )
 
+# To make the pictures of the documentation.
+picturePackages=(
+    "xdotool|keys and clicks for real windows"
+    "dbus-daemon|a message bus for the desktop's settings"
+    "python3-dbus|says on it whether windows are dark"
+    "python3-gi|waits for the question"
+    "imagemagick|takes the pictures and makes them small"
+)
+
 # To run the tests.
 testPackages=(
     "git|lists the files to check"

@@ -90,9 +90,14 @@ activate() {
     waitFor "the window has the keyboard" hasFocus
 }
 
-# Sets "window" to that of the process which shows the file.
-findWindow() {
+# Sets "window" to that of the process which shows the file, unless another window goes while this
+# looks through all of them, which makes it fail.
+hasFoundWindow() {
     window=$(xdotool search --sync --onlyvisible --pid "$process" --name "^$1" | head -n 1)
+}
+
+findWindow() {
+    waitFor "there is a window for $1" hasFoundWindow "$1"
 }
 
 # Opens the files in the program and waits until the window of the first has the keyboard. Sets

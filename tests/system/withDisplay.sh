@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs a command on a virtual display of its own with a window manager, and gives its exit code.
 # Exit code 77 says that the programs for that are not there.
+# TABULET_SCREEN is the size of the display, 1280x800 unless given.
 #
 # usage: withDisplay.sh COMMAND [ARGUMENT…]
 set -euo pipefail
@@ -26,7 +27,7 @@ trap cleanUp EXIT
 
 # The server writes its number when it accepts clients: no guessing, no race.
 mkfifo "$scratch/number"
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset \
+Xvfb -displayfd 3 -screen 0 "${TABULET_SCREEN:-1280x800}x24" -nolisten tcp -noreset \
     3<>"$scratch/number" >"$scratch/xvfb.log" 2>&1 &
 started+=($!)
 if ! read -r -t 60 number <>"$scratch/number"; then
