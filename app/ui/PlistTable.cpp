@@ -60,6 +60,7 @@ bool isKeyForFields(const QKeyEvent& event) {
         case Qt::Key_Left:
         case Qt::Key_Backspace:
         case Qt::Key_Delete:
+        case Qt::Key_F4:
             return true;
         default:
             return false;

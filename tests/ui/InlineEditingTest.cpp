@@ -312,6 +312,19 @@ private Q_SLOTS:
         QCOMPARE(window_->outline.selection(), NodeIdSet{window_->id(1)});
     }
 
+    /// Keys of the table would drop what is typed, or give the value another type below it.
+    void keysOfTheTableRest() {
+        InlineTextField* field = window_->edit(1, Column::value);
+        QTest::keyClicks(field, QStringLiteral("typed"));
+        QTest::keyClick(field, Qt::Key_F2);
+        QTest::keyClick(field, Qt::Key_F4);
+        QCoreApplication::processEvents();
+        QCOMPARE(window_->field(), field);
+        QCOMPARE(field->text(), QStringLiteral("typed"));
+        QVERIFY(QApplication::activePopupWidget() == nullptr);
+        QCOMPARE(window_->outline.editing(), (Field{{window_->id(1), Column::value}}));
+    }
+
     void newItemsBeginWithTheirKey() {
         window_->actions().addItem();
         InlineTextField* field = window_->openField();
