@@ -172,8 +172,6 @@ private Q_SLOTS:
                               << Qt::KeyboardModifiers(Qt::ControlModifier);
         QTest::newRow("close") << static_cast<int>(Qt::Key_W)
                                << Qt::KeyboardModifiers(Qt::ControlModifier);
-        QTest::newRow("types") << static_cast<int>(Qt::Key_F4)
-                               << Qt::KeyboardModifiers(Qt::NoModifier);
     }
 
     void commandsStopAtWhatIsWrong() {
@@ -195,7 +193,7 @@ private Q_SLOTS:
         QTest::keyClicks(field, QStringLiteral("42"));
         QTest::keyClick(field, Qt::Key_F2);
         QCoreApplication::processEvents();
-        QCOMPARE(openField(), field);
+        QVERIFY(field->isVisible() && field->hasFocus());
         QCOMPARE(field->text(), QStringLiteral("42"));
     }
 
@@ -215,8 +213,6 @@ private:
         });
         return isOpen ? field : nullptr;
     }
-
-    InlineTextField* openField() const { return view().table().findChild<InlineTextField*>(); }
 
     std::unique_ptr<QTemporaryDir> folder_;
     QString path_;
