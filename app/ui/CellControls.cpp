@@ -4,13 +4,11 @@
 #include <optional>
 #include <utility>
 
-#include "app/model/PlistDocument.h"
 #include "app/model/PlistNode.h"
-#include "app/ui/DataPopover.h"
+#include "app/ui/DataValueEditor.h"
 #include "app/ui/DateValueEditor.h"
 #include "app/ui/OutlineTableModel.h"
 #include "app/ui/PlistTable.h"
-#include "app/ui/RowText.h"
 #include "app/ui/TypeMenu.h"
 #include "app/ui/ValueCell.h"
 
@@ -143,24 +141,5 @@ void CellControls::closeDate() {
 }
 
 void CellControls::showBytes(const QModelIndex& index) {
-    const OutlineRow& row = table_.outlineModel().row(index.row());
-    const PlistNodePtr node(&row.node());
-    const auto apply = [actions = actions_, node](DataPopover::Bytes bytes) {
-        actions.changeValue(*node, PlistValue::data(bytes));
-    };
-    auto* popover =
-        new DataPopover(node->scalar().dataValue(), RowText::key(row), apply, table_.window());
-    popover->setAttribute(Qt::WA_DeleteOnClose);
-    connect(&actions_.document(), &PlistDocument::nodeChanged, popover,
-            [popover, node](const PlistNode* changed) {
-                if (changed != node.get()) {
-                    return;
-                }
-                if (node->type() == PlistType::data) {
-                    popover->setBytes(node->scalar().dataValue());
-                } else {
-                    popover->close();
-                }
-            });
-    popover->open();
+    DataValueEditor::open(actions_, table_.outlineModel().row(index.row()), *table_.window());
 }

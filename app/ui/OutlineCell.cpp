@@ -13,6 +13,7 @@
 #include "app/ui/OutlineTableModel.h"
 #include "app/ui/PlainToolTip.h"
 #include "app/ui/SecondaryColor.h"
+#include "app/ui/SelectionColor.h"
 
 namespace {
 
@@ -80,6 +81,10 @@ void OutlineCell::paint(QPainter* painter, const QStyleOptionViewItem& option,
     cell.index = index;
     cell.showDecorationSelected = true;
     cell.state &= ~QStyle::State_HasFocus;
+    if (isSelected(cell)) {
+        const QPalette::ColorGroup group = colorGroup(cell);
+        cell.palette.setColor(group, QPalette::Highlight, SelectionColor::of(cell.palette, group));
+    }
     paintGround(*painter, cell);
 
     painter->save();

@@ -4,8 +4,8 @@
 #include <QTest>
 
 #include "app/ui/Appearance.h"
+#include "app/ui/Contrast.h"
 #include "app/ui/DarkPalette.h"
-#include "tests/ui/support/Contrast.h"
 
 class AppearanceTest : public QObject {
     Q_OBJECT

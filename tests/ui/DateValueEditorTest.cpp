@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "PlistCore/PlistDate.h"
+#include "app/ui/Contrast.h"
 #include "app/ui/DateValueEditor.h"
-#include "tests/ui/support/Contrast.h"
 #include "tests/ui/support/UiTest.h"
 
 namespace {

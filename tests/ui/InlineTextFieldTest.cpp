@@ -6,10 +6,10 @@
 #include <QTest>
 #include <memory>
 
+#include "app/ui/Contrast.h"
 #include "app/ui/ErrorColor.h"
 #include "app/ui/ErrorPopover.h"
 #include "app/ui/InlineTextField.h"
-#include "tests/ui/support/Contrast.h"
 #include "tests/ui/support/UiTest.h"
 
 namespace {

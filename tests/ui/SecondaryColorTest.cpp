@@ -1,7 +1,7 @@
 #include <QTest>
 
+#include "app/ui/Contrast.h"
 #include "app/ui/SecondaryColor.h"
-#include "tests/ui/support/Contrast.h"
 
 class SecondaryColorTest : public QObject {
     Q_OBJECT

@@ -1,4 +1,4 @@
-#include "tests/ui/support/Contrast.h"
+#include "app/ui/Contrast.h"
 
 #include <algorithm>
 #include <cmath>
