@@ -126,9 +126,9 @@ pressForRows() {
 clickUpwards() {
     local x=$1 before tries
     before=$(rowsMade)
-    for ((hit = $2; hit > 90; hit -= 6)); do
+    for ((hit = $2; hit > 60; hit -= 6)); do
         xdotool mousemove --window "$window" "$x" "$hit" click 1
-        for ((tries = 0; tries < 4; ++tries)); do
+        for ((tries = 0; tries < 6; ++tries)); do
             ! rowsWereMadeSince "$before" || return 0
             sleep 0.1
         done
@@ -153,7 +153,7 @@ measureRows() {
     clickUpwards 26 320
     group=$hit
     clickAgain
-    clickUpwards 12 $((group - 80))
+    clickUpwards 12 $((group - 20))
     clickAgain
     firstRow=$((100 * (hit - below)))
     rowHeight=$(((100 * (group - below) - firstRow) / groupRow))
