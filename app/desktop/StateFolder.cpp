@@ -4,7 +4,7 @@
 
 QString StateFolder::path() {
     const QString home = qEnvironmentVariable("XDG_STATE_HOME");
-    // The specification has relative paths ignored.
+    // A relative path there is to be ignored.
     const QString base =
         QDir::isAbsolutePath(home) ? home : QDir::homePath() + QStringLiteral("/.local/state");
     return base + QStringLiteral("/tabulet");
