@@ -33,13 +33,13 @@ QString keyOf(const QString& action) {
 }  // namespace
 
 AccessibleCell::AccessibleCell(PlistTable& table, PlistNodePtr node, int column)
-    : table_(table), node_(std::move(node)), column_(column) {}
+    : AccessiblePart(table, column), node_(std::move(node)) {}
 
 AccessibleCell::~AccessibleCell() = default;
 
 QModelIndex AccessibleCell::index() const {
-    const std::optional<int> row = table_.outlineModel().outline().hintedRowOf(*node_);
-    return row ? table_.outlineModel().index(*row, column_) : QModelIndex();
+    const std::optional<int> row = outline().outlineModel().outline().hintedRowOf(*node_);
+    return row ? outline().outlineModel().index(*row, column()) : QModelIndex();
 }
 
 void AccessibleCell::announceChange() {
@@ -57,20 +57,12 @@ bool AccessibleCell::isValid() const {
     return index().isValid();
 }
 
-QObject* AccessibleCell::object() const {
-    return nullptr;
-}
-
-QAccessibleInterface* AccessibleCell::parent() const {
-    return QAccessible::queryAccessibleInterface(&table_);
-}
-
 int AccessibleCell::childCount() const {
-    return table_.editorAt(index()) != nullptr ? 1 : 0;
+    return outline().editorAt(index()) != nullptr ? 1 : 0;
 }
 
 QAccessibleInterface* AccessibleCell::child(int number) const {
-    QWidget* editor = number == 0 ? table_.editorAt(index()) : nullptr;
+    QWidget* editor = number == 0 ? outline().editorAt(index()) : nullptr;
     return editor != nullptr ? QAccessible::queryAccessibleInterface(editor) : nullptr;
 }
 
@@ -80,7 +72,7 @@ QAccessibleInterface* AccessibleCell::childAt(int x, int y) const {
 }
 
 int AccessibleCell::indexOfChild(const QAccessibleInterface* child) const {
-    const QWidget* editor = table_.editorAt(index());
+    const QWidget* editor = outline().editorAt(index());
     return editor != nullptr && child != nullptr && child->object() == editor ? 0 : -1;
 }
 
@@ -95,11 +87,9 @@ QString AccessibleCell::text(QAccessible::Text kind) const {
     }
 }
 
-void AccessibleCell::setText(QAccessible::Text, const QString&) {}
-
 QRect AccessibleCell::rect() const {
-    const QRect cell = table_.visualRect(index());
-    return {table_.viewport()->mapToGlobal(cell.topLeft()), cell.size()};
+    const QRect cell = outline().visualRect(index());
+    return {outline().viewport()->mapToGlobal(cell.topLeft()), cell.size()};
 }
 
 QAccessible::Role AccessibleCell::role() const {
@@ -116,15 +106,15 @@ QAccessible::State AccessibleCell::state() const {
     state.selectable = true;
     state.focusable = true;
     state.selected = isSelected();
-    state.active = table_.currentIndex() == cell;
-    state.focused = state.active && table_.hasFocus();
-    state.offscreen = !table_.viewport()->rect().intersects(table_.visualRect(cell));
+    state.active = outline().currentIndex() == cell;
+    state.focused = state.active && outline().hasFocus();
+    state.offscreen = !outline().viewport()->rect().intersects(outline().visualRect(cell));
     state.editable = actionNames().contains(editAction);
     const QVariant check = cell.data(Qt::CheckStateRole);
     state.checkable = check.isValid();
     state.checked = check.toInt() == Qt::Checked;
     if (canExpand()) {
-        const bool isExpanded = table_.outlineModel().row(cell.row()).isExpanded();
+        const bool isExpanded = outline().outlineModel().row(cell.row()).isExpanded();
         state.expandable = true;
         state.expanded = isExpanded;
         state.collapsed = !isExpanded;
@@ -146,15 +136,15 @@ void* AccessibleCell::interface_cast(QAccessible::InterfaceType type) {
 // --- The cell in its table ---
 
 bool AccessibleCell::isSelected() const {
-    return table_.selectionModel()->isSelected(index());
+    return outline().selectionModel()->isSelected(index());
 }
 
 QList<QAccessibleInterface*> AccessibleCell::columnHeaderCells() const {
-    return {parent()->child(column_)};
+    return {parent()->child(column())};
 }
 
 QList<QAccessibleInterface*> AccessibleCell::rowHeaderCells() const {
-    if (column_ == OutlineTableModel::keyColumn) {
+    if (column() == OutlineTableModel::keyColumn) {
         return {};
     }
     // The key says which item the type and the value belong to.
@@ -162,7 +152,7 @@ QList<QAccessibleInterface*> AccessibleCell::rowHeaderCells() const {
 }
 
 int AccessibleCell::columnIndex() const {
-    return column_;
+    return column();
 }
 
 int AccessibleCell::rowIndex() const {
@@ -184,7 +174,7 @@ QAccessibleInterface* AccessibleCell::table() const {
 // --- What can be done ---
 
 bool AccessibleCell::canExpand() const {
-    return column_ == OutlineTableModel::keyColumn && node_->isContainer();
+    return column() == OutlineTableModel::keyColumn && node_->isContainer();
 }
 
 /// What Space does with the value; empty if there is nothing to do.
@@ -208,15 +198,16 @@ QStringList AccessibleCell::actionNames() const {
     }
     QStringList names;
     if (canExpand()) {
-        names += table_.outlineModel().row(cell.row()).isExpanded() ? collapseAction : expandAction;
+        names +=
+            outline().outlineModel().row(cell.row()).isExpanded() ? collapseAction : expandAction;
     }
-    if (column_ == OutlineTableModel::keyColumn && DocumentActions::canEditKey(*node_)) {
+    if (column() == OutlineTableModel::keyColumn && DocumentActions::canEditKey(*node_)) {
         names += editAction;
     }
-    if (column_ == OutlineTableModel::typeColumn && TypeMenu::isFor(*node_)) {
+    if (column() == OutlineTableModel::typeColumn && TypeMenu::isFor(*node_)) {
         names += showMenuAction();
     }
-    if (column_ == OutlineTableModel::valueColumn) {
+    if (column() == OutlineTableModel::valueColumn) {
         names += valueAction();
         names.removeAll(QString());
     }
@@ -250,13 +241,13 @@ void AccessibleCell::doAction(const QString& name) {
         return;
     }
     if (name == expandAction || name == collapseAction) {
-        table_.toggle(cell.row(), OutlineState::Reach::nodeAlone);
+        outline().toggle(cell.row(), OutlineState::Reach::nodeAlone);
         return;
     }
-    table_.setFocus();
-    table_.setCurrentIndex(cell);
+    outline().setFocus();
+    outline().setCurrentIndex(cell);
     if (name != setFocusAction()) {
-        table_.work(cell);
+        outline().work(cell);
     }
 }
 

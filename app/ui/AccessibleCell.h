@@ -1,16 +1,14 @@
 #pragma once
 
-#include <QAccessible>
 #include <QCoreApplication>
 #include <QModelIndex>
 
 #include "app/model/PlistNodePtr.h"
-
-class PlistTable;
+#include "app/ui/AccessiblePart.h"
 
 /// A cell of the outline as a screen reader sees it: its text, where it stands in the tree, and
 /// what can be done with it. It follows its node wherever the row of that goes.
-class AccessibleCell : public QAccessibleInterface,
+class AccessibleCell : public AccessiblePart,
                        public QAccessibleTableCellInterface,
                        public QAccessibleActionInterface {
     Q_DECLARE_TR_FUNCTIONS(AccessibleCell)
@@ -27,14 +25,11 @@ public:
     void announceChange();
 
     bool isValid() const override;
-    QObject* object() const override;
-    QAccessibleInterface* parent() const override;
     int childCount() const override;
     QAccessibleInterface* child(int number) const override;
     QAccessibleInterface* childAt(int x, int y) const override;
     int indexOfChild(const QAccessibleInterface* child) const override;
     QString text(QAccessible::Text kind) const override;
-    void setText(QAccessible::Text kind, const QString& text) override;
     QRect rect() const override;
     QAccessible::Role role() const override;
     QAccessible::State state() const override;
@@ -59,7 +54,5 @@ private:
     bool canExpand() const;
     QString valueAction() const;
 
-    PlistTable& table_;
     PlistNodePtr node_;
-    int column_;
 };
