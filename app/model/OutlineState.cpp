@@ -154,10 +154,12 @@ void OutlineState::rebuildRows() {
 /// Makes only those rows anew that the noted changes may have made others.
 void OutlineState::update() {
     PlistNode* top = root_ ? changes_.top(*root_, expanded_) : nullptr;
-    if (filter_ || shifts_.isFull() || top == root_.get()) {
+    const bool isPart = top != nullptr && top != root_.get();
+    const std::optional<int> row = isPart ? rowOf(*top) : std::nullopt;
+    if (filter_ || shifts_.isFull() || (top != nullptr && !row)) {
         rebuildIfShown();
-    } else if (top != nullptr) {
-        updateSegment(static_cast<std::size_t>(*rowOf(*top)));
+    } else if (row) {
+        updateSegment(static_cast<std::size_t>(*row));
     }
     changes_.clear();
     pruneSelection();
