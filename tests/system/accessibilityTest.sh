@@ -5,21 +5,16 @@
 # usage: accessibilityTest.sh SOURCE PROGRAM
 set -euo pipefail
 
-here=$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")
 # The system's own: others do not have the module.
 python=/usr/bin/python3
-if [[ ${1:-} != --on-display ]]; then
-    if ! command -v xdotool >/dev/null || ! command -v dbus-run-session >/dev/null ||
-        ! "$python" -c "import pyatspi" 2>/dev/null; then
-        echo "xdotool, dbus-run-session or pyatspi is not installed."
-        exit 77
-    fi
-    exec "$here/withDisplay.sh" dbus-run-session -- "$0" --on-display "$@"
-fi
-source=$2
-program=$3
-# shellcheck source=tests/system/windowTools.sh
-source "$here/windowTools.sh"
+"$python" -c "import pyatspi" 2>/dev/null || {
+    echo "pyatspi is not installed."
+    exit 77
+}
+needs="dbus-run-session dbus-send"
+under="dbus-run-session --"
+# shellcheck source=tests/system/onDisplay.sh
+source "$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")/onDisplay.sh"
 # As the desktop does when a screen reader starts.
 dbus-send --session --print-reply --dest=org.a11y.Bus /org/a11y/bus \
     org.freedesktop.DBus.Properties.Set \

@@ -5,17 +5,9 @@
 # usage: clipboardTest.sh SOURCE PROGRAM
 set -euo pipefail
 
-here=$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")
-if [[ ${1:-} != --on-display ]]; then
-    if ! command -v xdotool >/dev/null || ! command -v xclip >/dev/null; then
-        echo "xdotool or xclip is not installed."
-        exit 77
-    fi
-    exec "$here/withDisplay.sh" "$0" --on-display "$@"
-fi
-program=$3
-# shellcheck source=tests/system/windowTools.sh
-source "$here/windowTools.sh"
+needs=xclip
+# shellcheck source=tests/system/onDisplay.sh
+source "$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")/onDisplay.sh"
 
 ship=$'<key>ship</key>\n<string>Vesta</string>'
 tide=$'<key>tide</key>\n<integer>4</integer>'

@@ -6,17 +6,8 @@
 # usage: mouseTest.sh SOURCE PROGRAM
 set -euo pipefail
 
-here=$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")
-if [[ ${1:-} != --on-display ]]; then
-    command -v xdotool >/dev/null || {
-        echo "xdotool is not installed."
-        exit 77
-    }
-    exec "$here/withDisplay.sh" "$0" --on-display "$@"
-fi
-program=$3
-# shellcheck source=tests/system/windowTools.sh
-source "$here/windowTools.sh"
+# shellcheck source=tests/system/onDisplay.sh
+source "$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")/onDisplay.sh"
 
 plist >document.plist <<'TEXT'
 <key>size</key>

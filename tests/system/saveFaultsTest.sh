@@ -31,34 +31,34 @@ head -c 150000 /dev/zero | tr '\0' 'n' >new
 
 fail() {
     echo "$kind, $fault: $1"
-    ls -lAR work
+    ls -lAR case
     cat said
     exit 1
 }
 
 # A file with the old content; a second name of it has it overwritten.
 prepare() {
-    rm -rf work
-    mkdir work
-    cp old work/file
-    [[ $kind == replaced ]] || ln work/file work/other
+    rm -rf case
+    mkdir case
+    cp old case/file
+    [[ $kind == replaced ]] || ln case/file case/other
 }
 
-isOld() { cmp -s work/file old; }
-isNew() { cmp -s work/file new; }
-safetyCopies() { find work/state -name '*.old' 2>/dev/null; }
+isOld() { cmp -s case/file old; }
+isNew() { cmp -s case/file new; }
+safetyCopies() { find case/state -name '*.old' 2>/dev/null; }
 
 # A complete copy of the old content, and a record that names the file.
 hasSafetyCopy() {
     local copy
     copy=$(safetyCopies)
-    [[ -n $copy ]] && cmp -s "$copy" old && grep -q '"file": ".*/work/file"' "${copy%.old}.json"
+    [[ -n $copy ]] && cmp -s "$copy" old && grep -q '"file": ".*/case/file"' "${copy%.old}.json"
 }
 
 # Saves while strace does what the option says.
 save() {
     local status=0
-    strace -qq -f -o trace -e "inject=$1" "$program" new work/file work/state 2>said || status=$?
+    strace -qq -f -o trace -e "inject=$1" "$program" new case/file case/state 2>said || status=$?
     return "$status"
 }
 
@@ -102,7 +102,7 @@ failEverywhere() {
         else
             isOld || fail "the program did not start, and changed the file"
         fi
-        [[ -z $(find work -name '.tabulet-*') || $call == unlink ]] || fail "a file is left over"
+        [[ -z $(find case -name '.tabulet-*') || $call == unlink ]] || fail "a file is left over"
     done
 }
 
@@ -116,18 +116,18 @@ fillDisk() {
     mounted=$PWD/full
     local status
     for kind in replaced overwritten; do
-        rm -rf full/* work
-        mkdir full/work
-        ln -s full/work work
-        cp old work/file
-        [[ $kind == replaced ]] || ln work/file work/other
+        rm -rf full/* case
+        mkdir full/case
+        ln -s full/case case
+        cp old case/file
+        [[ $kind == replaced ]] || ln case/file case/other
         head -c 120000 /dev/zero >full/ballast
         status=0
-        "$program" new work/file "$scratch/state" 2>said || status=$?
+        "$program" new case/file "$scratch/state" 2>said || status=$?
         [[ $status -eq 1 ]] || fail "status $status"
         grep -q 'No space left on device' said || fail "not the reason"
         isOld || fail "the old content is lost"
-        rm work
+        rm case
     done
 }
 

@@ -5,34 +5,8 @@
 # usage: windowTest.sh SOURCE PROGRAM
 set -euo pipefail
 
-here=$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")
-if [[ ${1:-} != --on-display ]]; then
-    command -v xdotool >/dev/null || {
-        echo "xdotool is not installed."
-        exit 77
-    }
-    exec "$here/withDisplay.sh" "$0" --on-display "$@"
-fi
-source=$2
-program=$3
-# shellcheck source=tests/system/windowTools.sh
-source "$here/windowTools.sh"
-
-# Clicks where the control of the first row is. The heights of menus differ, so this tries from
-# below; a click beside the control only selects.
-clickForRows() {
-    local before y tries
-    before=$(rowsMade)
-    for ((y = 140; y > 60; y -= 5)); do
-        xdotool mousemove --window "$window" 12 "$y" click 1
-        for ((tries = 0; tries < 3; ++tries)); do
-            ! rowsWereMadeSince "$before" || return 0
-            sleep 0.1
-        done
-    done
-    echo "No click on a control made rows."
-    exit 1
-}
+# shellcheck source=tests/system/onDisplay.sh
+source "$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")/onDisplay.sh"
 
 # Reals are written with all their digits, so those of the sample would come back longer.
 sed -E 's|<real>[^<]*</real>|<real>0.5</real>|' "$source/packaging/sample.plist" >original.plist
@@ -43,7 +17,7 @@ xdotool key Down
 pressForRows Left
 pressForRows Right
 pressForRows alt+Right
-clickForRows
+clickUpwards 12 140
 xdotool key Tab Right space
 save
 if [[ $(head -c 8 document.plist) != bplist00 ]]; then
