@@ -111,7 +111,7 @@ TEST(PlistBytes, refusesImpossibleSizes) {
 /// The sanitizers' own allocators end the program where this must throw.
 TEST(PlistBytes, reportsLackOfMemory) {
     if (hasSanitizedAllocator) {
-        GTEST_SKIP() << "The allocator does not return after asking for too much.";
+        GTEST_SKIP() << "The sanitizer ends the program where the system refuses memory.";
     }
     PlistBytes bytes;
     bytes.append("kept");

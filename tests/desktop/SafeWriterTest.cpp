@@ -1,5 +1,4 @@
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -8,12 +7,12 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
-#include <functional>
 #include <memory>
 #include <optional>
 
 #include "app/desktop/SafeWriter.h"
 #include "app/model/FileError.h"
+#include "tests/model/support/OrdinaryUser.h"
 
 namespace {
 
@@ -36,23 +35,6 @@ struct stat statusOf(const QString& path) {
     struct stat status {};
     ::lstat(QFile::encodeName(path).constData(), &status);
     return status;
-}
-
-/// Does something as a user without rights of their own, in a process of its own if this is the
-/// superuser's. True if it said so.
-bool asOrdinaryUser(const std::function<bool()>& work) {
-    if (::geteuid() != 0) {
-        return work();
-    }
-    const pid_t child = ::fork();
-    if (child == 0) {
-        constexpr uid_t nobody = 65534;
-        const bool hasChanged = ::setgid(nobody) == 0 && ::setuid(nobody) == 0;
-        ::_exit(hasChanged && work() ? 0 : 1);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 }  // namespace
@@ -103,13 +85,14 @@ private Q_SLOTS:
 
     void keepsTheOwner() {
         if (::geteuid() != 0) {
-            QSKIP("Only the superuser can give files away.");
+            QSKIP("Only the superuser can give files away, and this is an ordinary user.");
         }
         make(path());
-        QVERIFY(::chown(QFile::encodeName(path()).constData(), 65534, 65534) == 0);
+        QVERIFY(::chown(QFile::encodeName(path()).constData(), OrdinaryUser::nobody,
+                        OrdinaryUser::nobody) == 0);
         write(path(), newBytes);
-        QCOMPARE(statusOf(path()).st_uid, uid_t{65534});
-        QCOMPARE(statusOf(path()).st_gid, gid_t{65534});
+        QCOMPARE(statusOf(path()).st_uid, OrdinaryUser::nobody);
+        QCOMPARE(statusOf(path()).st_gid, gid_t{OrdinaryUser::nobody});
     }
 
     void keepsAttributes() {
@@ -187,15 +170,6 @@ private Q_SLOTS:
         QCOMPARE(read(path(longName)), longBytes);
     }
 
-    void takesNamesThatAreNoText() {
-        const QByteArray name = QFile::encodeName(folder_->path()) + "/\xff\xfe";
-        write(QFile::decodeName(name), newBytes);
-        if (QFile::encodeName(QFile::decodeName(name)) != name) {
-            QSKIP("Qt cannot name such files in this locale.");
-        }
-        QCOMPARE(::access(name.constData(), F_OK), 0);
-    }
-
     void refusesWhatIsNoRegularFile() {
         const QString fifo = path("fifo");
         QVERIFY(::mkfifo(QFile::encodeName(fifo).constData(), 0600) == 0);
@@ -210,7 +184,7 @@ private Q_SLOTS:
     void refusesReadOnlyFiles() {
         make(path());
         QVERIFY(::chmod(QFile::encodeName(path()).constData(), 0444) == 0);
-        QVERIFY(asOrdinaryUser([this] {
+        QVERIFY(OrdinaryUser::does([this] {
             return reasonFor(path()) ==
                    QStringLiteral(
                        "You may not write to it. Save under another name, or allow "
@@ -225,11 +199,11 @@ private Q_SLOTS:
         make(file);
         QVERIFY(::chmod(QFile::encodeName(file).constData(), 0666) == 0);
         QVERIFY(::chmod(QFile::encodeName(path("locked")).constData(), 0555) == 0);
-        QVERIFY(asOrdinaryUser([this, &file] {
+        QVERIFY(OrdinaryUser::does([this, &file] {
             return !failureOf(file, longBytes) && QDir(safetyFolder()).isEmpty();
         }));
         QCOMPARE(read(file), longBytes);
-        QVERIFY(asOrdinaryUser([this] {
+        QVERIFY(OrdinaryUser::does([this] {
             return reasonFor(path("locked/fresh")) == QStringLiteral("Permission denied.");
         }));
         QVERIFY(::chmod(QFile::encodeName(path("locked")).constData(), 0755) == 0);
@@ -238,14 +212,14 @@ private Q_SLOTS:
     /// There only the owner of a file may put another in its place.
     void overwritesFilesOfOthersInStickyFolders() {
         if (::geteuid() != 0) {
-            QSKIP("Takes a second user.");
+            QSKIP("Takes files of two users, which only the superuser can make.");
         }
         QVERIFY(QDir().mkdir(path("sticky")));
         const QString file = path("sticky/file");
         make(file);
         QVERIFY(::chmod(QFile::encodeName(file).constData(), 0666) == 0);
         QVERIFY(::chmod(QFile::encodeName(path("sticky")).constData(), 01777) == 0);
-        QVERIFY(asOrdinaryUser([this, &file] { return !failureOf(file, newBytes); }));
+        QVERIFY(OrdinaryUser::does([this, &file] { return !failureOf(file, newBytes); }));
         QCOMPARE(read(file), newBytes);
         QCOMPARE(statusOf(file).st_uid, uid_t{0});
         QCOMPARE(QDir(path("sticky")).entryList(QDir::Files | QDir::Hidden),
