@@ -34,6 +34,7 @@
 
 namespace {
 
+using BinaryPlistSerializer::EqualTexts;
 using ObjectNumber = std::uint32_t;
 
 /// One more would not fit the table of equal objects. Such a file is larger than 20 GB.
@@ -172,18 +173,19 @@ std::uint64_t hashOutOfLine(std::string_view bytes) noexcept {
     return mixed(wordAt(place) ^ hash, wordAt(end - 8) ^ firstHashKey);
 }
 
-std::uint64_t hashOfComposed(const PlistCell& cell) noexcept {
+/// A hash of what a cell holds, which identical scalars have in common.
+std::uint64_t hashOfIdentical(const PlistCell& cell) noexcept {
     return cell.has(PlistCell::outOfLine) ? hashOutOfLine(cell.bytes()) : hashInPlace(cell);
 }
 
 /// Equal scalars have equal hashes; so do canonically equivalent texts, which are hashed in their
 /// composed form.
-std::uint64_t hashOfScalar(const PlistCell& cell) {
+std::uint64_t hashOfEquivalent(const PlistCell& cell) {
     if (cell.type() != PlistType::string || cell.has(PlistCell::ascii) ||
         UnicodeText::isPlainlyComposed(cell.bytes())) {
-        return hashOfComposed(cell);
+        return hashOfIdentical(cell);
     }
-    return hashOfComposed(PlistString(UnicodeText::composed(cell.bytes())).cell());
+    return hashOfIdentical(PlistString(UnicodeText::composed(cell.bytes())).cell());
 }
 
 unsigned referenceSizeFor(std::size_t objectCount) noexcept {
@@ -208,7 +210,7 @@ struct Upcoming {
 
 class Writer {
 public:
-    Writer(const BinaryObjectOrder::Counts& counts, unsigned referenceSize);
+    Writer(const BinaryObjectOrder::Counts& counts, unsigned referenceSize, EqualTexts equalTexts);
 
     void writeObjects(const PlistValue& root);
     std::size_t objectCount() const noexcept { return objectCount_; }
@@ -240,6 +242,7 @@ private:
 
     PlistBytes bytes_;
     unsigned referenceSize_;
+    EqualTexts equalTexts_;
     FreshArray<std::uint64_t> offsets_;
     std::size_t objectCount_ = 0;
     std::vector<OpenContainer> open_;
@@ -258,8 +261,12 @@ private:
     std::size_t ringEnd_ = 0;
 };
 
-Writer::Writer(const BinaryObjectOrder::Counts& counts, unsigned referenceSize)
-    : referenceSize_(referenceSize), offsets_(counts.objects()), table_(counts.scalars) {
+Writer::Writer(const BinaryObjectOrder::Counts& counts, unsigned referenceSize,
+               EqualTexts equalTexts)
+    : referenceSize_(referenceSize),
+      equalTexts_(equalTexts),
+      offsets_(counts.objects()),
+      table_(counts.scalars) {
     bytes_.append(magic);
 }
 
@@ -301,7 +308,8 @@ Upcoming Writer::lookAhead(BinaryObjectOrder& order) {
     }
     Upcoming& hashed = inRing(hashedAhead);
     if (hashed.isLookedUp) {
-        hashed.hash = hashOfScalar(*hashed.cell);
+        hashed.hash = equalTexts_ == EqualTexts::identical ? hashOfIdentical(*hashed.cell)
+                                                           : hashOfEquivalent(*hashed.cell);
         table_.prefetch(hashed.hash);
     }
     Upcoming& found = inRing(offsetAhead);
@@ -469,7 +477,7 @@ bool Writer::isObject(ObjectNumber number, const PlistCell& cell, std::size_t en
     if (std::memcmp(object, encoded, encodedSize) == 0) {
         return true;
     }
-    if (cell.type() != PlistType::string) {
+    if (cell.type() != PlistType::string || equalTexts_ == EqualTexts::identical) {
         return false;
     }
     const std::optional<std::string> text = textOfObject(number);
@@ -518,15 +526,15 @@ PlistBytes Writer::finish() {
 
 namespace BinaryPlistSerializer {
 
-PlistBytes serialize(const PlistValue& value) {
+PlistBytes serialize(const PlistValue& value, EqualTexts equalTexts) {
     const BinaryObjectOrder::Counts counts = BinaryObjectOrder::count(value);
-    Writer writer(counts, referenceSizeFor(counts.objects()));
+    Writer writer(counts, referenceSizeFor(counts.objects()), equalTexts);
     writer.writeObjects(value);
     const unsigned referenceSize = referenceSizeFor(writer.objectCount());
     if (referenceSize == referenceSizeFor(counts.objects())) {
         return writer.finish();
     }
-    Writer narrower(counts, referenceSize);
+    Writer narrower(counts, referenceSize, equalTexts);
     narrower.writeObjects(value);
     return narrower.finish();
 }

@@ -20,6 +20,19 @@ void checkBinary(const PlistValue& value, const ValueFacts& facts) {
     fuzzCheck(BinaryPlistSerializer::serialize(again).view() == first.view());
 }
 
+/// What comes back from the form that loses nothing gives the same bytes in any form.
+void checkExactBinary(const PlistValue& value, const ValueFacts& facts) {
+    constexpr auto identical = BinaryPlistSerializer::EqualTexts::identical;
+    const PlistBytes first = BinaryPlistSerializer::serialize(value, identical);
+    if (facts.depth > BinaryPlistParser::nestingLimit) {
+        return;
+    }
+    const PlistValue again = BinaryPlistParser::parse(first.span());
+    fuzzCheck(BinaryPlistSerializer::serialize(again, identical).view() == first.view());
+    fuzzCheck(XMLPlistSerializer::serialize(again).view() ==
+              XMLPlistSerializer::serialize(value).view());
+}
+
 void checkXml(const PlistValue& value, const ValueFacts& facts) {
     const PlistBytes first = XMLPlistSerializer::serialize(value);
     // A uid is written as a dictionary, one level deeper.
@@ -41,5 +54,6 @@ void checkRoundTrips(const PlistValue& value) {
         return;
     }
     checkBinary(value, facts);
+    checkExactBinary(value, facts);
     checkXml(value, facts);
 }

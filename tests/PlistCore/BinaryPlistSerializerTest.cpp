@@ -8,12 +8,15 @@
 #include <utility>
 #include <vector>
 
+#include "PlistCore/BinaryPlistParser.h"
 #include "PlistCore/BinaryPlistSerializer.h"
 #include "PlistCore/PlistEntry.h"
 #include "tests/PlistCore/support/BinaryFile.h"
+#include "tests/PlistCore/support/ValueDifference.h"
 
 namespace {
 
+using BinaryPlistSerializer::EqualTexts;
 using Bytes = std::vector<std::uint8_t>;
 
 Bytes written(const PlistValue& value) {
@@ -55,6 +58,10 @@ Trailer trailerOf(const Bytes& bytes) {
     const std::size_t start = bytes.size() - 32;
     return {bytes.at(start + 6), bytes.at(start + 7), numberAt(bytes, start + 8, 8),
             numberAt(bytes, start + 16, 8), numberAt(bytes, start + 24, 8)};
+}
+
+std::uint64_t objectCountOf(const PlistBytes& bytes) {
+    return trailerOf({bytes.span().begin(), bytes.span().end()}).objectCount;
 }
 
 std::uint64_t objectCount(const PlistValue& value) {
@@ -229,6 +236,38 @@ TEST(BinaryPlistSerializer, TheFirstOfEquivalentSpellingsIsWritten) {
               BinaryFile::of({"A2 01 01", "61 21 2A"}).bytes());
     EXPECT_EQ(written(PlistValue::array({text("K"), text("\xE2\x84\xAA")})),
               BinaryFile::of({"A2 01 01", "51 'K'"}).bytes());
+}
+
+TEST(BinaryPlistSerializer, KeepsEverySpellingWhereOnlyIdenticalTextsAreShared) {
+    const std::string longText = "a text that is too long to lie in place";
+    const std::pair<std::vector<PlistValue>, std::size_t> cases[] = {
+        {{text("caf\xC3\xA9"), text("cafe\xCC\x81"), text("caf\xC3\xA9")}, 2},
+        {{text(longText + "\xC3\xA9"), text(longText + "e\xCC\x81"), text(longText + "e\xCC\x81")},
+         2},
+        {{text("\xE2\x84\xAA"), text("K"), text("K")}, 2},
+        {{text(longText), text(longText), integer(5), integer(5)}, 2},
+        {{PlistValue::real(0.0), PlistValue::real(-0.0), PlistValue::date(0.5)}, 3},
+    };
+    for (const auto& [items, different] : cases) {
+        const PlistValue value = PlistValue::array(items);
+        const PlistBytes bytes = BinaryPlistSerializer::serialize(value, EqualTexts::identical);
+        EXPECT_EQ(objectCountOf(bytes), different + 1);
+        EXPECT_EQ(firstDifference(value, BinaryPlistParser::parse(bytes.span())), "");
+    }
+}
+
+TEST(BinaryPlistSerializer, LosesNothingWhereOnlyIdenticalTextsAreShared) {
+    const double quietNaN = std::numeric_limits<double>::quiet_NaN();
+    const PlistValue value =
+        PlistValue::dictionary({{"\xC3\xA9", PlistValue::real(-0.0)},
+                                {"e\xCC\x81", PlistValue::date(0.123456789)},
+                                {"\xC3\xA9", PlistValue::real(quietNaN)},
+                                {"uid", PlistValue::uid(7)},
+                                {"no uid", PlistValue::dictionary({{"CF$UID", integer(7)}})},
+                                {"far", PlistValue::date(-1e300)},
+                                {"large", integer(greatestPlistInteger)}});
+    const PlistBytes bytes = BinaryPlistSerializer::serialize(value, EqualTexts::identical);
+    EXPECT_EQ(firstDifference(value, BinaryPlistParser::parse(bytes.span())), "");
 }
 
 TEST(BinaryPlistSerializer, DataAndContainersAreNeverShared) {
