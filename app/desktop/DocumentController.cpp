@@ -14,6 +14,7 @@
 #include "app/desktop/SafeWriter.h"
 #include "app/desktop/StateFolder.h"
 #include "app/model/ChildrenMaker.h"
+#include "app/model/DuplicateKeyFinder.h"
 #include "app/model/PlistDocumentReader.h"
 #include "app/model/PlistDocumentWriter.h"
 #include "app/model/PlistEditor.h"
@@ -64,23 +65,39 @@ DocumentController::DocumentController(QString untitledName, QObject* parent)
 
 DocumentController::~DocumentController() = default;
 
-struct DocumentController::FreshRoot {
+class DocumentController::FreshRoot {
+public:
     /// A turn of the event loop with so many takes a few milliseconds.
-    static constexpr std::size_t childrenPerTurn = 20'000;
+    static constexpr std::size_t perTurn = 20'000;
 
     explicit FreshRoot(const PlistFile& file)
         : root(PlistNode::create({}, file.root)), format(file.format) {
         if (root->isContainer()) {
-            maker.emplace(*root);
+            maker_.emplace(*root);
         }
     }
 
     /// True when the root is complete.
-    bool makeSome() { return !maker || maker->make(childrenPerTurn); }
+    bool makeSome() {
+        if (maker_) {
+            if (!maker_->make(perTurn)) {
+                return false;
+            }
+            maker_.reset();
+            if (root->type() == PlistType::dictionary) {
+                finder_.emplace(*root);
+            }
+            return !finder_ || root->childCount() == 0;
+        }
+        return !finder_ || finder_->find(perTurn);
+    }
 
-    PlistNodePtr root;
-    PlistFormat format;
-    std::optional<ChildrenMaker> maker;
+    const PlistNodePtr root;
+    const PlistFormat format;
+
+private:
+    std::optional<ChildrenMaker> maker_;
+    std::optional<DuplicateKeyFinder> finder_;
 };
 
 QString DocumentController::name() const {
@@ -95,21 +112,18 @@ bool DocumentController::isPristine() const noexcept {
 void DocumentController::open(const QString& path) {
     const QString file = absolutePath(path);
     beginReading(
-        file,
-        [this, file](const PlistFile& content) {
-            makeRoot(file, std::make_shared<FreshRoot>(content));
-        },
+        file, [this, file](const FreshRoot& fresh) { finishReading(file, fresh); },
         &DocumentController::openFailed);
 }
 
 void DocumentController::revert() {
     beginReading(
-        path_, [this](const PlistFile& content) { finishReverting(content); },
+        path_, [this](const FreshRoot& fresh) { finishReverting(fresh); },
         &DocumentController::revertFailed);
 }
 
 void DocumentController::beginReading(const QString& path,
-                                      std::function<void(const PlistFile&)> finish,
+                                      std::function<void(const FreshRoot&)> finish,
                                       void (DocumentController::*failed)(const FileError&)) {
     begin(Activity::reading, path);
     readPath_ = path;
@@ -120,7 +134,7 @@ void DocumentController::beginReading(const QString& path,
                 setActivity(Activity::idle);
                 Q_EMIT(this->*failed)(*error);
             } else {
-                finish(std::get<PlistFile>(result));
+                makeRoot(std::make_shared<FreshRoot>(std::get<PlistFile>(result)), finish);
             }
         });
 }
@@ -146,28 +160,27 @@ void DocumentController::begin(Activity activity, const QString& path) {
     setActivity(activity);
 }
 
-void DocumentController::makeRoot(const QString& path, const std::shared_ptr<FreshRoot>& fresh) {
+void DocumentController::makeRoot(const std::shared_ptr<FreshRoot>& fresh,
+                                  const std::function<void(const FreshRoot&)>& finish) {
     if (fresh->makeSome()) {
-        finishReading(path, fresh->root, fresh->format);
+        setActivity(Activity::idle);
+        finish(*fresh);
     } else {
-        QTimer::singleShot(0, this, [this, path, fresh] { makeRoot(path, fresh); });
+        QTimer::singleShot(0, this, [this, fresh, finish] { makeRoot(fresh, finish); });
     }
 }
 
-void DocumentController::finishReading(const QString& path, const PlistNodePtr& root,
-                                       PlistFormat format) {
-    setActivity(Activity::idle);
-    document_.apply(root, format);
+void DocumentController::finishReading(const QString& path, const FreshRoot& fresh) {
+    document_.apply(fresh.root, fresh.format);
     setPath(path);
     undoManager_.clear();
     undoManager_.setSavedState(undoManager_.state());
     Q_EMIT opened();
 }
 
-void DocumentController::finishReverting(const PlistFile& file) {
-    setActivity(Activity::idle);
+void DocumentController::finishReverting(const FreshRoot& fresh) {
     const PlistEditor editor(document_, &undoManager_);
-    editor.replaceContent(file, tr("Revert to Saved"));
+    editor.replaceContent(fresh.root, fresh.format, tr("Revert to Saved"));
     undoManager_.setSavedState(undoManager_.state());
     Q_EMIT reverted();
 }

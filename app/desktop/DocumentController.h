@@ -8,10 +8,7 @@
 
 #include "app/model/FileError.h"
 #include "app/model/PlistDocument.h"
-#include "app/model/PlistNodePtr.h"
 #include "app/model/UndoManager.h"
-
-struct PlistFile;
 
 /// One open document together with its file and its undo history: reads and writes it on worker
 /// threads, and knows whether the document differs from what was read or saved last. Belongs to the
@@ -83,15 +80,16 @@ Q_SIGNALS:
     void modifiedChanged();
 
 private:
-    /// A root whose children are being made.
-    struct FreshRoot;
+    /// A root whose children are being made, and whose keys are being compared.
+    class FreshRoot;
 
     void begin(Activity activity, const QString& path);
-    void beginReading(const QString& path, std::function<void(const PlistFile&)> finish,
+    void beginReading(const QString& path, std::function<void(const FreshRoot&)> finish,
                       void (DocumentController::*failed)(const FileError&));
-    void makeRoot(const QString& path, const std::shared_ptr<FreshRoot>& fresh);
-    void finishReading(const QString& path, const PlistNodePtr& root, PlistFormat format);
-    void finishReverting(const PlistFile& file);
+    void makeRoot(const std::shared_ptr<FreshRoot>& fresh,
+                  const std::function<void(const FreshRoot&)>& finish);
+    void finishReading(const QString& path, const FreshRoot& fresh);
+    void finishReverting(const FreshRoot& fresh);
     void finishWriting(const QString& path, UndoManager::State state);
     void setActivity(Activity activity);
     void setPath(const QString& path);

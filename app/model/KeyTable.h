@@ -20,21 +20,30 @@ public:
     /// An empty table with room for all of `nodes`, which must stay as they are.
     explicit KeyTable(std::span<const PlistNodePtr> nodes);
 
-    /// Adds all keys in order, and calls `repeated(earlier, later)` for each that equals one before
-    /// it, with the indexes of the first of its kind and its own. To be called once.
+    /// Adds up to `count` more keys in order, and calls `repeated(earlier, later)` for each that
+    /// equals one before it, with the indexes of the first of its kind and its own. True when all
+    /// have been added.
     template <typename Repeated>
-    void insertAll(const Repeated& repeated) {
+    bool insertSome(std::size_t count, const Repeated& repeated) {
         std::array<std::uint64_t, batchSize> hashes;
-        for (std::size_t start = 0; start < nodes_.size(); start += batchSize) {
-            const std::size_t count = std::min(batchSize, nodes_.size() - start);
-            prepare(start, std::span(hashes).first(count));
-            for (std::size_t i = 0; i < count; ++i) {
-                const std::size_t first = insert(start + i, hashes[i]);
-                if (first != start + i) {
-                    repeated(first, start + i);
+        const std::size_t end = added_ + std::min(count, nodes_.size() - added_);
+        while (added_ < end) {
+            const std::size_t batch = std::min(batchSize, end - added_);
+            prepare(added_, std::span(hashes).first(batch));
+            for (std::size_t i = 0; i < batch; ++i, ++added_) {
+                const std::size_t first = insert(added_, hashes[i]);
+                if (first != added_) {
+                    repeated(first, added_);
                 }
             }
         }
+        return added_ == nodes_.size();
+    }
+
+    /// Adds all keys.
+    template <typename Repeated>
+    void insertAll(const Repeated& repeated) {
+        insertSome(nodes_.size(), repeated);
     }
 
     /// The first index with an equal key, or nothing.
@@ -61,4 +70,5 @@ private:
     std::span<const PlistNodePtr> nodes_;
     std::vector<Slot> slots_;
     std::size_t mask_;
+    std::size_t added_ = 0;  ///< how many keys are in the table
 };

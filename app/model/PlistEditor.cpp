@@ -203,11 +203,16 @@ void PlistEditor::setFormat(PlistFormat format) const {
 }
 
 void PlistEditor::replaceContent(const PlistFile& snapshot, const QString& actionName) const {
+    replaceContent(PlistNode::create({}, snapshot.root), snapshot.format, actionName);
+}
+
+void PlistEditor::replaceContent(const PlistNodePtr& root, PlistFormat format,
+                                 const QString& actionName) const {
     MainThread::check();
     const EditGroup group(*document_, undoManager_, actionName);
     const Content old{PlistNodePtr(&document_->root()), document_->format(),
                       document_->wasReadOnlyFormat()};
-    document_->apply(snapshot);
+    document_->apply(root, format);
     registerUndo([old](const PlistEditor& editor) { editor.setContent(old); });
 }
 

@@ -78,6 +78,10 @@ public:
     /// brings the old tree, format and notice back when it is undone.
     void replaceContent(const PlistFile& snapshot, const QString& actionName) const;
 
+    /// The same with a root that has been made from the file, which was in the format `format`.
+    void replaceContent(const PlistNodePtr& root, PlistFormat format,
+                        const QString& actionName) const;
+
 private:
     /// Where nodes stood that were taken out: the nodes of one parent, by ascending position.
     struct Places {

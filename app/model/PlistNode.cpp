@@ -6,7 +6,7 @@
 
 #include "PlistCore/PlistCheck.h"
 #include "app/model/ChildrenMaker.h"
-#include "app/model/KeyTable.h"
+#include "app/model/DuplicateKeyFinder.h"
 #include "app/model/MainThread.h"
 #include "app/model/NodeIdCounter.h"
 #include "app/model/PlistNodeBlock.h"
@@ -151,10 +151,7 @@ void PlistNode::updateDuplicateKeys() {
             }
         }
     } else {
-        KeyTable(nodes).insertAll([&nodes](std::size_t first, std::size_t second) {
-            nodes[first]->set(duplicateKey);
-            nodes[second]->set(duplicateKey);
-        });
+        DuplicateKeyFinder(*this).find(nodes.size());
     }
     set(duplicatesKnown);
 }

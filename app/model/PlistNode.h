@@ -133,6 +133,7 @@ public:
 
 private:
     friend class ChildrenMaker;
+    friend class DuplicateKeyFinder;
     friend class PlistNodeBlock;
     friend class PlistNodePtr;
     friend class OutlineWalk;

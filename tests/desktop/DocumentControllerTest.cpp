@@ -5,6 +5,7 @@
 #include <QTest>
 #include <QThreadPool>
 #include <QTimer>
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -24,6 +25,31 @@ PlistEditor editorOf(DocumentController& controller) {
 /// An array of 100,000 words.
 QByteArray longText() {
     return "(" + QByteArray("word,").repeated(100'000) + ")";
+}
+
+/// 50,000 entries, of which the first and the last have equal keys.
+QByteArray longDictionary() {
+    constexpr int count = 50'000;
+    QByteArray text = "<plist><dict>";
+    for (int i = 0; i < count; ++i) {
+        text += "<key>" + QByteArray::number(i % (count - 1)) + "</key><true/>";
+    }
+    return text + "</dict></plist>";
+}
+
+/// Whether a controller that ends after some turns of reading never tells of the document.
+bool givesUpAfter(int turns, const QString& path) {
+    auto controller = std::make_unique<DocumentController>(QStringLiteral("Untitled"));
+    const QSignalSpy opened(controller.get(), &DocumentController::opened);
+    controller->open(path);
+    QThreadPool::globalInstance()->waitForDone();
+    for (int i = 0; i < turns; ++i) {
+        QCoreApplication::processEvents();
+    }
+    const bool wasReading = controller->activity() == DocumentController::Activity::reading;
+    controller.reset();
+    QCoreApplication::processEvents();
+    return wasReading && opened.isEmpty();
 }
 
 }  // namespace
@@ -80,16 +106,51 @@ private Q_SLOTS:
         QCOMPARE(controller.document().revision(), 1);
     }
 
-    void givesUpALongDocumentWithItsController() {
-        auto controller = std::make_unique<DocumentController>(QStringLiteral("Untitled"));
-        const QSignalSpy opened(controller.get(), &DocumentController::opened);
-        controller->open(fileWith("long.plist", longText()));
+    void findsRepeatedKeysOfLongDocuments() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        QSignalSpy opened(&controller, &DocumentController::opened);
+        controller.open(fileWith("keys.plist", longDictionary()));
+        QVERIFY(opened.wait());
+        PlistNode& root = controller.document().root();
+        const auto repeated = std::ranges::count_if(
+            root.children(), [](auto& child) { return child->isDuplicateKey(); });
+        QCOMPARE(repeated, 2);
+        QVERIFY(root.children().front()->isDuplicateKey());
+        QVERIFY(root.children().back()->isDuplicateKey());
+    }
+
+    /// The document stays what it was until the new content is complete.
+    void revertsToLongDocumentsInTurns() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        QSignalSpy opened(&controller, &DocumentController::opened);
+        QSignalSpy reverted(&controller, &DocumentController::reverted);
+        controller.open(fileWith("long.plist", openStepText));
+        QVERIFY(opened.wait());
+        const PlistNodePtr before(&controller.document().root());
+        fileWith("long.plist", longText());
+        controller.revert();
         QThreadPool::globalInstance()->waitForDone();
-        QCoreApplication::processEvents();
-        QCOMPARE(controller->activity(), DocumentController::Activity::reading);
-        controller.reset();
-        QCoreApplication::processEvents();
-        QCOMPARE(opened.count(), 0);
+        int turns = 0;
+        QTimer pulse;
+        connect(&pulse, &QTimer::timeout, this, [&turns, &controller, &before] {
+            turns += controller.activity() == DocumentController::Activity::reading &&
+                     &controller.document().root() == before.get();
+        });
+        pulse.start(0);
+        QVERIFY(reverted.wait());
+        QVERIFY2(turns >= 3, qPrintable(QString::number(turns)));
+        QCOMPARE(controller.document().root().childCount(), 100'000);
+        QVERIFY(controller.document().root().isMaterialized());
+        controller.undoManager().undo();
+        QCOMPARE(&controller.document().root(), before.get());
+    }
+
+    /// While its children are made, and while its keys are compared.
+    void givesUpALongDocumentWithItsController() {
+        QVERIFY(givesUpAfter(1, fileWith("long.plist", longText())));
+        for (int turns = 1; turns <= 5; ++turns) {
+            QVERIFY(givesUpAfter(turns, fileWith("keys.plist", longDictionary())));
+        }
     }
 
     void makesPathsAbsolute() {

@@ -33,6 +33,21 @@ class KeyTableTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void addsSomeAtATime() {
+        const auto nodes = nodesWithKeys({"a", "b", "a", "c", "b"});
+        QStringList pairs;
+        const auto note = [&pairs](std::size_t first, std::size_t second) {
+            pairs += QStringLiteral("%1=%2").arg(first).arg(second);
+        };
+        KeyTable table(nodes);
+        QVERIFY(!table.insertSome(2, note));
+        QCOMPARE(pairs, QStringList());
+        QVERIFY(!table.insertSome(1, note));
+        QCOMPARE(pairs, QStringList(QStringLiteral("0=2")));
+        QVERIFY(table.insertSome(99, note));
+        QCOMPARE(pairs.join(u' '), QStringLiteral("0=2 1=4"));
+    }
+
     void tellsOfRepeatedKeys() {
         QCOMPARE(repeatedAmong({"a", "", "b", "a", "", "a"}), QStringLiteral("0=3 1=4 0=5"));
         QCOMPARE(repeatedAmong({"a", "A", "b"}), QString());
