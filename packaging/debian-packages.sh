@@ -10,6 +10,7 @@ runPackages=(
     "ccache|makes repeated builds fast"
     "lld|links fast"
     "libutf8proc-dev|Unicode rules"
+    "libxxhash-dev|tells whether a file has changed"
     "qt6-base-dev|windows"
     "qt6-l10n-tools|message catalogues"
     "qt6-tools-dev|message catalogues"

@@ -22,7 +22,13 @@
 
 namespace {
 
-using ReadResult = std::variant<PlistFile, FileError>;
+struct ReadContent {
+    PlistFile file;
+    ContentDigest digest;
+};
+
+using ReadResult = std::variant<ReadContent, FileError>;
+using WriteResult = std::variant<ContentDigest, FileError>;
 
 FileError outOfMemory(FileError::Code code, const QString& path) {
     return {code, path, DocumentController::tr("There is not enough memory.")};
@@ -30,7 +36,9 @@ FileError outOfMemory(FileError::Code code, const QString& path) {
 
 ReadResult read(const QString& path) {
     try {
-        return PlistDocumentReader::read(path);
+        ReadContent content;
+        content.file = PlistDocumentReader::read(path, nullptr, &content.digest);
+        return content;
     } catch (const FileError& error) {
         return error;
     } catch (const std::bad_alloc&) {
@@ -38,12 +46,15 @@ ReadResult read(const QString& path) {
     }
 }
 
-std::optional<FileError> write(const PlistFile& file, const QString& path) {
+WriteResult write(const PlistFile& file, const QString& path) {
     try {
-        PlistDocumentWriter::write(file, path, nullptr, [](const QString& target, auto bytes) {
-            SafeWriter::write(target, bytes, StateFolder::recoveryPath());
-        });
-        return std::nullopt;
+        ContentDigest digest;
+        PlistDocumentWriter::write(
+            file, path, nullptr, [&digest](const QString& target, auto bytes) {
+                digest = ContentDigest::of(bytes);
+                SafeWriter::write(target, bytes, StateFolder::recoveryPath());
+            });
+        return digest;
     } catch (const FileError& error) {
         return error;
     } catch (const std::bad_alloc&) {
@@ -70,8 +81,10 @@ public:
     /// A turn of the event loop with so many takes a few milliseconds.
     static constexpr std::size_t perTurn = 20'000;
 
-    explicit FreshRoot(const PlistFile& file)
-        : root(PlistNode::create({}, file.root)), format(file.format) {
+    explicit FreshRoot(const ReadContent& content)
+        : root(PlistNode::create({}, content.file.root)),
+          format(content.file.format),
+          digest(content.digest) {
         if (root->isContainer()) {
             maker_.emplace(*root);
         }
@@ -94,6 +107,7 @@ public:
 
     const PlistNodePtr root;
     const PlistFormat format;
+    const ContentDigest digest;  ///< of the file
 
 private:
     std::optional<ChildrenMaker> maker_;
@@ -134,7 +148,7 @@ void DocumentController::beginReading(const QString& path,
                 setActivity(Activity::idle);
                 Q_EMIT(this->*failed)(*error);
             } else {
-                makeRoot(std::make_shared<FreshRoot>(std::get<PlistFile>(result)), finish);
+                makeRoot(std::make_shared<FreshRoot>(std::get<ReadContent>(result)), finish);
             }
         });
 }
@@ -144,12 +158,12 @@ void DocumentController::save(const QString& path) {
     begin(Activity::writing, file);
     BackgroundTask::run(
         *this, [content = document_.snapshot(), file] { return write(content, file); },
-        [this, file, state = undoManager_.state()](const std::optional<FileError>& error) {
+        [this, file, state = undoManager_.state()](const WriteResult& result) {
             setActivity(Activity::idle);
-            if (error) {
+            if (const auto* error = std::get_if<FileError>(&result)) {
                 Q_EMIT saveFailed(*error);
             } else {
-                finishWriting(file, state);
+                finishWriting(file, state, std::get<ContentDigest>(result));
             }
         });
 }
@@ -172,6 +186,7 @@ void DocumentController::makeRoot(const std::shared_ptr<FreshRoot>& fresh,
 
 void DocumentController::finishReading(const QString& path, const FreshRoot& fresh) {
     document_.apply(fresh.root, fresh.format);
+    baseDigest_ = fresh.digest;
     setPath(path);
     undoManager_.clear();
     undoManager_.setSavedState(undoManager_.state());
@@ -181,11 +196,14 @@ void DocumentController::finishReading(const QString& path, const FreshRoot& fre
 void DocumentController::finishReverting(const FreshRoot& fresh) {
     const PlistEditor editor(document_, &undoManager_);
     editor.replaceContent(fresh.root, fresh.format, tr("Revert to Saved"));
+    baseDigest_ = fresh.digest;
     undoManager_.setSavedState(undoManager_.state());
     Q_EMIT reverted();
 }
 
-void DocumentController::finishWriting(const QString& path, UndoManager::State state) {
+void DocumentController::finishWriting(const QString& path, UndoManager::State state,
+                                       const ContentDigest& digest) {
+    baseDigest_ = digest;
     setPath(path);
     undoManager_.setSavedState(state);
     Q_EMIT saved();

@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
+#include "app/model/ContentDigest.h"
 #include "app/model/FileError.h"
 #include "app/model/PlistDocument.h"
 #include "app/model/UndoManager.h"
@@ -40,6 +42,10 @@ public:
     const QString& claimedPath() const noexcept {
         return activity_ == Activity::reading ? readPath_ : path_;
     }
+
+    /// What the file held when it was read or written last, whichever was later. Nothing for a
+    /// document without a file.
+    const std::optional<ContentDigest>& baseDigest() const noexcept { return baseDigest_; }
 
     /// What to call the document: the last component of the path, or the untitled name.
     QString name() const;
@@ -90,7 +96,7 @@ private:
                   const std::function<void(const FreshRoot&)>& finish);
     void finishReading(const QString& path, const FreshRoot& fresh);
     void finishReverting(const FreshRoot& fresh);
-    void finishWriting(const QString& path, UndoManager::State state);
+    void finishWriting(const QString& path, UndoManager::State state, const ContentDigest& digest);
     void setActivity(Activity activity);
     void setPath(const QString& path);
 
@@ -99,5 +105,6 @@ private:
     QString untitledName_;
     QString path_;
     QString readPath_;
+    std::optional<ContentDigest> baseDigest_;
     Activity activity_ = Activity::idle;
 };

@@ -13,6 +13,7 @@
 #include "PlistCore/PlistBytes.h"
 #include "PlistCore/PlistCodec.h"
 #include "PlistCore/PlistError.h"
+#include "app/model/ContentDigest.h"
 #include "app/model/FileDescriptor.h"
 #include "app/model/FileError.h"
 #include "app/model/ProgressReporter.h"
@@ -73,12 +74,16 @@ PlistBytes wholeFile(const QString& path) {
 
 }  // namespace
 
-PlistFile PlistDocumentReader::read(const QString& path, ProgressReporter* progress) {
+PlistFile PlistDocumentReader::read(const QString& path, ProgressReporter* progress,
+                                    ContentDigest* digest) {
     const Signposter::Interval interval("Read");
     if (progress != nullptr) {
         progress->start(1);
     }
     const PlistBytes bytes = wholeFile(path);
+    if (digest != nullptr) {
+        *digest = ContentDigest::of(bytes.span());
+    }
     try {
         PlistFile file = PlistCodec::read(bytes.span());
         if (progress != nullptr) {

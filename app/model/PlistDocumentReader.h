@@ -4,6 +4,7 @@
 
 #include "PlistCore/PlistFile.h"
 
+class ContentDigest;
 class ProgressReporter;
 
 /// Reads files into snapshots. Touches no document and may be called from any thread.
@@ -12,7 +13,11 @@ namespace PlistDocumentReader {
 /// Reads the whole file into private memory (never mapped: another program may cut a mapped file
 /// short under us) and decodes it. Blocks. Throws `FileError`: `readFailed` with the system's
 /// reason for what cannot be read or is no regular file, `corruptFile` with the text of the
-/// `PlistError` for what is no property list. `progress` may be null.
-PlistFile read(const QString& path, ProgressReporter* progress = nullptr);
+/// `PlistError` for what is no property list. `progress` and `digest` may be null.
+///
+/// `digest` receives the digest of the bytes as soon as they are there, so also where they turn out
+/// to be no property list.
+PlistFile read(const QString& path, ProgressReporter* progress = nullptr,
+               ContentDigest* digest = nullptr);
 
 }  // namespace PlistDocumentReader

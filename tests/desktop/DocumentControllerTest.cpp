@@ -6,7 +6,9 @@
 #include <QThreadPool>
 #include <QTimer>
 #include <algorithm>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "PlistCore/PlistEntry.h"
@@ -274,6 +276,47 @@ private Q_SLOTS:
         QVERIFY(controller.isModified());
     }
 
+    void knowsWhatTheFileHeld() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        QVERIFY(!controller.baseDigest());
+        QSignalSpy opened(&controller, &DocumentController::opened);
+        const QString path = fileWith("base.plist", openStepText);
+        controller.open(path);
+        QVERIFY(opened.wait());
+        QCOMPARE(controller.baseDigest(), std::optional(digestOf(path)));
+
+        QSignalSpy saved(&controller, &DocumentController::saved);
+        controller.save(path);
+        QVERIFY(saved.wait());
+        QVERIFY(contentOf(path) != openStepText);
+        QCOMPARE(controller.baseDigest(), std::optional(digestOf(path)));
+
+        fileWith("base.plist", "{ name = other; }");
+        QSignalSpy reverted(&controller, &DocumentController::reverted);
+        controller.revert();
+        QVERIFY(reverted.wait());
+        QCOMPARE(controller.baseDigest(), std::optional(digestOf(path)));
+    }
+
+    /// What could not be read or written does not count.
+    void knowsWhatTheFileHeldAfterAFailure() {
+        DocumentController controller(QStringLiteral("Untitled"));
+        QSignalSpy opened(&controller, &DocumentController::opened);
+        const QString path = fileWith("kept.plist", openStepText);
+        controller.open(path);
+        QVERIFY(opened.wait());
+        const std::optional<ContentDigest> base = controller.baseDigest();
+
+        fileWith("kept.plist", "<plist>");
+        QSignalSpy notReverted(&controller, &DocumentController::revertFailed);
+        controller.revert();
+        QVERIFY(notReverted.wait());
+        QSignalSpy notSaved(&controller, &DocumentController::saveFailed);
+        controller.save(folder_.filePath(QStringLiteral("missing/kept.plist")));
+        QVERIFY(notSaved.wait());
+        QCOMPARE(controller.baseDigest(), base);
+    }
+
     void reportsWhatCannotBeWritten() {
         DocumentController controller(QStringLiteral("Untitled"));
         editorOf(controller).changeFormat(PlistFormat::binary);
@@ -306,6 +349,12 @@ private:
             qFatal("%s cannot be written", qUtf8Printable(path));
         }
         return path;
+    }
+
+    static ContentDigest digestOf(const QString& path) {
+        const QByteArray bytes = contentOf(path);
+        return ContentDigest::of({reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                                  static_cast<std::size_t>(bytes.size())});
     }
 
     static QByteArray contentOf(const QString& path) {

@@ -4,12 +4,14 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <cstdint>
 #include <optional>
 #include <thread>
 
 #include "PlistCore/PlistBytes.h"
 #include "PlistCore/PlistCodec.h"
 #include "PlistCore/PlistEntry.h"
+#include "app/model/ContentDigest.h"
 #include "app/model/FileError.h"
 #include "app/model/PlistDocument.h"
 #include "app/model/PlistDocumentReader.h"
@@ -105,6 +107,20 @@ private Q_SLOTS:
         const PlistFile file = PlistDocumentReader::read(path);
         QVERIFY(QFile::resize(path, 0));
         QVERIFY(file.root == sample());
+    }
+
+    void takesTheDigestOfWhatItReads() {
+        const auto digestOf = [](const QByteArray& bytes) {
+            return ContentDigest::of({reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                                      static_cast<std::size_t>(bytes.size())});
+        };
+        ContentDigest digest;
+        PlistDocumentReader::read(fileWith("{ a = b; }"), nullptr, &digest);
+        QCOMPARE(digest, digestOf("{ a = b; }"));
+        // Also of what is refused.
+        QVERIFY_EXCEPTION_THROWN(PlistDocumentReader::read(fileWith("<plist>"), nullptr, &digest),
+                                 FileError);
+        QCOMPARE(digest, digestOf("<plist>"));
     }
 
     void opensAnOpenStepFileAsXml() {
