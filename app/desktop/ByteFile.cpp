@@ -1,14 +1,19 @@
 #include "app/desktop/ByteFile.h"
 
+#include <fcntl.h>
+
 #include <QCoreApplication>
 #include <QFile>
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <new>
 
 #include "app/desktop/SafeWriter.h"
 #include "app/desktop/StateFolder.h"
+#include "app/model/FileDescriptor.h"
 #include "app/model/FileError.h"
+#include "app/model/FilePath.h"
 
 namespace {
 
@@ -23,8 +28,14 @@ QString reasonOf(const QFile& file) {
 }  // namespace
 
 ByteFile::Content ByteFile::read(const QString& path) try {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    const FileDescriptor descriptor(
+        ::open(FilePath::encoded(path).constData(), O_RDONLY | O_CLOEXEC));
+    if (!descriptor.isOpen()) {
+        return {{},
+                FileError::fromSystem(FileError::Code::readFailed, path, errno).failureReason()};
+    }
+    QFile file;
+    if (!file.open(descriptor.number(), QIODevice::ReadOnly)) {
         return {{}, reasonOf(file)};
     }
     Content content{file.readAll(), {}};

@@ -1,7 +1,5 @@
 #include "app/desktop/DocumentController.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QTimer>
 #include <new>
 #include <optional>
@@ -15,6 +13,7 @@
 #include "app/desktop/StateFolder.h"
 #include "app/model/ChildrenMaker.h"
 #include "app/model/DuplicateKeyFinder.h"
+#include "app/model/FilePath.h"
 #include "app/model/PlistDocumentReader.h"
 #include "app/model/PlistDocumentWriter.h"
 #include "app/model/PlistEditor.h"
@@ -60,10 +59,6 @@ WriteResult write(const PlistFile& file, const QString& path) {
     } catch (const std::bad_alloc&) {
         return outOfMemory(FileError::Code::writeFailed, path);
     }
-}
-
-QString absolutePath(const QString& path) {
-    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
 }
 
 }  // namespace
@@ -115,7 +110,7 @@ private:
 };
 
 QString DocumentController::name() const {
-    return path_.isEmpty() ? untitledName_ : QFileInfo(path_).fileName();
+    return path_.isEmpty() ? untitledName_ : FilePath::shownName(path_);
 }
 
 bool DocumentController::isPristine() const noexcept {
@@ -124,7 +119,7 @@ bool DocumentController::isPristine() const noexcept {
 }
 
 void DocumentController::open(const QString& path) {
-    const QString file = absolutePath(path);
+    const QString file = FilePath::absolute(path);
     beginReading(
         file, [this, file](const FreshRoot& fresh) { finishReading(file, fresh); },
         &DocumentController::openFailed);
@@ -154,7 +149,7 @@ void DocumentController::beginReading(const QString& path,
 }
 
 void DocumentController::save(const QString& path) {
-    const QString file = absolutePath(path);
+    const QString file = FilePath::absolute(path);
     begin(Activity::writing, file);
     BackgroundTask::run(
         *this, [content = document_.snapshot(), file] { return write(content, file); },

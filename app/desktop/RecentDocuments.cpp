@@ -1,8 +1,11 @@
 #include "app/desktop/RecentDocuments.h"
 
-#include <QFileInfo>
 #include <QSettings>
+#include <QUrl>
 #include <algorithm>
+#include <optional>
+
+#include "app/model/FilePath.h"
 
 namespace {
 
@@ -14,15 +17,32 @@ public:
     Settings()
         : QSettings(IniFormat, UserScope, QStringLiteral("tabulet"), QStringLiteral("tabulet")) {}
 
-    QStringList paths() const { return value(settingName).toStringList(); }
-    void setPaths(const QStringList& paths) { setValue(settingName, paths); }
+    QStringList paths() const {
+        QStringList paths;
+        for (const QString& uri : value(settingName).toStringList()) {
+            if (const std::optional<QString> path =
+                    FilePath::fromUri(QUrl::fromEncoded(uri.toLatin1()))) {
+                paths += *path;
+            }
+        }
+        return paths;
+    }
+
+    /// As addresses: a path need not be a text, and settings are.
+    void setPaths(const QStringList& paths) {
+        QStringList uris;
+        for (const QString& path : paths) {
+            uris += QString::fromLatin1(FilePath::toUri(path));
+        }
+        setValue(settingName, uris);
+    }
 };
 
 }  // namespace
 
 QStringList RecentDocuments::existingPaths() {
     QStringList paths = Settings().paths();
-    paths.removeIf([](const QString& path) { return !QFileInfo::exists(path); });
+    paths.removeIf([](const QString& path) { return !FilePath::exists(path); });
     return paths;
 }
 
@@ -40,5 +60,7 @@ void RecentDocuments::clear() {
 
 QString RecentDocuments::lastFolder() {
     const QStringList paths = Settings().paths();
-    return paths.isEmpty() ? QString() : QFileInfo(paths.first()).absolutePath();
+    const auto found = std::ranges::find_if(
+        paths, [](const QString& path) { return FilePath::exists(FilePath::folder(path)); });
+    return found == paths.end() ? QString() : FilePath::folder(*found);
 }

@@ -19,7 +19,8 @@ void add(const QString& path);
 
 void clear();
 
-/// The folder of the last file, where an open dialog best begins; empty without one.
+/// The folder of the last file whose folder is there, where an open dialog best begins; empty
+/// without one.
 QString lastFolder();
 
 }  // namespace RecentDocuments

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
-#include <QFile>
 #include <cerrno>
 #include <climits>
 #include <optional>
@@ -17,6 +16,7 @@
 #include "app/model/FileDescriptor.h"
 #include "app/model/FileError.h"
 #include "app/model/FileOutput.h"
+#include "app/model/FilePath.h"
 
 namespace {
 
@@ -172,7 +172,7 @@ void overwrite(const Save& save, const QString& safetyFolder) {
 
 void SafeWriter::write(const QString& path, std::span<const std::uint8_t> bytes,
                        const QString& safetyFolder) {
-    Save save{path, resolved(QFile::encodeName(path)), std::nullopt, bytes};
+    Save save{path, resolved(FilePath::encoded(path)), std::nullopt, bytes};
     examine(save);
     if (!replace(save)) {
         overwrite(save, safetyFolder);

@@ -4,8 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QUuid>
@@ -17,6 +15,7 @@
 #include "app/desktop/FileFolder.h"
 #include "app/model/FileDescriptor.h"
 #include "app/model/FileOutput.h"
+#include "app/model/FilePath.h"
 
 namespace {
 
@@ -72,17 +71,17 @@ int makeFolder(const QByteArray& folder) {
 
 SafetyCopy::SafetyCopy(const QString& folder, const QByteArray& target) : target_(target) {
     const QByteArray name =
-        QFile::encodeName(folder) + '/' + QUuid::createUuid().toByteArray(QUuid::WithoutBraces);
+        FilePath::encoded(folder) + '/' + QUuid::createUuid().toByteArray(QUuid::WithoutBraces);
     copy_ = name + ".old";
     record_ = name + ".json";
-    error_ = make(QFile::encodeName(folder));
+    error_ = make(FilePath::encoded(folder));
     if (error_ != 0) {
         remove();
     }
 }
 
 QString SafetyCopy::path() const {
-    return QFile::decodeName(copy_);
+    return FilePath::shown(FilePath::decoded(copy_));
 }
 
 int SafetyCopy::make(const QByteArray& folder) {

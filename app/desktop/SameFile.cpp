@@ -2,13 +2,12 @@
 
 #include <sys/stat.h>
 
-#include <QFile>
-#include <QFileInfo>
+#include "app/model/FilePath.h"
 
 namespace {
 
 bool find(const QString& path, struct stat& status) {
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0;
+    return ::stat(FilePath::encoded(path).constData(), &status) == 0;
 }
 
 }  // namespace
@@ -21,5 +20,5 @@ bool isSameFile(const QString& one, const QString& other) {
         return false;
     }
     return isThere ? first.st_dev == second.st_dev && first.st_ino == second.st_ino
-                   : QFileInfo(one).absoluteFilePath() == QFileInfo(other).absoluteFilePath();
+                   : FilePath::absolute(one) == FilePath::absolute(other);
 }

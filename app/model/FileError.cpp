@@ -1,14 +1,15 @@
 #include "app/model/FileError.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <cstring>
 #include <utility>
+
+#include "app/model/FilePath.h"
 
 namespace {
 
 QString messageFor(FileError::Code code, const QString& path) {
-    const QString name = QFileInfo(path).fileName();
+    const QString name = FilePath::shownName(path);
     switch (code) {
         case FileError::Code::readFailed:
             return QCoreApplication::translate("FileError", "The file “%1” could not be read.")

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
-#include <QFile>
 #include <cerrno>
 #include <cstddef>
 #include <string>
@@ -16,6 +15,7 @@
 #include "app/model/ContentDigest.h"
 #include "app/model/FileDescriptor.h"
 #include "app/model/FileError.h"
+#include "app/model/FilePath.h"
 #include "app/model/ProgressReporter.h"
 #include "app/model/Signposter.h"
 
@@ -43,7 +43,7 @@ void requireRegularFile(const struct stat& status, const QString& path) {
 PlistBytes wholeFile(const QString& path) {
     // A pipe without a writer would hold the call up before its kind can be asked.
     FileDescriptor file(
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+        ::open(FilePath::encoded(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.isOpen()) {
         failReading(path, errno);
     }

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <QFile>
 #include <cerrno>
 
 #include "PlistCore/PlistBytes.h"
@@ -12,6 +11,7 @@
 #include "app/model/FileDescriptor.h"
 #include "app/model/FileError.h"
 #include "app/model/FileOutput.h"
+#include "app/model/FilePath.h"
 #include "app/model/ProgressReporter.h"
 #include "app/model/Signposter.h"
 
@@ -56,7 +56,7 @@ void PlistDocumentWriter::write(const PlistFile& file, const QString& path,
 void PlistDocumentWriter::writeBytes(const QString& path, std::span<const std::uint8_t> bytes) {
     // Not cut to nothing when opened: a disk that is full then leaves the old end of the file.
     FileDescriptor file(
-        ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_CLOEXEC, newFileMode));
+        ::open(FilePath::encoded(path).constData(), O_WRONLY | O_CREAT | O_CLOEXEC, newFileMode));
     if (!file.isOpen()) {
         failWriting(path, errno);
     }

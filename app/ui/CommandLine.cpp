@@ -8,6 +8,8 @@
 #include <iostream>
 #include <string_view>
 
+#include "app/model/FilePath.h"
+
 namespace {
 
 QString translated(const char* text) {
@@ -28,7 +30,12 @@ bool CommandLine::asksForText(std::span<char* const> arguments) {
     return std::find_first_of(arguments.begin(), end, words.begin(), words.end()) != end;
 }
 
-CommandLine CommandLine::parse(const QStringList& arguments) {
+CommandLine CommandLine::parse(std::span<char* const> arguments) {
+    // Names of files need not be texts, as the application's own list of arguments takes them.
+    QStringList texts;
+    for (const char* argument : arguments) {
+        texts += FilePath::decoded(argument);
+    }
     QCommandLineParser parser;
     parser.setApplicationDescription(translated("An editor for property lists."));
     parser.addHelpOption();
@@ -40,7 +47,7 @@ CommandLine CommandLine::parse(const QStringList& arguments) {
     parser.addOption(picture);
     parser.addPositionalArgument(QStringLiteral("file"), translated("The property lists to open."),
                                  QStringLiteral("[file\u2026]"));
-    parser.process(arguments);
+    parser.process(texts);
 
     CommandLine result{parser.positionalArguments(), parser.value(picture)};
     if (parser.isSet(picture) && (result.paths.size() != 1 || result.picturePath.isEmpty())) {

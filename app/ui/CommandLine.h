@@ -15,7 +15,7 @@ struct CommandLine {
     /// Whether the arguments only ask for something to be printed, which needs no display.
     static bool asksForText(std::span<char* const> arguments);
 
-    /// Understands the arguments of the program, the first of which is its name. Prints help and
-    /// version, and errors, and then ends the process.
-    static CommandLine parse(const QStringList& arguments);
+    /// Understands the arguments of the program as the system gave them, the first of which is its
+    /// name. Prints help and version, and errors, and then ends the process.
+    static CommandLine parse(std::span<char* const> arguments);
 };

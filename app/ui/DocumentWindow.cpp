@@ -4,14 +4,15 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QUrl>
+#include <optional>
 
+#include "app/model/FilePath.h"
 #include "app/ui/DocumentToolBar.h"
 #include "app/ui/DocumentView.h"
 #include "app/ui/EditMenu.h"
@@ -34,8 +35,8 @@ QString titleFor(QString name) {
 QStringList localFilesOf(const QMimeData& data) {
     QStringList paths;
     for (const QUrl& url : data.urls()) {
-        if (url.isLocalFile()) {
-            paths.append(url.toLocalFile());
+        if (const std::optional<QString> path = FilePath::fromUri(url)) {
+            paths.append(*path);
         }
     }
     return paths;
@@ -107,7 +108,7 @@ void DocumentWindow::followController() {
 
 void DocumentWindow::updateTitle() {
     setWindowTitle(titleFor(controller_.name()));
-    setWindowFilePath(controller_.path());
+    setWindowFilePath(FilePath::shown(controller_.path()));
 }
 
 void DocumentWindow::updateFileMenu() {
@@ -137,7 +138,7 @@ void DocumentWindow::dropEvent(QDropEvent* event) {
 }
 
 void DocumentWindow::open(const QString& path) {
-    const QString name = QFileInfo(path).fileName();
+    const QString name = FilePath::shownName(path);
     setWindowTitle(titleFor(name));
     progress_->start(tr("Opening “%1”\u2026").arg(name));
     pages_->setCurrentWidget(progress_);

@@ -2,8 +2,9 @@
 
 #include <QCoreApplication>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QStringList>
+
+#include "app/model/FilePath.h"
 
 namespace {
 
@@ -43,8 +44,8 @@ QFileDialog* FileDialogs::saving(QWidget& window, const QString& path, const QSt
     if (path.isEmpty()) {
         dialog->selectFile(name + u'.' + QLatin1String(fileSuffix));
     } else {
-        dialog->setDirectory(QFileInfo(path).absolutePath());
-        dialog->selectFile(QFileInfo(path).fileName());
+        dialog->setDirectory(FilePath::folder(path));
+        dialog->selectFile(FilePath::shownName(path));
     }
     return dialog;
 }

@@ -1,18 +1,18 @@
 #include "app/ui/RecentMenu.h"
 
-#include <QFileInfo>
 #include <QHash>
 
 #include "app/desktop/RecentDocuments.h"
+#include "app/model/FilePath.h"
 
 namespace {
 
 /// The name of a file, with its folder where other files have the same name.
 QString titleFor(const QString& path, const QHash<QString, int>& namesakes) {
-    const QFileInfo file(path);
-    const QString name = file.fileName();
-    const QString title =
-        namesakes[name] > 1 ? RecentMenu::tr("%1 (%2)").arg(name, file.absolutePath()) : name;
+    const QString name = FilePath::shownName(path);
+    const QString title = namesakes[name] > 1 ? RecentMenu::tr("%1 (%2)").arg(
+                                                    name, FilePath::shown(FilePath::folder(path)))
+                                              : name;
     // A single one would underline the letter behind it.
     return QString(title).replace(u'&', QStringLiteral("&&"));
 }
@@ -29,11 +29,11 @@ void RecentMenu::fill() {
     const QStringList paths = RecentDocuments::existingPaths();
     QHash<QString, int> namesakes;
     for (const QString& path : paths) {
-        ++namesakes[QFileInfo(path).fileName()];
+        ++namesakes[FilePath::shownName(path)];
     }
     for (const QString& path : paths) {
         QAction* item = addAction(titleFor(path, namesakes));
-        item->setStatusTip(path);
+        item->setStatusTip(FilePath::shown(path));
         connect(item, &QAction::triggered, this, [this, path] { Q_EMIT pathChosen(path); });
     }
     addSeparator();

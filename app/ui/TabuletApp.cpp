@@ -2,13 +2,13 @@
 
 #include <QApplication>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QTimer>
 #include <QTranslator>
 #include <algorithm>
 
 #include "app/desktop/RecentDocuments.h"
 #include "app/desktop/SameFile.h"
+#include "app/model/FilePath.h"
 #include "app/ui/DocumentWindow.h"
 #include "app/ui/FileDialogs.h"
 
@@ -119,7 +119,7 @@ DocumentWindow* TabuletApp::pristineWindow() const {
 void TabuletApp::askForFiles(DocumentWindow& window) const {
     const QString& path = window.controller().path();
     QFileDialog* dialog = FileDialogs::opening(
-        window, path.isEmpty() ? RecentDocuments::lastFolder() : QFileInfo(path).absolutePath());
+        window, path.isEmpty() ? RecentDocuments::lastFolder() : FilePath::folder(path));
     connect(dialog, &QFileDialog::filesSelected, this, &TabuletApp::open);
     dialog->open();
 }

@@ -1,9 +1,12 @@
 #include "app/ui/WindowPicture.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QPixmap>
 #include <iostream>
 
+#include "app/desktop/ByteFile.h"
+#include "app/model/FilePath.h"
 #include "app/ui/DocumentWindow.h"
 
 namespace {
@@ -14,10 +17,15 @@ void fail(const QString& message) {
 }
 
 void savePicture(DocumentWindow& window, const QString& path) {
-    if (window.grab().save(path, "PNG")) {
+    QBuffer bytes;
+    bytes.open(QIODevice::WriteOnly);
+    window.grab().save(&bytes, "PNG");
+    const QString error = ByteFile::write(path, bytes.data());
+    if (error.isEmpty()) {
         QCoreApplication::exit(0);
     } else {
-        fail(DocumentWindow::tr("The picture “%1” could not be written.").arg(path));
+        fail(DocumentWindow::tr("The picture “%1” could not be written. %2")
+                 .arg(FilePath::shown(path), error));
     }
 }
 

@@ -12,14 +12,15 @@ namespace {
 int printText(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     TabuletApp::setUp(QStringLiteral(TABULET_VERSION));
-    CommandLine::parse(QCoreApplication::arguments());
+    CommandLine::parse({argv, static_cast<std::size_t>(argc)});
     return 0;
 }
 
 int showWindows(int argc, char** argv) {
     const QApplication application(argc, argv);
     TabuletApp::setUp(QStringLiteral(TABULET_VERSION));
-    const CommandLine commandLine = CommandLine::parse(QCoreApplication::arguments());
+    // Those that are meant for the toolkit have been taken out.
+    const CommandLine commandLine = CommandLine::parse({argv, static_cast<std::size_t>(argc)});
 
     TabuletApp app;
     if (commandLine.picturePath.isEmpty()) {

@@ -2,8 +2,11 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <cstdio>
 
+#include "app/desktop/ByteFile.h"
 #include "app/desktop/RecentDocuments.h"
+#include "app/model/FilePath.h"
 
 class RecentDocumentsTest : public QObject {
     Q_OBJECT
@@ -36,6 +39,33 @@ private Q_SLOTS:
         QCOMPARE(RecentDocuments::existingPaths(), QStringList(a));
         file("b.plist");
         QCOMPARE(RecentDocuments::existingPaths(), (QStringList{b, a}));
+    }
+
+    void keepsNamesThatAreNoTexts() {
+        const QString path =
+            FilePath::decoded(QFile::encodeName(folder_.path()) + "/%41 \xE9\xC3\xA9;.plist");
+        QCOMPARE(ByteFile::write(path, "x"), QString());
+        RecentDocuments::add(path);
+        QCOMPARE(RecentDocuments::existingPaths(), QStringList(path));
+        // (The temporary folder cannot delete such a file itself.)
+        QCOMPARE(std::remove(FilePath::encoded(path).constData()), 0);
+    }
+
+    void beginsInAFolderThatIsThere() {
+        QDir folder(folder_.path());
+        QVERIFY(folder.mkdir(QStringLiteral("sub")));
+        RecentDocuments::add(file("a.plist"));
+        RecentDocuments::add(file("sub/b.plist"));
+        QCOMPARE(RecentDocuments::lastFolder(), folder_.filePath(QStringLiteral("sub")));
+        QVERIFY(QDir(folder_.filePath(QStringLiteral("sub"))).removeRecursively());
+        QCOMPARE(RecentDocuments::lastFolder(), folder_.path());
+    }
+
+    void clears() {
+        RecentDocuments::add(file("a.plist"));
+        RecentDocuments::clear();
+        QVERIFY(RecentDocuments::existingPaths().isEmpty());
+        QCOMPARE(RecentDocuments::lastFolder(), QString());
     }
 
     void remembersOnlySoMany() {

@@ -1,29 +1,45 @@
+#include <QByteArrayList>
 #include <QTest>
 #include <array>
+#include <vector>
 
+#include "app/model/FilePath.h"
 #include "app/ui/CommandLine.h"
+
+namespace {
+
+CommandLine parsed(QByteArrayList arguments) {
+    std::vector<char*> pointers;
+    for (QByteArray& argument : arguments) {
+        pointers.push_back(argument.data());
+    }
+    return CommandLine::parse(pointers);
+}
+
+}  // namespace
 
 class CommandLineTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void takesFiles() {
-        const CommandLine line = CommandLine::parse(
-            {QStringLiteral("tabulet"), QStringLiteral("a.plist"), QStringLiteral("b c.plist")});
+        const CommandLine line = parsed({"tabulet", "a.plist", "b c.plist"});
         QCOMPARE(line.paths, (QStringList{QStringLiteral("a.plist"), QStringLiteral("b c.plist")}));
         QVERIFY(line.picturePath.isEmpty());
     }
 
     void takesFilesThatLookLikeOptions() {
-        const CommandLine line = CommandLine::parse(
-            {QStringLiteral("tabulet"), QStringLiteral("--"), QStringLiteral("--help")});
+        const CommandLine line = parsed({"tabulet", "--", "--help"});
         QCOMPARE(line.paths, QStringList{QStringLiteral("--help")});
     }
 
+    void takesFilesWhoseNamesAreNoTexts() {
+        const CommandLine line = parsed({"tabulet", "\xE9\xC3\xA9 .plist"});
+        QCOMPARE(FilePath::encoded(line.paths.first()), QByteArray("\xE9\xC3\xA9 .plist"));
+    }
+
     void takesPicture() {
-        const CommandLine line =
-            CommandLine::parse({QStringLiteral("tabulet"), QStringLiteral("--picture"),
-                                QStringLiteral("p.png"), QStringLiteral("a.plist")});
+        const CommandLine line = parsed({"tabulet", "--picture", "p.png", "a.plist"});
         QCOMPARE(line.picturePath, QStringLiteral("p.png"));
         QCOMPARE(line.paths, QStringList{QStringLiteral("a.plist")});
     }

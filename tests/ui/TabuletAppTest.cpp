@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <QByteArrayList>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QMimeData>
@@ -10,8 +11,12 @@
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
+#include <filesystem>
 #include <memory>
 
+#include "app/desktop/ByteFile.h"
+#include "app/desktop/RecentDocuments.h"
+#include "app/model/FilePath.h"
 #include "app/ui/DocumentView.h"
 #include "app/ui/DocumentWindow.h"
 #include "app/ui/PlistTable.h"
@@ -107,6 +112,43 @@ private Q_SLOTS:
         QCOMPARE(app_->windows().size(), 1);
     }
 
+    void takesFilesWhoseNamesAreNoTexts() {
+        const QByteArray name = QFile::encodeName(folder_->path()) + "/caf\xE9 %25.plist";
+        const QString path = FilePath::decoded(name);
+        QCOMPARE(ByteFile::write(path, Samples::bytes(Samples::numbers(3), PlistFormat::xml)),
+                 QString());
+        app_->start({});
+        QMimeData data;
+        data.setData(QStringLiteral("text/uri-list"),
+                     name.toPercentEncoding("/").prepend("file://"));
+        QVERIFY(DragOver(viewport(), data).enterAndDrop({50, 200}).isAccepted);
+        QTRY_COMPARE(rowsOf(0), 4);
+        QCOMPARE(window(0).windowTitle(), QStringLiteral("caf\uFFFD %25.plist[*]"));
+
+        window(0).view().actions().changeFormat(PlistFormat::binary);
+        window(0).save();
+        QTRY_VERIFY(!window(0).controller().isModified());
+        QVERIFY(ByteFile::read(path).bytes.startsWith("bplist00"));
+        QCOMPARE(filesIn(folder_->path()), QByteArrayList{name});
+        QCOMPARE(RecentDocuments::existingPaths().first(), path);
+
+        app_->open(RecentDocuments::existingPaths().first(1));
+        QCOMPARE(app_->windows().size(), 1);
+        window(0).close();
+        QTRY_COMPARE(app_->windows().size(), 0);
+        app_->open(RecentDocuments::existingPaths().first(1));
+        QTRY_COMPARE(rowsOf(0), 4);
+        // (The temporary folder cannot delete such a file itself.)
+        QCOMPARE(::unlink(name.constData()), 0);
+    }
+
+    void namesFilesThatAreNoTextsInErrors() {
+        app_->start({FilePath::decoded("/caf\xE9/gone.\xE9")});
+        QTRY_VERIFY(window(0).findChild<QMessageBox*>() != nullptr);
+        QCOMPARE(window(0).findChild<QMessageBox*>()->text(),
+                 QStringLiteral("The file “gone.\uFFFD” could not be read."));
+    }
+
     void numbersNewDocuments() {
         app_->start({});
         Q_EMIT window(0).newChosen();
@@ -188,6 +230,15 @@ private Q_SLOTS:
     }
 
 private:
+    /// The paths as the system has them.
+    static QByteArrayList filesIn(const QString& folder) {
+        QByteArrayList paths;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.toStdString())) {
+            paths += QByteArray::fromStdString(entry.path().string());
+        }
+        return paths;
+    }
+
     DocumentWindow& window(qsizetype number) { return *app_->windows().at(number); }
 
     QWidget& viewport() { return *window(0).view().table().viewport(); }

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <optional>
+
+class QUrl;
+
+/// Paths of files as texts that lose nothing.
+///
+/// To the system a path is bytes, of any kind but NUL. In the texts here each byte that is no part
+/// of well-formed UTF-8 is a lone surrogate, U+DC80 for 0x80 to U+DCFF for 0xFF, which no decoded
+/// text contains; so the bytes come back exactly. The scheme is that of PEP 383 ("surrogateescape",
+/// Python Enhancement Proposals, 2009). Whoever calls the system uses `encoded`, and whoever shows
+/// a path to people uses `shown` or `shownName`.
+namespace FilePath {
+
+QString decoded(const QByteArray& bytes);
+
+/// The exact reverse of `decoded`.
+QByteArray encoded(const QString& path);
+
+/// The path for people: what is no text is a replacement mark.
+QString shown(const QString& path);
+
+/// The last component, for people.
+QString shownName(const QString& path);
+
+/// What is before the last component of an absolute path; "/" for what is in the root.
+QString folder(const QString& path);
+
+/// The path from the root, without empty components, "." and "..". Those ".." that stand behind a
+/// link stay: they lead elsewhere than the text says.
+QString absolute(const QString& path);
+
+/// Whether something is there, links followed.
+bool exists(const QString& path);
+
+/// The address of an absolute path, in ASCII.
+QByteArray toUri(const QString& path);
+
+/// The path that the address of a file on this machine names; nothing for other addresses.
+std::optional<QString> fromUri(const QUrl& uri);
+
+}  // namespace FilePath
