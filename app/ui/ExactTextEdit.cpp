@@ -39,6 +39,7 @@ std::optional<QTextCursor::MoveOperation> deletedBy(const QKeyEvent& event) {
 
 ExactTextEdit::ExactTextEdit(QWidget* parent) : QPlainTextEdit(parent) {
     connect(this, &QPlainTextEdit::cursorPositionChanged, this, &ExactTextEdit::stayOffMarks);
+    connect(this, &QPlainTextEdit::selectionChanged, this, &ExactTextEdit::stayOffMarks);
 }
 
 bool ExactTextEdit::setExactText(const QString& text) {
@@ -58,6 +59,13 @@ QString ExactTextEdit::exactText() const {
 }
 
 void ExactTextEdit::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::InsertLineSeparator) && !isReadOnly()) {
+        // The base would insert U+2028, which looks like a line break and is none in most files.
+        textCursor().insertBlock();
+        ensureCursorVisible();
+        event->accept();
+        return;
+    }
     const std::optional<QTextCursor::MoveOperation> reach = deletedBy(*event);
     if (reach && !isReadOnly() && !textCursor().hasSelection()) {
         joinSections(*reach);
@@ -70,15 +78,24 @@ void ExactTextEdit::keyPressEvent(QKeyEvent* event) {
 void ExactTextEdit::stayOffMarks() {
     QTextCursor cursor = textCursor();
     const int position = cursor.position();
-    if (document()->characterAt(position) == LongLines::mark) {
-        const bool comesFromBehind = lastPosition_ == position + 1 && position > 0;
-        lastPosition_ = comesFromBehind ? position - 1 : position + 1;
-        cursor.setPosition(lastPosition_, cursor.hasSelection() ? QTextCursor::KeepAnchor
-                                                                : QTextCursor::MoveAnchor);
+    const int anchor = cursor.anchor();
+    lastPosition_ = placeOffMark(position, lastPosition_ == position + 1);
+    // Where three clicks begin to select, for one. A selection becomes smaller rather than larger.
+    const int newAnchor =
+        anchor == position ? lastPosition_ : placeOffMark(anchor, anchor > position);
+    if (lastPosition_ != position || newAnchor != anchor) {
+        cursor.setPosition(newAnchor);
+        cursor.setPosition(lastPosition_, QTextCursor::KeepAnchor);
         setTextCursor(cursor);
-    } else {
-        lastPosition_ = position;
     }
+}
+
+/// The place before or behind a mark and what parts the sections there, instead of between them.
+int ExactTextEdit::placeOffMark(int place, bool isBefore) const {
+    if (document()->characterAt(place) != LongLines::mark) {
+        return place;
+    }
+    return isBefore && place > 0 ? place - 1 : place + 1;
 }
 
 /// Joins the sections between which something is about to be deleted: the key shall delete what is

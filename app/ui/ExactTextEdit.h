@@ -25,6 +25,7 @@ protected:
 
 private:
     void stayOffMarks();
+    int placeOffMark(int place, bool isBefore) const;
     void joinSections(QTextCursor::MoveOperation reach);
 
     QString lineBreak_ = QStringLiteral("\n");

@@ -94,6 +94,19 @@ private Q_SLOTS:
         QCOMPARE(edit.exactText(), QStringLiteral("one\n"));
     }
 
+    /// The toolkit would insert U+2028, which nobody sees and few programs expect in a file.
+    void returnInsertsNothingElseWithShift() {
+        ExactTextEdit edit;
+        edit.setExactText(QStringLiteral("one\r\ntwo"));
+        edit.moveCursor(QTextCursor::End);
+        QTest::keyClick(&edit, Qt::Key_Return, Qt::ShiftModifier);
+        QTest::keyClick(&edit, Qt::Key_Enter, Qt::ShiftModifier | Qt::KeypadModifier);
+        QCOMPARE(edit.exactText(), QStringLiteral("one\r\ntwo\r\n\r\n"));
+        edit.setReadOnly(true);
+        QTest::keyClick(&edit, Qt::Key_Return, Qt::ShiftModifier);
+        QCOMPARE(edit.exactText(), QStringLiteral("one\r\ntwo\r\n\r\n"));
+    }
+
     void copiesTheExactText() {
         const QString text = longLine() + QStringLiteral("\r\nnext\u00A0line");
         ExactTextEdit edit;
@@ -168,6 +181,37 @@ private Q_SLOTS:
         QTest::keyClick(&edit, Qt::Key_Home, Qt::ShiftModifier);
         QTest::keyClick(&edit, Qt::Key_Delete);
         QCOMPARE(edit.exactText(), longLine().remove(end, 3));
+    }
+
+    /// Three clicks select a section as if it were a line, from before its mark on.
+    void deletesWhatThreeClicksSelect_data() {
+        QTest::addColumn<int>("section");
+        QTest::newRow("first") << 0;
+        QTest::newRow("middle") << 1;
+        QTest::newRow("last") << 3;
+    }
+
+    void deletesWhatThreeClicksSelect() {
+        QFETCH(int, section);
+        const QString text = longLine().replace(u'5', u' ');
+        ExactTextEdit edit;
+        edit.setExactText(text);
+        QCOMPARE(edit.document()->blockCount(), 4);
+        const QTextBlock block = edit.document()->findBlockByNumber(section);
+        const QString shown = block.text().remove(LongLines::mark);
+        QString others;
+        for (QTextBlock each = edit.document()->begin(); each.isValid(); each = each.next()) {
+            others += each == block ? QString() : each.text().remove(LongLines::mark);
+        }
+        edit.show();
+        putCursor(edit, block.position() + 2);
+        edit.centerCursor();
+        const QPoint place = edit.cursorRect().center();
+        QTest::mouseDClick(edit.viewport(), Qt::LeftButton, {}, place);
+        QTest::mouseClick(edit.viewport(), Qt::LeftButton, {}, place);
+        QVERIFY(edit.textCursor().selectedText().contains(shown));
+        QTest::keyClick(&edit, Qt::Key_Delete);
+        QCOMPARE(edit.exactText(), others);
     }
 
     void stepsOverTheSeam() {
