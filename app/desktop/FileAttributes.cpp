@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QByteArrayList>
+#include <algorithm>
 #include <cerrno>
 #include <optional>
 
@@ -27,6 +28,17 @@ std::optional<QByteArrayList> names(int file) {
     QByteArrayList found = list.split('\0');
     found.removeAll(QByteArray());
     return found;
+}
+
+/// Takes away what a new file got from its folder and the old one has not: the access-control list
+/// may name people who had no rights. (Other kinds of attributes do not come from folders, or may
+/// not be removed.)
+bool removeOthers(int target, const QByteArrayList& kept) {
+    const std::optional<QByteArrayList> attributes = names(target);
+    return attributes && std::ranges::all_of(*attributes, [target, &kept](const QByteArray& name) {
+               return !name.startsWith("system.") || kept.contains(name) ||
+                      ::fremovexattr(target, name.constData()) == 0;
+           });
 }
 
 bool copyAttribute(int source, int target, const QByteArray& name) {
@@ -55,14 +67,14 @@ bool FileAttributes::copy(int source, int target) {
     if (hasOtherOwner && ::fchown(target, from.st_uid, from.st_gid) != 0) {
         return false;
     }
+    const std::optional<QByteArrayList> attributes = names(source);
+    if (!attributes || !removeOthers(target, *attributes)) {
+        return false;
+    }
     // After the owner, which takes the bits for other identities away; before the access-control
     // list, which changes those of the group.
     constexpr mode_t permissions = 07777;
     if (::fchmod(target, from.st_mode & permissions) != 0) {
-        return false;
-    }
-    const std::optional<QByteArrayList> attributes = names(source);
-    if (!attributes) {
         return false;
     }
     for (const QByteArray& name : *attributes) {

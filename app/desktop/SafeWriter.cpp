@@ -131,6 +131,17 @@ bool replace(const Save& save) {
     return true;
 }
 
+/// Writing takes the bits for other identities away from the mode. Only the owner of the file can
+/// put them back.
+void keepMode(const Save& save, int file) {
+    constexpr mode_t permissions = 07777;
+    struct stat status {};
+    if (::fstat(file, &status) == 0 && status.st_mode != save.old->st_mode) {
+        // Whoever may not do that has saved nevertheless.
+        static_cast<void>(::fchmod(file, save.old->st_mode & permissions));
+    }
+}
+
 /// Writes over the old content. The room is taken first, so that a full disk is found before the
 /// first byte is overwritten.
 int writeOver(const Save& save, FileDescriptor& file) {
@@ -145,6 +156,7 @@ int writeOver(const Save& save, FileDescriptor& file) {
     if (::ftruncate(file.number(), size) != 0) {
         return errno;
     }
+    keepMode(save, file.number());
     const int error = FileOutput::synchronize(file.number());
     return error != 0 ? error : file.close();
 }

@@ -31,6 +31,17 @@ void make(const QString& path, const QByteArray& bytes = oldBytes) {
     QCOMPARE(file.write(bytes), bytes.size());
 }
 
+/// user::rw- user:65534:r-- group::r-- mask::rw- other::---, in the system's own form.
+QByteArray listOfRights() {
+    return QByteArray::fromHex(
+        "02000000"
+        "01000600ffffffff"
+        "02000400feff0000"
+        "04000400ffffffff"
+        "10000600ffffffff"
+        "20000000ffffffff");
+}
+
 struct stat statusOf(const QString& path) {
     struct stat status {};
     ::lstat(QFile::encodeName(path).constData(), &status);
@@ -108,17 +119,10 @@ private Q_SLOTS:
         QCOMPARE(read(path()), newBytes);
     }
 
-    /// user::rw- user:65534:r-- group::r-- mask::rw- other::---, in the system's own form.
     void keepsAccessControlLists() {
         make(path());
         const QByteArray name = QFile::encodeName(path());
-        const QByteArray list = QByteArray::fromHex(
-            "02000000"
-            "01000600ffffffff"
-            "02000400feff0000"
-            "04000400ffffffff"
-            "10000600ffffffff"
-            "20000000ffffffff");
+        const QByteArray list = listOfRights();
         const auto size = static_cast<std::size_t>(list.size());
         if (::setxattr(name.constData(), "system.posix_acl_access", list.constData(), size, 0) !=
             0) {
@@ -129,6 +133,23 @@ private Q_SLOTS:
         QCOMPARE(::getxattr(name.constData(), "system.posix_acl_access", kept.data(), size),
                  static_cast<ssize_t>(size));
         QCOMPARE(kept, list);
+    }
+
+    /// A folder may give rights to every file that is made in it; those the old file did not have.
+    void takesOverNoRightsFromTheFolder() {
+        make(path());
+        QVERIFY(::chmod(QFile::encodeName(path()).constData(), 0660) == 0);
+        const QByteArray list = listOfRights();
+        if (::setxattr(QFile::encodeName(folder_->path()).constData(), "system.posix_acl_default",
+                       list.constData(), static_cast<std::size_t>(list.size()), 0) != 0) {
+            QSKIP("The file system has no access-control lists.");
+        }
+        write(path(), newBytes);
+        QCOMPARE(::getxattr(QFile::encodeName(path()).constData(), "system.posix_acl_access",
+                            nullptr, 0),
+                 ssize_t{-1});
+        QCOMPARE(statusOf(path()).st_mode & 07777, mode_t{0660});
+        QCOMPARE(read(path()), newBytes);
     }
 
     void followsLinks() {
@@ -161,6 +182,18 @@ private Q_SLOTS:
         }
         QVERIFY(QDir(safetyFolder()).isEmpty());
         QCOMPARE(statusOf(safetyFolder()).st_mode & 07777, mode_t{0700});
+    }
+
+    /// The system takes the bit away when somebody without rights of their own writes to the file.
+    void keepsTheModeOfWhatItOverwrites() {
+        QVERIFY(OrdinaryUser::does([this] {
+            constexpr mode_t mode = 02775;
+            const QByteArray name = QFile::encodeName(path());
+            make(path());
+            return ::link(name.constData(), QFile::encodeName(path("other")).constData()) == 0 &&
+                   ::chmod(name.constData(), mode) == 0 && !failureOf(path(), newBytes) &&
+                   (statusOf(path()).st_mode & 07777) == mode && read(path("other")) == newBytes;
+        }));
     }
 
     void takesTheLongestNames() {
