@@ -1,6 +1,7 @@
 #include "app/desktop/ByteFile.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <QCoreApplication>
 #include <QFile>
@@ -25,14 +26,36 @@ QString reasonOf(const QFile& file) {
     return file.errorString() + u'.';
 }
 
+QString reasonFor(const QString& path, int errorNumber) {
+    return FileError::fromSystem(FileError::Code::readFailed, path, errorNumber).failureReason();
+}
+
+/// Why an open file cannot be read as a whole; empty if it can.
+QString refusalOf(int file, const QString& path) {
+    struct stat status {};
+    if (::fstat(file, &status) != 0) {
+        return reasonFor(path, errno);
+    }
+    if (S_ISDIR(status.st_mode)) {
+        return reasonFor(path, EISDIR);
+    }
+    // Reading from a device may never end.
+    return S_ISREG(status.st_mode)
+               ? QString()
+               : QCoreApplication::translate("ByteFile", "It is not a regular file.");
+}
+
 }  // namespace
 
 ByteFile::Content ByteFile::read(const QString& path) try {
+    // A pipe without a writer would hold the call up before its kind can be asked.
     const FileDescriptor descriptor(
-        ::open(FilePath::encoded(path).constData(), O_RDONLY | O_CLOEXEC));
+        ::open(FilePath::encoded(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!descriptor.isOpen()) {
-        return {{},
-                FileError::fromSystem(FileError::Code::readFailed, path, errno).failureReason()};
+        return {{}, reasonFor(path, errno)};
+    }
+    if (const QString refusal = refusalOf(descriptor.number(), path); !refusal.isEmpty()) {
+        return {{}, refusal};
     }
     QFile file;
     if (!file.open(descriptor.number(), QIODevice::ReadOnly)) {

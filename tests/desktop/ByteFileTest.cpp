@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -21,6 +23,16 @@ private Q_SLOTS:
         QCOMPARE(ByteFile::write(path, "long"), QString());
         QCOMPARE(ByteFile::write(path, "x"), QString());
         QCOMPARE(ByteFile::read(path).bytes, QByteArray("x"));
+    }
+
+    /// From those, reading may wait for ever or never end.
+    void readsRegularFilesOnly() {
+        const QString pipe = folder_.filePath(QStringLiteral("pipe"));
+        QVERIFY(::mkfifo(QFile::encodeName(pipe).constData(), 0600) == 0);
+        for (const QString& path : {pipe, QStringLiteral("/dev/zero")}) {
+            QCOMPARE(ByteFile::read(path).error, QStringLiteral("It is not a regular file."));
+            QVERIFY(ByteFile::read(path).bytes.isEmpty());
+        }
     }
 
     void givesTheReasonOfTheSystem() {
