@@ -74,7 +74,7 @@ void InlineEditing::followRows() {
     const std::optional<int> row = outline().rowForId(edited->nodeId);
     if (!row) {
         outline().setEditing(std::nullopt);
-    } else if (field_ || longEditor_) {
+    } else if (isOpen()) {
         place();
     } else {
         open(*edited, *row);
@@ -153,6 +153,10 @@ void InlineEditing::place() {
     if (row) {
         table_.placeEditor(*field_, cell(*edited, *row));
     }
+}
+
+bool InlineEditing::isOpen() const {
+    return field_ || longEditor_;
 }
 
 QWidget* InlineEditing::fieldAt(const QModelIndex& index) const {

@@ -26,6 +26,9 @@ public:
     /// Applies the text, or drops it if it is refused, and closes the field.
     void end();
 
+    /// Whether a field or a window is there; not yet where the edited item has no row.
+    bool isOpen() const;
+
     /// The field if it is open over this cell, else null.
     QWidget* fieldAt(const QModelIndex& index) const;
 

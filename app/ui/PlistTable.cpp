@@ -191,7 +191,7 @@ void PlistTable::updateGeometries() {
 // --- Keys and pointer ---
 
 void PlistTable::keyPressEvent(QKeyEvent* event) {
-    if (isKeyForFields(*event) && outline().editing()) {
+    if (isKeyForFields(*event) && editing_->isOpen()) {
         // Comes from the open field, which has done with it what there was to do.
         event->ignore();
     } else if (!handleKey(*event)) {

@@ -122,6 +122,16 @@ def move_by_keys(outline):
     wait_to_hear("focus table cell Edition")
 
 
+def delete(outline):
+    act(outline.key("Title"), "SetFocus")
+    rows = outline.table.nRows
+    heard.clear()
+    press("Delete")
+    wait_to_hear("focus table cell Edition")
+    press("ctrl+z")
+    wait_for("the item to come back", lambda: outline.table.nRows == rows)
+
+
 def toggle(outline):
     act(outline.value("In print"), "Toggle")
     wait_for("the other truth", lambda: outline.value("In print").name == "false")
@@ -161,6 +171,7 @@ def main(document):
     wait_for_the_bus(outline)
     expand(outline)
     move_by_keys(outline)
+    delete(outline)
     toggle(outline)
     edit(outline)
     refuse(outline)

@@ -184,6 +184,25 @@ private Q_SLOTS:
         QVERIFY(window_->isClosed());
     }
 
+    void theTableHasItsKeysWhileItWaits() {
+        window_->outline.setFilter(NodeIdSet{window_->id(0), window_->id(1), window_->id(2)});
+        window_->actions().addItem();
+        QVERIFY(window_->outline.editing());
+        window_->outline.select({window_->id(1)});
+        window_->table->setFocus();
+        QTest::keyClick(window_->table, Qt::Key_Return);
+        InlineTextField* field = window_->openField();
+        QVERIFY(field != nullptr);
+        QCOMPARE(field->text(), QStringLiteral("name"));
+        QTest::keyClick(field, Qt::Key_Escape);
+
+        window_->outline.select({});
+        window_->actions().addItem();
+        window_->outline.select({window_->id(1)});
+        QTest::keyClick(window_->table, Qt::Key_Delete);
+        QVERIFY(window_->child(0).key() == "count");
+    }
+
     // --- End ---
 
     void returnCommits() {
