@@ -45,13 +45,14 @@ ReadResult read(const QString& path) {
     }
 }
 
-WriteResult write(const PlistFile& file, const QString& path) {
+WriteResult write(const PlistFile& file, const QString& path,
+                  const SafeWriter::Consent& mayReplace) {
     try {
         ContentDigest digest;
         PlistDocumentWriter::write(
-            file, path, nullptr, [&digest](const QString& target, auto bytes) {
+            file, path, nullptr, [&digest, &mayReplace](const QString& target, auto bytes) {
                 digest = ContentDigest::of(bytes);
-                SafeWriter::write(target, bytes, StateFolder::recoveryPath());
+                SafeWriter::write(target, bytes, StateFolder::recoveryPath(), mayReplace);
             });
         return digest;
     } catch (const FileError& error) {
@@ -131,6 +132,15 @@ void DocumentController::revert() {
         &DocumentController::revertFailed);
 }
 
+void DocumentController::reload() {
+    beginReading(
+        path_,
+        [this, state = undoManager_.state()](const FreshRoot& fresh) {
+            finishReloading(fresh, state);
+        },
+        &DocumentController::reloadFailed);
+}
+
 void DocumentController::beginReading(const QString& path,
                                       std::function<void(const FreshRoot&)> finish,
                                       void (DocumentController::*failed)(const FileError&)) {
@@ -148,17 +158,30 @@ void DocumentController::beginReading(const QString& path,
         });
 }
 
+void DocumentController::save() {
+    beginWriting(path_, [base = baseDigest_, chosen = overwritable_](const ContentDigest& present) {
+        return present == base || present == chosen;
+    });
+}
+
 void DocumentController::save(const QString& path) {
-    const QString file = FilePath::absolute(path);
-    begin(Activity::writing, file);
+    beginWriting(FilePath::absolute(path), nullptr);
+}
+
+void DocumentController::beginWriting(const QString& path,
+                                      std::function<bool(const ContentDigest&)> mayReplace) {
+    begin(Activity::writing, path);
     BackgroundTask::run(
-        *this, [content = document_.snapshot(), file] { return write(content, file); },
-        [this, file, state = undoManager_.state()](const WriteResult& result) {
+        *this,
+        [content = document_.snapshot(), path, mayReplace = std::move(mayReplace)] {
+            return write(content, path, mayReplace);
+        },
+        [this, path, state = undoManager_.state()](const WriteResult& result) {
             setActivity(Activity::idle);
             if (const auto* error = std::get_if<FileError>(&result)) {
                 Q_EMIT saveFailed(*error);
             } else {
-                finishWriting(file, state, std::get<ContentDigest>(result));
+                finishWriting(path, state, std::get<ContentDigest>(result));
             }
         });
 }
@@ -181,27 +204,66 @@ void DocumentController::makeRoot(const std::shared_ptr<FreshRoot>& fresh,
 
 void DocumentController::finishReading(const QString& path, const FreshRoot& fresh) {
     document_.apply(fresh.root, fresh.format);
-    baseDigest_ = fresh.digest;
     setPath(path);
     undoManager_.clear();
-    undoManager_.setSavedState(undoManager_.state());
+    setBase(fresh.digest, undoManager_.state());
     Q_EMIT opened();
 }
 
 void DocumentController::finishReverting(const FreshRoot& fresh) {
-    const PlistEditor editor(document_, &undoManager_);
-    editor.replaceContent(fresh.root, fresh.format, tr("Revert to Saved"));
-    baseDigest_ = fresh.digest;
-    undoManager_.setSavedState(undoManager_.state());
+    replaceContent(fresh, tr("Revert to Saved"));
     Q_EMIT reverted();
+}
+
+void DocumentController::finishReloading(const FreshRoot& fresh, UndoManager::State stateBefore) {
+    if (undoManager_.state() != stateBefore) {
+        Q_EMIT reloadOvertaken();
+        return;
+    }
+    Q_EMIT aboutToReload();
+    replaceContent(fresh, tr("Reload"));
+    Q_EMIT reloaded();
+}
+
+void DocumentController::replaceContent(const FreshRoot& fresh, const QString& actionName) {
+    const PlistEditor editor(document_, &undoManager_);
+    editor.replaceContent(fresh.root, fresh.format, actionName);
+    setBase(fresh.digest, undoManager_.state());
 }
 
 void DocumentController::finishWriting(const QString& path, UndoManager::State state,
                                        const ContentDigest& digest) {
-    baseDigest_ = digest;
     setPath(path);
-    undoManager_.setSavedState(state);
+    setBase(digest, state);
     Q_EMIT saved();
+}
+
+void DocumentController::setBase(const ContentDigest& digest, UndoManager::State state) {
+    baseDigest_ = digest;
+    overwritable_.reset();
+    isFileLost_ = false;
+    undoManager_.setSavedState(state);
+}
+
+// --- What becomes of the file ---
+
+bool DocumentController::hasEdits() const noexcept {
+    return undoManager_.state() != (isFileLost_ ? stateBeforeLoss_ : undoManager_.savedState());
+}
+
+void DocumentController::loseFile() {
+    if (!isFileLost_) {
+        isFileLost_ = true;
+        stateBeforeLoss_ = undoManager_.savedState();
+        undoManager_.setSavedState(std::nullopt);
+    }
+}
+
+void DocumentController::regainFile() {
+    if (isFileLost_) {
+        isFileLost_ = false;
+        undoManager_.setSavedState(stateBeforeLoss_);
+    }
 }
 
 void DocumentController::setActivity(Activity activity) {

@@ -68,15 +68,46 @@ public:
     /// it was. Only while idle, and for a document that has a file.
     void revert();
 
+    /// As `revert`, for a file that another program has changed. Ends with `reloaded`,
+    /// `reloadFailed` or `reloadOvertaken`.
+    void reload();
+
+    /// Begins to write the document as it is now to its file, unless another program has changed
+    /// that: then it ends with `saveFailed` and `FileError::Code::changedOnDisk`. A file that has
+    /// gone is made again. Only while idle, and for a document that has a file.
+    void save();
+
+    /// Lets `save` write over a file that holds this, though it was never read. Until the document
+    /// is read or saved again.
+    void allowOverwriting(const ContentDigest& content) { overwritable_ = content; }
+
+    /// The file has gone, or holds something that the document shall not follow: no state of the
+    /// document is saved, until it is read or saved again or `regainFile` is called.
+    void loseFile();
+
+    /// The file holds again what was read or written last: undoes `loseFile`.
+    void regainFile();
+
+    /// Whether there are edits since the document was read or saved, also after `loseFile`.
+    bool hasEdits() const noexcept;
+
     /// Begins to write the document as it is now to `path`, in its format, and makes that its
-    /// file. Ends with `saved` or `saveFailed`; after a failure the document keeps its file. Edits
-    /// made while it is being written are not saved by it. Only while idle.
+    /// file, whatever that holds. Ends with `saved` or `saveFailed`; after a failure the document
+    /// keeps its file. Edits made while it is being written are not saved by it. Only while idle.
     void save(const QString& path);
 
 Q_SIGNALS:
     void opened();
     void reverted();
     void revertFailed(const FileError& error);
+
+    /// The document has been read again and will now be replaced by what the file holds.
+    void aboutToReload();
+    void reloaded();
+    void reloadFailed(const FileError& error);
+
+    /// The document was edited while the file was being read, and stays as it is.
+    void reloadOvertaken();
     void openFailed(const FileError& error);
     void saved();
     void saveFailed(const FileError& error);
@@ -95,7 +126,11 @@ private:
     void makeRoot(const std::shared_ptr<FreshRoot>& fresh,
                   const std::function<void(const FreshRoot&)>& finish);
     void finishReading(const QString& path, const FreshRoot& fresh);
+    void replaceContent(const FreshRoot& fresh, const QString& actionName);
     void finishReverting(const FreshRoot& fresh);
+    void finishReloading(const FreshRoot& fresh, UndoManager::State stateBefore);
+    void beginWriting(const QString& path, std::function<bool(const ContentDigest&)> mayReplace);
+    void setBase(const ContentDigest& digest, UndoManager::State state);
     void finishWriting(const QString& path, UndoManager::State state, const ContentDigest& digest);
     void setActivity(Activity activity);
     void setPath(const QString& path);
@@ -106,5 +141,8 @@ private:
     QString path_;
     QString readPath_;
     std::optional<ContentDigest> baseDigest_;
+    std::optional<ContentDigest> overwritable_;
+    std::optional<UndoManager::State> stateBeforeLoss_;  ///< the saved one
+    bool isFileLost_ = false;
     Activity activity_ = Activity::idle;
 };

@@ -13,6 +13,7 @@
 #include "app/desktop/FileFolder.h"
 #include "app/desktop/SafetyCopy.h"
 #include "app/desktop/TemporaryFile.h"
+#include "app/model/ContentDigest.h"
 #include "app/model/FileDescriptor.h"
 #include "app/model/FileError.h"
 #include "app/model/FileOutput.h"
@@ -26,6 +27,7 @@ struct Save {
     QByteArray target;
     std::optional<struct stat> old;  ///< of the file that is there
     std::span<const std::uint8_t> bytes;
+    const SafeWriter::Consent& mayReplace;
 };
 
 QString explained(const char* reason) {
@@ -89,6 +91,30 @@ void examine(Save& save) {
     save.old = status;
 }
 
+/// Stops the save if the file that is there must not be written over. A file that has gone can be
+/// made again without a question.
+void askForConsent(const Save& save) {
+    if (!save.mayReplace) {
+        return;
+    }
+    const FileDescriptor present(
+        ::open(save.target.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (!present.isOpen()) {
+        check(save, errno == ENOENT ? 0 : errno);
+        return;
+    }
+    const std::optional<ContentDigest> digest = ContentDigest::ofOpenFile(present.number());
+    if (!digest) {
+        fail(save, errno);
+    }
+    if (!save.mayReplace(*digest)) {
+        throw FileError(
+            FileError::Code::changedOnDisk, save.path,
+            explained(QT_TRANSLATE_NOOP(
+                "SafeWriter", "It does not hold what was read from it or saved in it last.")));
+    }
+}
+
 /// Whether an error speaks against putting another file in place, and not against the content.
 bool isAboutPlace(int errorNumber) {
     return errorNumber == EACCES || errorNumber == EPERM || errorNumber == EROFS ||
@@ -122,6 +148,7 @@ bool replace(const Save& save) {
     }
     check(save, FileOutput::synchronize(fresh.file().number()));
     check(save, fresh.file().close());
+    askForConsent(save);
     const int error = fresh.moveTo(save.target);
     if (save.old && isAboutPlace(error)) {
         return false;
@@ -168,6 +195,12 @@ void overwrite(const Save& save, const QString& safetyFolder) {
     }
     const SafetyCopy copy(safetyFolder, save.target);
     check(save, copy.error());
+    try {
+        askForConsent(save);
+    } catch (const FileError&) {
+        copy.remove();
+        throw;
+    }
     const int error = writeOver(save, file);
     if (error != 0 && copy.restore() != 0) {
         const FileError reason =
@@ -183,8 +216,8 @@ void overwrite(const Save& save, const QString& safetyFolder) {
 }  // namespace
 
 void SafeWriter::write(const QString& path, std::span<const std::uint8_t> bytes,
-                       const QString& safetyFolder) {
-    Save save{path, resolved(FilePath::encoded(path)), std::nullopt, bytes};
+                       const QString& safetyFolder, const Consent& mayReplace) {
+    Save save{path, resolved(FilePath::encoded(path)), std::nullopt, bytes, mayReplace};
     examine(save);
     if (!replace(save)) {
         overwrite(save, safetyFolder);

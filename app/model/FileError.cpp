@@ -21,6 +21,10 @@ QString messageFor(FileError::Code code, const QString& path) {
         case FileError::Code::writeFailed:
             return QCoreApplication::translate("FileError", "The file “%1” could not be written.")
                 .arg(name);
+        case FileError::Code::changedOnDisk:
+            return QCoreApplication::translate("FileError",
+                                               "The file “%1” has been changed by another program.")
+                .arg(name);
         case FileError::Code::notEncoded:
             break;
     }

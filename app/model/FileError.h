@@ -8,10 +8,11 @@
 class FileError : public std::exception {
 public:
     enum class Code {
-        readFailed,   ///< the system would not let us read it
-        corruptFile,  ///< it was read and is no property list
-        writeFailed,  ///< the system would not let us write it
-        notEncoded,   ///< the document could not be brought into the form asked for
+        readFailed,     ///< the system would not let us read it
+        corruptFile,    ///< it was read and is no property list
+        writeFailed,    ///< the system would not let us write it
+        changedOnDisk,  ///< somebody else has written to it, and it was left alone
+        notEncoded,     ///< the document could not be brought into the form asked for
     };
 
     FileError(Code code, QString path, QString failureReason);

@@ -66,6 +66,7 @@ public:
     /// Remembers which state is the one on disk: the token that was current when the snapshot for
     /// the file was taken. Nothing if no state is.
     void setSavedState(std::optional<State> state);
+    std::optional<State> savedState() const noexcept { return savedState_; }
 
     /// Whether the document differs from what is on disk. False at first.
     bool isModified() const noexcept { return savedState_ != state_; }

@@ -188,7 +188,7 @@ void DocumentWindow::save() {
     if (controller_.path().isEmpty()) {
         saveAs();
     } else {
-        controller_.save(controller_.path());
+        controller_.save();
     }
 }
 
@@ -211,8 +211,38 @@ void DocumentWindow::handleSaved() {
 }
 
 void DocumentWindow::explainSaveFailure(const FileError& error) {
+    if (error.code() == FileError::Code::changedOnDisk) {
+        MessageDialog::askAboutChange(*this, error, [this](MessageDialog::ChangeAnswer answer) {
+            saveDespiteChange(answer);
+        });
+        return;
+    }
     refuseClose();
     MessageDialog::show(*this, error);
+}
+
+void DocumentWindow::saveDespiteChange(MessageDialog::ChangeAnswer answer) {
+    switch (answer) {
+        case MessageDialog::ChangeAnswer::overwrite:
+            controller_.save(controller_.path());
+            return;
+        case MessageDialog::ChangeAnswer::saveAs:
+            saveAs();
+            return;
+        case MessageDialog::ChangeAnswer::reload:
+            reload();
+            break;
+        case MessageDialog::ChangeAnswer::cancel:
+            break;
+    }
+    refuseClose();
+}
+
+void DocumentWindow::reload() {
+    if (controller_.activity() == DocumentController::Activity::idle) {
+        view_->endEditing();
+        controller_.reload();
+    }
 }
 
 void DocumentWindow::revert() {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/desktop/DocumentController.h"
+#include "app/ui/MessageDialog.h"
 
 class DocumentView;
 class FileMenu;
@@ -43,6 +44,9 @@ public:
     /// Goes back to what the file holds; can be undone.
     void revert();
 
+    /// Takes over what another program has written to the file; can be undone.
+    void reload();
+
     /// What the Window menu lists; this window alone without it.
     void setWindowList(std::function<QList<QWidget*>()> windows) {
         allWindows_ = std::move(windows);
@@ -78,6 +82,7 @@ private:
     void askToSave();
     void handleSaved();
     void explainSaveFailure(const FileError& error);
+    void saveDespiteChange(MessageDialog::ChangeAnswer answer);
     void refuseClose();
 
     DocumentController controller_;

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <utility>
 
 #include "app/model/FileError.h"
 
@@ -55,6 +56,10 @@ QString MessageDialog::advice(const FileError& error) {
             return translated(
                 "Your changes are still in the window. Save them in another place with File > "
                 "Save As….");
+        case FileError::Code::changedOnDisk:
+            return translated(
+                "Your changes are still in the window. Save them under another name with File > "
+                "Save As….");
         case FileError::Code::notEncoded:
             break;
     }
@@ -67,6 +72,32 @@ QMessageBox* MessageDialog::askToSave(QWidget& window, const QString& name) {
                                translated("If you do not save them, your changes are lost."));
     box->setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     box->setDefaultButton(QMessageBox::Save);
+    box->open();
+    return box;
+}
+
+QMessageBox* MessageDialog::askAboutChange(QWidget& window, const FileError& error,
+                                           std::function<void(ChangeAnswer)> answered) {
+    QMessageBox* box = makeBox(
+        window, QMessageBox::Warning, error.message(),
+        QStringLiteral("%1\n\n%2")
+            .arg(error.failureReason(),
+                 translated("Overwrite replaces what the file holds now. Reload replaces what "
+                            "is in the window, which can be undone.")));
+    const QAbstractButton* overwrite =
+        box->addButton(translated("Overwrite"), QMessageBox::DestructiveRole);
+    const QAbstractButton* saveAs = box->addButton(translated("Save As…"), QMessageBox::ActionRole);
+    const QAbstractButton* reload = box->addButton(translated("Reload"), QMessageBox::ActionRole);
+    box->setDefaultButton(box->addButton(QMessageBox::Cancel));
+    box->setEscapeButton(QMessageBox::Cancel);
+    QObject::connect(box, &QMessageBox::finished, &window,
+                     [box, overwrite, saveAs, reload, answered = std::move(answered)] {
+                         const QAbstractButton* clicked = box->clickedButton();
+                         answered(clicked == overwrite ? ChangeAnswer::overwrite
+                                  : clicked == saveAs  ? ChangeAnswer::saveAs
+                                  : clicked == reload  ? ChangeAnswer::reload
+                                                       : ChangeAnswer::cancel);
+                     });
     box->open();
     return box;
 }

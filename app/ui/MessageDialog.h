@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QString>
+#include <cstdint>
+#include <functional>
 
 class FileError;
 class QMessageBox;
@@ -23,5 +25,12 @@ QString advice(const FileError& error);
 /// Asks whether the changes to the document `name` shall be saved before it is closed: buttons
 /// Save, Discard and Cancel.
 QMessageBox* askToSave(QWidget& window, const QString& name);
+
+/// What shall become of a document whose file another program has changed.
+enum class ChangeAnswer : std::uint8_t { overwrite, saveAs, reload, cancel };
+
+/// Says that a file was not saved because another program has changed it, and asks what to do.
+QMessageBox* askAboutChange(QWidget& window, const FileError& error,
+                            std::function<void(ChangeAnswer)> answered);
 
 }  // namespace MessageDialog

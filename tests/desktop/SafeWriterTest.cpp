@@ -7,10 +7,13 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
+#include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 
 #include "app/desktop/SafeWriter.h"
+#include "app/model/ContentDigest.h"
 #include "app/model/FileError.h"
 #include "tests/model/support/OrdinaryUser.h"
 
@@ -270,7 +273,86 @@ private Q_SLOTS:
         QCOMPARE(read(path()), oldBytes);
     }
 
+    // --- What somebody else has written ---
+
+    void asksBeforeItReplaces_data() {
+        QTest::addColumn<bool>("isLinked");
+        QTest::newRow("replaced") << false;
+        QTest::newRow("overwritten") << true;
+    }
+
+    void asksBeforeItReplaces() {
+        QFETCH(bool, isLinked);
+        make(path());
+        if (isLinked) {
+            QVERIFY(::link(QFile::encodeName(path()).constData(),
+                           QFile::encodeName(path("other")).constData()) == 0);
+        }
+        QVERIFY(refusalOf({}));
+        QCOMPARE(refusalOf(digestOf(newBytes))->reason,
+                 QStringLiteral("It does not hold what was read from it or saved in it last."));
+        QCOMPARE(refusalOf(digestOf(newBytes))->code, FileError::Code::changedOnDisk);
+        QCOMPARE(read(path()), oldBytes);
+        // Neither a finished file nor a safety copy is left over.
+        QCOMPARE(names().size(), isLinked ? 2 : 1);
+        QCOMPARE(QDir(safetyFolder()).entryList(QDir::Files), QStringList());
+
+        QVERIFY(!refusalOf(digestOf(oldBytes)));
+        QCOMPARE(read(path()), newBytes);
+    }
+
+    /// What comes while the new file is being written is noticed too.
+    void asksWhenTheNewFileIsReady() {
+        make(path());
+        int fresh = 0;
+        SafeWriter::write(path(), spanOf(newBytes), safetyFolder(), [&](const ContentDigest&) {
+            fresh = static_cast<int>(names().filter(QStringLiteral(".tabulet-")).size());
+            return true;
+        });
+        QCOMPARE(fresh, 1);
+    }
+
+    void makesWhatHasGoneWithoutAQuestion() {
+        QVERIFY(!refusalOf({}));
+        QCOMPARE(read(path()), newBytes);
+    }
+
+    void doesNotReplaceWhatItCannotRead() {
+        make(path());
+        QVERIFY(::chmod(QFile::encodeName(path()).constData(), 0222) == 0);
+        QVERIFY(OrdinaryUser::does([this] {
+            const std::optional<Refusal> refusal = refusalOf(digestOf(oldBytes));
+            return refusal && refusal->reason == QStringLiteral("Permission denied.");
+        }));
+        QCOMPARE(read(path()), oldBytes);
+    }
+
 private:
+    struct Refusal {
+        FileError::Code code;
+        QString reason;
+    };
+
+    static std::span<const std::uint8_t> spanOf(const QByteArray& bytes) {
+        return {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                static_cast<std::size_t>(bytes.size())};
+    }
+
+    static ContentDigest digestOf(const QByteArray& bytes) {
+        return ContentDigest::of(spanOf(bytes));
+    }
+
+    /// Writes where only `known` may be replaced.
+    std::optional<Refusal> refusalOf(const std::optional<ContentDigest>& known) const {
+        try {
+            SafeWriter::write(path(), spanOf(newBytes), safetyFolder(),
+                              [&known](const ContentDigest& present) { return present == known; });
+            return std::nullopt;
+        } catch (const FileError& error) {
+            return Refusal{error.code(), error.failureReason()};
+        }
+    }
+
     QString path(const QString& name = QStringLiteral("file")) const {
         return folder_->filePath(name);
     }

@@ -36,8 +36,8 @@ private Q_SLOTS:
     }
 
     void isTheSameEverywhere() {
-        QFETCH(const QByteArray, bytes);
-        QFETCH(const QString, hex);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, hex);
         QCOMPARE(digestOf(bytes).hex(), hex);
     }
 
@@ -87,7 +87,7 @@ private Q_SLOTS:
     }
 
     void refusesOtherTexts() {
-        QFETCH(const QString, text);
+        QFETCH(QString, text);
         QVERIFY(!ContentDigest::fromHex(text));
     }
 

@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include "app/desktop/SafeWriter.h"
+#include "app/model/ContentDigest.h"
 #include "app/model/FileError.h"
 
 int main(int argc, char** argv) {
@@ -27,7 +28,7 @@ int main(int argc, char** argv) {
         SafeWriter::write(QFile::decodeName(argv[2]),
                           {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
                            static_cast<std::size_t>(bytes.size())},
-                          QFile::decodeName(argv[3]));
+                          QFile::decodeName(argv[3]), [](const ContentDigest&) { return true; });
     } catch (const FileError& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;
