@@ -60,7 +60,7 @@ void OutlineTableModel::keepIndexes() {
 void OutlineTableModel::restoreIndexes() {
     const std::vector<Kept> kept = std::exchange(kept_, {});
     for (const Kept& one : kept) {
-        const std::optional<int> number = outline_->rowOf(*one.node);
+        const std::optional<int> number = outline_->hintedRowOf(*one.node);
         changePersistentIndex(one.index,
                               number ? index(*number, one.index.column()) : QModelIndex());
     }

@@ -263,6 +263,23 @@ private Q_SLOTS:
         QCOMPARE(window.outline.selection(), NodeIdSet{window.id(2)});
     }
 
+    void rowsThatASearchHidesAreDeselected() {
+        constexpr int count = 5'000;
+        Window window(Samples::numbers(count));
+        NodeIdSet visible{window.id(0)};
+        NodeIdSet selected;
+        for (int row = 1; row <= count; ++row) {
+            selected.insert(window.id(row));
+            if (row % 2 == 0) {
+                visible.insert(window.id(row));
+            }
+        }
+        window.outline.select(selected);
+        window.outline.setFilter(visible);
+        QCOMPARE(window.outline.selection().size(), count / 2);
+        QCOMPARE(window.table->selectionModel()->selectedRows().size(), count / 2);
+    }
+
     void selectionFollowsMovedRows() {
         Window window(nested());
         window.outline.select({window.child(1).id()});
