@@ -23,6 +23,12 @@ void loadTexts() {
     }
 }
 
+void bringToFront(QWidget& window) {
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.raise();
+    window.activateWindow();
+}
+
 }  // namespace
 
 TabuletApp::TabuletApp(QObject* parent) : QObject(parent) {
@@ -64,11 +70,24 @@ void TabuletApp::open(const QStringList& paths) {
     }
 }
 
-void TabuletApp::openOne(const QString& path) {
+void TabuletApp::takeOver(const QStringList& paths, const LaunchToken& token) {
+    // The user goes on working.
+    isQuitting_ = false;
+    token.useForNextWindow();
+    DocumentWindow* window = nullptr;
+    for (const QString& path : paths) {
+        window = openOne(path);
+    }
+    if (window == nullptr) {
+        window = pristineWindow();
+    }
+    bringToFront(window != nullptr ? *window : *newDocument());
+}
+
+DocumentWindow* TabuletApp::openOne(const QString& path) {
     if (DocumentWindow* window = windowShowing(path)) {
-        window->raise();
-        window->activateWindow();
-        return;
+        bringToFront(*window);
+        return window;
     }
     DocumentWindow* window = pristineWindow();
     if (window == nullptr) {
@@ -76,6 +95,7 @@ void TabuletApp::openOne(const QString& path) {
     }
     window->open(path);
     window->show();
+    return window;
 }
 
 DocumentWindow* TabuletApp::makeWindow() {

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include "app/desktop/ColorScheme.h"
+#include "app/desktop/LaunchToken.h"
 #include "app/ui/Appearance.h"
 
 class DocumentWindow;
@@ -32,6 +33,10 @@ public:
     /// window whose new document nobody has touched is used for the first.
     void open(const QStringList& paths);
 
+    /// Does what another start of the program has handed over, and brings the last window of that
+    /// to the front. Without files that is a new document that nobody has touched.
+    void takeOver(const QStringList& paths, const LaunchToken& token);
+
     /// Closes all windows, asking about unsaved changes, until the user refuses.
     void quit();
 
@@ -42,7 +47,7 @@ private:
     DocumentWindow* makeWindow();
     DocumentWindow* windowShowing(const QString& path) const;
     DocumentWindow* pristineWindow() const;
-    void openOne(const QString& path);
+    DocumentWindow* openOne(const QString& path);
     void askForFiles(DocumentWindow& window) const;
     void forget(QObject* window);
 

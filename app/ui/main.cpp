@@ -2,6 +2,9 @@
 #include <cstddef>
 #include <span>
 
+#include "app/desktop/LaunchToken.h"
+#include "app/desktop/SessionBus.h"
+#include "app/desktop/SingleInstance.h"
 #include "app/ui/CommandLine.h"
 #include "app/ui/TabuletApp.h"
 #include "app/ui/WindowPicture.h"
@@ -17,17 +20,27 @@ int printText(int argc, char** argv) {
 }
 
 int showWindows(int argc, char** argv) {
+    const LaunchToken token = LaunchToken::ofThisProcess();
+    SessionBus::useOnlyIfThere();
     const QApplication application(argc, argv);
     TabuletApp::setUp(QStringLiteral(TABULET_VERSION));
     // Those that are meant for the toolkit have been taken out.
     const CommandLine commandLine = CommandLine::parse({argv, static_cast<std::size_t>(argc)});
 
-    TabuletApp app;
-    if (commandLine.picturePath.isEmpty()) {
-        app.start(commandLine.paths);
-    } else {
+    if (!commandLine.picturePath.isEmpty()) {
         takeWindowPicture(commandLine.paths.first(), commandLine.picturePath);
+        return QApplication::exec();
     }
+    SingleInstance instance;
+    if (instance.start(commandLine.paths, token) == SingleInstance::Role::handedOver) {
+        return 0;
+    }
+    TabuletApp app;
+    QObject::connect(&instance, &SingleInstance::handedOver, &app, &TabuletApp::takeOver);
+    // Nothing more can be taken over when the program is about to end.
+    QObject::connect(&application, &QGuiApplication::lastWindowClosed, &instance,
+                     &SingleInstance::stop);
+    app.start(commandLine.paths);
     return QApplication::exec();
 }
 

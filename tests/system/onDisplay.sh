@@ -12,6 +12,8 @@ if [[ ${1:-} != --on-display ]]; then
             exit 77
         }
     done
+    # Each start of the program is to run alone, unless the test brings a bus of its own.
+    export DBUS_SESSION_BUS_ADDRESS=disabled:
     # shellcheck disable=SC2086
     exec "$here/withDisplay.sh" ${under:-} "$0" --on-display "$@"
 fi

@@ -149,6 +149,39 @@ private Q_SLOTS:
                  QStringLiteral("The file “gone.\uFFFD” could not be read."));
     }
 
+    void takesOverFiles() {
+        const QString path = file("a.plist");
+        app_->start({path});
+        QTRY_COMPARE(rowsOf(0), 4);
+        window(0).showMinimized();
+        app_->takeOver({file("b.plist"), path}, {});
+        QCOMPARE(app_->windows().size(), 2);
+        QVERIFY(!window(0).isMinimized());
+        QTRY_VERIFY(window(0).isActiveWindow());
+    }
+
+    void takesOverAStartWithoutFiles() {
+        app_->start({file("a.plist")});
+        QTRY_COMPARE(rowsOf(0), 4);
+        app_->takeOver({}, {});
+        QCOMPARE(app_->windows().size(), 2);
+        QTRY_VERIFY(window(1).isActiveWindow());
+        // A second one that nobody has touched would help nobody.
+        app_->takeOver({}, {});
+        QCOMPARE(app_->windows().size(), 2);
+    }
+
+    void quitsNoMoreWhenItTakesOver() {
+        app_->start({});
+        window(0).view().actions().changeFormat(PlistFormat::binary);
+        app_->quit();
+        QTRY_VERIFY(window(0).findChild<QMessageBox*>() != nullptr);
+        app_->takeOver({file("a.plist")}, {});
+        window(0).findChild<QMessageBox*>()->button(QMessageBox::Discard)->click();
+        QTRY_COMPARE(app_->windows().size(), 1);
+        QTRY_COMPARE(rowsOf(0), 4);
+    }
+
     void numbersNewDocuments() {
         app_->start({});
         Q_EMIT window(0).newChosen();
