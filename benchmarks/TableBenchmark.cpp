@@ -1,5 +1,6 @@
 // What the user waits for in a table of a million rows, from the cause until the window is painted:
-// scrolling by a page, another value, a new row, and expanding a container with 100,000 items. The
+// scrolling by a page, another value, a new row, also among a million items of one array, and
+// expanding a container with 100,000 items. The
 // yardstick is the table view as it comes, over a model that knows its texts and nothing else.
 
 #include <benchmark/benchmark.h>
@@ -13,6 +14,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "PlistCore/PlistFormat.h"
@@ -114,22 +116,53 @@ PlistValue groups() {
     return PlistValue::array(std::move(items));
 }
 
-/// The table of the program.
-struct Outline {
-    Outline() {
-        document.apply({groups(), PlistFormat::xml});
+/// A document in the table of the program.
+struct Shown {
+    explicit Shown(PlistValue content) {
+        document.apply({std::move(content), PlistFormat::xml});
         outline.follow(document);
+    }
+
+    /// Once all rows are there.
+    void show(const PlistNode& selected) {
+        view = std::make_unique<PlistTable>(actions);
+        outline.select({selected.id()});
+        present(*view);
+        const int rows = view->model()->rowCount();
+        ShownTree::require(rows > rowTotal - 2000 && rows <= rowTotal, "all rows are shown");
+    }
+
+    PlistDocument document;
+    OutlineState outline;
+    UndoManager undo;
+    DocumentActions actions{document, outline, &undo};
+    PlistEditor editor{document, &undo};
+    std::unique_ptr<PlistTable> view;
+};
+
+/// A million numbers in one array.
+struct FlatOutline : Shown {
+    FlatOutline() : Shown(ShownTree::numbers(rowTotal)) {
+        show(*document.root().children()[changedRow]);
+    }
+
+    void insert() {
+        const PlistNodePtr node = PlistNode::create({}, PlistValue::integer(1));
+        editor.add({&node, 1}, document.root(), changedRow);
+    }
+    void takeBackInsert() { undo.undo(); }
+};
+
+/// Many arrays, all expanded.
+struct Outline : Shown {
+    Outline() : Shown(groups()) {
         const std::span<const PlistNodePtr> children = document.root().children();
         collapsed = children[children.size() / 2];
         changed = children[children.size() / 2 + 1];
         outline.setExpanded(children, OutlineState::Expansion::expand,
                             OutlineState::Reach::nodeAlone);
         collapse();
-        view = std::make_unique<PlistTable>(actions);
-        outline.select({item().id()});
-        present(*view);
-        const int rows = view->model()->rowCount();
-        ShownTree::require(rows > rowTotal - 2000 && rows <= rowTotal, "all rows are shown");
+        show(item());
     }
 
     /// In the middle of the rows, not far from the collapsed one.
@@ -150,23 +183,17 @@ struct Outline {
         outline.setExpanded(*collapsed, expansion, OutlineState::Reach::nodeAlone);
     }
 
-    PlistDocument document;
-    OutlineState outline;
-    UndoManager undo;
-    DocumentActions actions{document, outline, &undo};
-    PlistEditor editor{document, &undo};
     PlistNodePtr collapsed;
     PlistNodePtr changed;
     std::int64_t number = 0;
-    std::unique_ptr<PlistTable> view;
 };
 
 QTableView& viewOf(Plain& plain) {
     return plain.view;
 }
 
-QTableView& viewOf(Outline& outline) {
-    return *outline.view;
+QTableView& viewOf(Shown& shown) {
+    return *shown.view;
 }
 
 /// Measures `step` until all is painted, and then `after` without measuring.
@@ -231,6 +258,8 @@ int main(int argc, char** argv) {
     registerAs<change<Outline>>("change/outline");
     registerAs<insert<Plain>>("insert/plain");
     registerAs<insert<Outline>>("insert/outline");
+    registerAs<insert<Plain>>("insertFlat/plain");
+    registerAs<insert<FlatOutline>>("insertFlat/outline");
     registerAs<expand<Plain>>("expand/plain");
     registerAs<expand<Outline>>("expand/outline");
     benchmark::Initialize(&argc, argv);

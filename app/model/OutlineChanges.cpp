@@ -29,6 +29,7 @@ bool isShown(const std::vector<PlistNode*>& path, const PlistNode& root,
 }  // namespace
 
 void OutlineChanges::add(PlistNode& node) {
+    run_.reset();
     if (nodes_.size() < limit) {
         nodes_.emplace_back(&node);
     } else {
@@ -36,14 +37,17 @@ void OutlineChanges::add(PlistNode& node) {
     }
 }
 
-void OutlineChanges::add(PlistNode& node, PlistNodeChanges changes) {
+void OutlineChanges::add(PlistNode& node, PlistNodeChanges changes,
+                         std::optional<PlistNodeRun> run) {
     // Another key may make the keys of siblings duplicates.
     PlistNode* parent = changes.testFlag(PlistNodeChange::key) ? node.parent() : nullptr;
     add(parent != nullptr && parent->type() == PlistType::dictionary ? *parent : node);
+    run_ = run;
 }
 
 void OutlineChanges::clear() {
     nodes_.clear();
+    run_.reset();
     areMany_ = false;
 }
 

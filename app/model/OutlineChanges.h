@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "app/model/NodeIdSet.h"
 #include "app/model/PlistNodeChange.h"
 #include "app/model/PlistNodePtr.h"
+#include "app/model/PlistNodeRun.h"
 
 /// What has changed in a tree since its rows were made, as far as that tells which rows are to be
 /// made anew.
@@ -15,7 +17,10 @@ public:
     void add(PlistNode& node);
 
     /// The same for a change that the tree reports.
-    void add(PlistNode& node, PlistNodeChanges changes);
+    void add(PlistNode& node, PlistNodeChanges changes, std::optional<PlistNodeRun> run);
+
+    /// Which children of `top` came or went, if that is all that has happened.
+    std::optional<PlistNodeRun> onlyRun() const { return nodes_.size() == 1 ? run_ : std::nullopt; }
 
     bool isEmpty() const noexcept { return nodes_.empty() && !areMany_; }
     void clear();
@@ -29,5 +34,6 @@ private:
     static constexpr std::size_t limit = 64;
 
     std::vector<PlistNodePtr> nodes_;
+    std::optional<PlistNodeRun> run_;  ///< of the last change
     bool areMany_ = false;
 };

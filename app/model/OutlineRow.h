@@ -42,6 +42,9 @@ public:
     /// The position among the children of the parent, hidden siblings counted; 0 for the root.
     qint64 index() const noexcept { return index_; }
 
+    /// For a row whose node stands elsewhere among its siblings now.
+    void setIndex(qint64 index) noexcept { index_ = static_cast<std::uint32_t>(index); }
+
     /// Nothing for the root.
     std::optional<PlistType> parentType() const noexcept {
         if (depth_ == 0) {

@@ -22,7 +22,7 @@ void OutlineRowList::replace(std::size_t first, std::size_t end, std::vector<Out
     }
     retain(rows.data(), rows.data() + rows.size());
     remove(first, end);
-    insert(first, rows);
+    insertRetained(first, rows);
 }
 
 void OutlineRowList::remove(std::size_t first, std::size_t end) {
@@ -38,7 +38,7 @@ void OutlineRowList::update(std::size_t at, std::vector<OutlineRow> rows, std::s
         rows_ = std::move(rows);
         return;
     }
-    insert(at + first, std::span(rows).subspan(first, end - first));
+    insertRetained(at + first, std::span(rows).subspan(first, end - first));
     const auto target = rows_.begin() + static_cast<std::ptrdiff_t>(at);
     const auto behind = static_cast<std::ptrdiff_t>(end);
     std::copy_n(rows.begin(), first, target);
@@ -46,6 +46,25 @@ void OutlineRowList::update(std::size_t at, std::vector<OutlineRow> rows, std::s
 }
 
 void OutlineRowList::insert(std::size_t place, std::span<const OutlineRow> rows) {
+    retain(rows.data(), rows.data() + rows.size());
+    insertRetained(place, rows);
+}
+
+std::size_t OutlineRowList::renumber(std::size_t parent, std::size_t start,
+                                     const PlistNodeRun& run) {
+    const qint64 depth = rows_[parent].depth();
+    const qint64 distance = static_cast<qint64>(run.added) - static_cast<qint64>(run.removed);
+    std::size_t last = parent;
+    for (std::size_t i = start; i < rows_.size() && rows_[i].depth() > depth; ++i) {
+        if (rows_[i].depth() == depth + 1) {
+            rows_[i].setIndex(rows_[i].index() + distance);
+            last = i;
+        }
+    }
+    return last;
+}
+
+void OutlineRowList::insertRetained(std::size_t place, std::span<const OutlineRow> rows) {
     const std::size_t size = rows_.size() + rows.size();
     if (size > rows_.capacity()) {
         constexpr std::size_t sixteenth = 16;

@@ -16,6 +16,10 @@
 
 namespace {
 
+bool isOpenArray(const OutlineRow& row) {
+    return row.isExpanded() && row.node().type() == PlistType::array;
+}
+
 /// The given nodes without those that stand below others of them.
 std::vector<PlistNode*> topmost(std::span<const PlistNodePtr> nodes) {
     QSet<const PlistNode*> given;
@@ -113,7 +117,9 @@ void OutlineState::follow(PlistDocument& document) {
     const auto rebuildFromDocument = [this, &document] { rebuild(document.root()); };
     connect(&document, &PlistDocument::rootChanged, this, rebuildFromDocument);
     connect(&document, &PlistDocument::nodeChanged, this,
-            [this](PlistNode* node, PlistNodeChanges changes) { changes_.add(*node, changes); });
+            [this](PlistNode* node, PlistNodeChanges changes, std::optional<PlistNodeRun> run) {
+                changes_.add(*node, changes, run);
+            });
     connect(&document, &PlistDocument::treeChanged, this, &OutlineState::update);
     rebuildFromDocument();
 }
@@ -154,15 +160,30 @@ void OutlineState::rebuildRows() {
 /// Makes only those rows anew that the noted changes may have made others.
 void OutlineState::update() {
     PlistNode* top = root_ ? changes_.top(*root_, expanded_) : nullptr;
-    const bool isPart = top != nullptr && top != root_.get();
-    const std::optional<int> row = isPart ? rowOf(*top) : std::nullopt;
-    if (filter_ || shifts_.isFull() || (top != nullptr && !row)) {
+    if (filter_ || shifts_.isFull()) {
         rebuildIfShown();
-    } else if (row) {
-        updateSegment(static_cast<std::size_t>(*row));
+    } else if (top != nullptr) {
+        updateBelow(*top);
     }
     changes_.clear();
     pruneSelection();
+}
+
+void OutlineState::updateBelow(PlistNode& top) {
+    const std::optional<int> found = rowOf(top);
+    if (!found) {
+        rebuildRows();
+        return;
+    }
+    const auto row = static_cast<std::size_t>(*found);
+    const std::optional<PlistNodeRun> run = changes_.onlyRun();
+    if (run && isOpenArray(rows()[row])) {
+        updateRun(row, *run);
+    } else if (row == 0) {
+        rebuildRows();
+    } else {
+        updateSegment(row);
+    }
 }
 
 /// Makes the row with the number `first` and those below it anew.
@@ -177,6 +198,47 @@ void OutlineState::updateSegment(std::size_t first) {
                     static_cast<std::ptrdiff_t>(newEnd) - static_cast<std::ptrdiff_t>(oldEnd));
     }
     applyDifference(std::move(fresh), first, oldEnd - first);
+}
+
+/// Takes out, or makes, the rows of those children of an array that have gone or come, and numbers
+/// the items behind them anew.
+void OutlineState::updateRun(std::size_t parentRow, const PlistNodeRun& run) {
+    const Signposter::Interval interval("Rows");
+    const Row& parent = rows()[parentRow];
+    const std::size_t place = placeOf(parent, parentRow, run.first);
+    std::size_t oldEnd = place;
+    for (std::size_t i = 0; i < run.removed; ++i) {
+        oldEnd = endOfSegment(oldEnd);
+    }
+    beginChange();
+    const std::vector<Row> fresh = OutlineWalk(expanded_, filter_).run(parent, run, place);
+    const std::size_t newEnd = place + fresh.size();
+    const bool removes = oldEnd > place;
+    isSelectionShown_ = isSelectionShown_ && !removes;
+    if (removes) {
+        Q_EMIT rowsAboutToBeRemoved(static_cast<int>(place), static_cast<int>(oldEnd) - 1);
+        rows_.remove(place, oldEnd);
+    } else {
+        Q_EMIT rowsAboutToBeInserted(static_cast<int>(place), static_cast<int>(newEnd) - 1);
+        rows_.insert(place, fresh);
+    }
+    shifts_.add(oldEnd, static_cast<std::ptrdiff_t>(newEnd) - static_cast<std::ptrdiff_t>(oldEnd));
+    const std::size_t last = rows_.renumber(parentRow, newEnd, run);
+    removes ? Q_EMIT rowsRemoved() : Q_EMIT rowsInserted();
+    Q_EMIT rowsDataChanged(static_cast<int>(parentRow), static_cast<int>(last));
+    endChange();
+    Q_EMIT rowsChanged();
+}
+
+/// The row at which the child with the number `index` begins, or would.
+std::size_t OutlineState::placeOf(const Row& parent, std::size_t parentRow,
+                                  std::size_t index) const {
+    if (index == 0) {
+        return parentRow + 1;
+    }
+    const std::optional<int> before = rowOf(*parent.node().children()[index - 1]);
+    plistCheck(before.has_value(), "the children of an open container have rows");
+    return endOfSegment(static_cast<std::size_t>(*before));
 }
 
 std::size_t OutlineState::endOfSegment(std::size_t first) const {

@@ -157,7 +157,10 @@ private:
     void rebuildRows();
     void rebuildIfShown();
     void update();
+    void updateBelow(PlistNode& top);
     void updateSegment(std::size_t first);
+    void updateRun(std::size_t parentRow, const PlistNodeRun& run);
+    std::size_t placeOf(const Row& parent, std::size_t parentRow, std::size_t index) const;
     std::size_t endOfSegment(std::size_t first) const;
     std::vector<Row> freshRows();
     void applyDifference(std::vector<Row> rows, std::size_t offset, std::size_t oldCount);

@@ -38,6 +38,20 @@ std::vector<OutlineRow> OutlineWalk::segment(const OutlineRow& top, std::size_t 
     return std::move(rows_);
 }
 
+std::vector<OutlineRow> OutlineWalk::run(const OutlineRow& parent, const PlistNodeRun& run,
+                                         std::size_t number) {
+    firstRow_ = number;
+    PlistNode& node = parent.node();
+    node.clear(PlistNode::touched);
+    const auto depth = static_cast<std::uint32_t>(parent.depth());
+    const auto first = static_cast<std::uint32_t>(run.first);
+    // The children behind the run are none of this walk.
+    const std::span<const PlistNodePtr> children = node.children().first(run.first + run.added);
+    openContainers_.push_back({children, first, depth + 1, node.type()});
+    addOpenContainers();
+    return std::move(rows_);
+}
+
 void OutlineWalk::addOpenContainers() {
     while (!openContainers_.empty()) {
         const OpenContainer& top = openContainers_.back();

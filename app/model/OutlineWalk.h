@@ -10,6 +10,7 @@
 #include "app/model/NodeIdSet.h"
 #include "app/model/OutlineRow.h"
 #include "app/model/PlistNodePtr.h"
+#include "app/model/PlistNodeRun.h"
 
 /// Makes the rows of a tree, from top to bottom, through what is expanded or left by a filter.
 /// Makes children where they are to be shown, and leaves in every node the number of its row.
@@ -25,6 +26,11 @@ public:
     /// The row of one node and those below it. `top` is its row up to now, of which only expansion
     /// and content may be others; its number stays `number`. Not for the root.
     std::vector<OutlineRow> segment(const OutlineRow& top, std::size_t number);
+
+    /// The rows of the children that have come to the array in the row `parent`, and of what is
+    /// below them; the first has the number `number`. Counts as a visit to the parent's row too.
+    std::vector<OutlineRow> run(const OutlineRow& parent, const PlistNodeRun& run,
+                                std::size_t number);
 
 private:
     /// A container whose children are being visited.

@@ -103,7 +103,8 @@ PlistFile PlistDocument::snapshot() const {
     return {root_->value(), format_};
 }
 
-void PlistDocument::handleNodeChange(PlistNode& node, PlistNodeChanges changes) {
+void PlistDocument::handleNodeChange(PlistNode& node, PlistNodeChanges changes,
+                                     std::optional<PlistNodeRun> run) {
     ++treeVersion_;
-    Q_EMIT nodeChanged(&node, changes);
+    Q_EMIT nodeChanged(&node, changes, run);
 }

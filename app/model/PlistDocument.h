@@ -2,12 +2,14 @@
 
 #include <QObject>
 #include <QStringList>
+#include <optional>
 
 #include "PlistCore/PlistFile.h"
 #include "PlistCore/PlistFormat.h"
 #include "app/model/PlistNodeChange.h"
 #include "app/model/PlistNodeObserver.h"
 #include "app/model/PlistNodePtr.h"
+#include "app/model/PlistNodeRun.h"
 
 /// One open file: the editable tree, the format it will be saved in, and a count of revisions by
 /// which dependent state knows when to start over. Belongs to the main thread.
@@ -80,10 +82,11 @@ Q_SIGNALS:
 
     /// A node of the tree has changed; see `PlistNodeObserver`. `node` lives at least as long as
     /// the call.
-    void nodeChanged(PlistNode* node, PlistNodeChanges changes);
+    void nodeChanged(PlistNode* node, PlistNodeChanges changes, std::optional<PlistNodeRun> run);
 
 private:
-    void handleNodeChange(PlistNode& node, PlistNodeChanges changes) override;
+    void handleNodeChange(PlistNode& node, PlistNodeChanges changes,
+                          std::optional<PlistNodeRun> run) override;
 
     PlistNodePtr root_;
     qint64 revision_ = 0;

@@ -293,7 +293,8 @@ void PlistNode::insertChildren(std::span<const PlistNodePtr> nodes, qint64 index
         node->positionHint_ = position++;
     }
     keysOrChildrenChanged();
-    reportSince(before, PlistNodeChange::children);
+    reportSince(before, PlistNodeChange::children,
+                PlistNodeRun{static_cast<std::size_t>(index), 0, nodes.size()});
 }
 
 void PlistNode::removeChildren(std::span<const std::size_t> positions) {
@@ -311,7 +312,11 @@ void PlistNode::removeChildren(std::span<const std::size_t> positions) {
     }
     children_.remove(positions);
     keysOrChildrenChanged();
-    reportSince(before, PlistNodeChange::children);
+    std::optional<PlistNodeRun> run;
+    if (positions.back() - positions.front() + 1 == positions.size()) {
+        run = {positions.front(), positions.size(), 0};
+    }
+    reportSince(before, PlistNodeChange::children, run);
 }
 
 void PlistNode::setChildren(std::span<const PlistNodePtr> nodes) {
@@ -404,12 +409,13 @@ PlistNode::Shown PlistNode::shown() const {
     return {scalar(), childCount()};
 }
 
-void PlistNode::reportSince(const Shown& before, PlistNodeChanges others) {
+void PlistNode::reportSince(const Shown& before, PlistNodeChanges others,
+                            std::optional<PlistNodeRun> run) {
     const PlistValue now = scalar();
     others.setFlag(PlistNodeChange::type, now.type() != before.scalar.type());
     others.setFlag(PlistNodeChange::scalar, !(now == before.scalar));
     others.setFlag(PlistNodeChange::childCount, childCount() != before.childCount);
-    report(others);
+    report(others, run);
 }
 
 void PlistNode::reportReplacement(const Shown& before) {
@@ -417,7 +423,7 @@ void PlistNode::reportReplacement(const Shown& before) {
     reportSince(before, hadOrHasChildren ? PlistNodeChange::children : PlistNodeChanges());
 }
 
-void PlistNode::report(PlistNodeChanges changes) {
+void PlistNode::report(PlistNodeChanges changes, std::optional<PlistNodeRun> run) {
     if (!changes) {
         return;
     }
@@ -429,6 +435,6 @@ void PlistNode::report(PlistNodeChanges changes) {
         top = above;
     }
     if (top->has(observed)) {
-        top->owner_.observer->handleNodeChange(*this, changes);
+        top->owner_.observer->handleNodeChange(*this, changes, run);
     }
 }

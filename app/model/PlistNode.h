@@ -12,6 +12,7 @@
 #include "app/model/PlistNodeChange.h"
 #include "app/model/PlistNodeList.h"
 #include "app/model/PlistNodePtr.h"
+#include "app/model/PlistNodeRun.h"
 
 class PlistNodeObserver;
 
@@ -186,9 +187,10 @@ private:
     void keysOrChildrenChanged() noexcept;
     void contentChanged() noexcept;
     Shown shown() const;
-    void reportSince(const Shown& before, PlistNodeChanges others);
+    void reportSince(const Shown& before, PlistNodeChanges others,
+                     std::optional<PlistNodeRun> run = std::nullopt);
     void reportReplacement(const Shown& before);
-    void report(PlistNodeChanges changes);
+    void report(PlistNodeChanges changes, std::optional<PlistNodeRun> run = std::nullopt);
 
     // What a walk over the rows reads and writes comes first, within one cache line.
     NodeId id_;

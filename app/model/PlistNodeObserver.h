@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
+
 #include "app/model/PlistNodeChange.h"
+#include "app/model/PlistNodeRun.h"
 
 class PlistNode;
 
@@ -8,8 +11,10 @@ class PlistNode;
 class PlistNodeObserver {
 public:
     /// `node`, which is the observed root or stands below it, has changed. Called once for each
-    /// operation, when the tree is consistent again.
-    virtual void handleNodeChange(PlistNode& node, PlistNodeChanges changes) = 0;
+    /// operation, when the tree is consistent again. `run` tells which children came or went if
+    /// that is all that happened to the list of children.
+    virtual void handleNodeChange(PlistNode& node, PlistNodeChanges changes,
+                                  std::optional<PlistNodeRun> run) = 0;
 
 protected:
     PlistNodeObserver() = default;

@@ -9,7 +9,7 @@
 class RowShifts {
 public:
     /// The most moves that are remembered. Looking for a node without a row costs their square.
-    static constexpr std::size_t limit = 32;
+    static constexpr std::size_t limit = 100;
 
     bool isFull() const noexcept { return shifts_.size() >= limit; }
 

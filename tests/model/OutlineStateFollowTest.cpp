@@ -1,6 +1,9 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <memory>
+#include <optional>
+#include <random>
+#include <vector>
 
 #include "PlistCore/PlistEntry.h"
 #include "app/model/EditGroup.h"
@@ -117,6 +120,79 @@ private Q_SLOTS:
         desk.actions.changeValue(*desk.at({1, 0}), PlistValue::integer(5));
         QCOMPARE(mirror.takeSignals(), QStringList());
         QCOMPARE(mirror.text(), desk.rows());
+    }
+
+    /// Of an array's rows those are made and moved that come and go, and all behind them get their
+    /// new numbers, but not those below these.
+    void tellsOfTheItemsBehindNewAndLostOnes() {
+        ActionsDesk desk(twoLists());
+        desk.outline.setExpanded(*desk.at({1}), OutlineState::Expansion::expand,
+                                 OutlineState::Reach::nodeAlone);
+        RowMirror mirror(desk.outline);
+        const std::vector<PlistNodePtr> added{PlistNode::create({}, PlistValue::integer(8)),
+                                              PlistNode::create({}, PlistValue::integer(9))};
+        desk.actions.editor().add(added, desk.document.root(), 1);
+        QCOMPARE(mirror.takeSignals(),
+                 QStringList({QStringLiteral("insert 2-3"), QStringLiteral("change 0-4")}));
+        desk.actions.editor().remove(std::vector<PlistNodePtr>{desk.at({0})});
+        QCOMPARE(mirror.takeSignals(),
+                 QStringList({QStringLiteral("remove 1-1"), QStringLiteral("change 0-3")}));
+        desk.actions.editor().remove(std::vector<PlistNodePtr>{desk.at({2})});
+        QCOMPARE(mirror.takeSignals(),
+                 QStringList({QStringLiteral("remove 3-6"), QStringLiteral("change 0-0")}));
+        QCOMPARE(mirror.text(), ActionsDesk::lines({": array [-]", "  0 8", "  1 9"}));
+        QCOMPARE(mirror.text(), desk.rows());
+    }
+
+    /// Making all rows anew finds nothing that following the edits has missed.
+    void followsRandomEditsOfArraysExactly() {
+        std::mt19937 random(11);
+        const auto below = [&random](std::size_t count) { return random() % count; };
+        ActionsDesk desk(PlistValue::array({twoLists(), twoLists(), PlistValue::integer(4)}));
+        RowMirror mirror(desk.outline);
+        for (int step = 0; step < 2000; ++step) {
+            const PlistNodePtr node(&desk.outline.rows()[below(desk.outline.rows().size())].node());
+            switch (below(desk.outline.rows().size() < 200 ? 6 : 8)) {
+                case 0:
+                    desk.outline.setExpanded(*node, OutlineState::Expansion::collapse,
+                                             OutlineState::Reach::nodeAlone);
+                    break;
+                case 1:
+                    desk.outline.setExpanded(*node, OutlineState::Expansion::expand,
+                                             OutlineState::Reach::nodeAlone);
+                    break;
+                case 2:
+                    desk.undo.undo();
+                    break;
+                case 3:
+                    desk.undo.redo();
+                    break;
+                case 4:
+                case 5: {
+                    PlistNode& parent = node->isContainer() ? *node : *node->parent();
+                    std::vector<PlistNodePtr> added;
+                    for (std::size_t i = below(3) + 1; i > 0; --i) {
+                        added.push_back(PlistNode::create(
+                            {}, below(3) == 0 ? twoLists() : PlistValue::integer(step)));
+                    }
+                    const auto places = static_cast<std::size_t>(parent.childCount()) + 1;
+                    desk.actions.editor().add(added, parent, static_cast<qint64>(below(places)));
+                    break;
+                }
+                default:
+                    desk.actions.editor().remove(std::vector<PlistNodePtr>{node});
+            }
+            QCOMPARE(mirror.text(), desk.rows());
+            for (std::size_t i = 0; i < desk.outline.rows().size(); ++i) {
+                QCOMPARE(desk.outline.hintedRowOf(desk.outline.rows()[i].node()),
+                         std::optional(static_cast<int>(i)));
+            }
+            if (below(20) == 0) {
+                mirror.takeSignals();
+                desk.outline.rebuild(desk.document.root());
+                QCOMPARE(mirror.takeSignals(), QStringList());
+            }
+        }
     }
 
     /// What changes in several places at once is told as one range.

@@ -327,7 +327,8 @@ private Q_SLOTS:
         const std::vector<PlistNodePtr> added{PlistNode::create("p", number(1)),
                                               PlistNode::create("q", number(2))};
         child(root, 2).insertChildren(added, 1);
-        QCOMPARE(recorder.take(), QStringList{QStringLiteral("inner: childCount|children")});
+        QCOMPARE(recorder.take(),
+                 QStringList{QStringLiteral("inner: childCount|children +2 at 1")});
         QCOMPARE(TreeText::ofTree(*root), QStringLiteral(": dictionary 3\n"
                                                          "  name: \"Ada\"\n"
                                                          "  tags: array 2 ...\n"
@@ -361,6 +362,16 @@ private Q_SLOTS:
         QCOMPARE(TreeText::whole(root->value()), QStringLiteral("[1, 4]"));
         QVERIFY(before[0]->parent() == nullptr);
         QVERIFY(before[1]->parent() == root.get());
+    }
+
+    void tellsOfRemovedNeighbours() {
+        const PlistNodePtr root = rootOf(numbers(6));
+        ChangeRecorder recorder;
+        root->setObserver(&recorder);
+        const std::size_t positions[] = {2, 3, 4};
+        QCOMPARE(root->children().size(), std::size_t{6});
+        root->removeChildren(positions);
+        QCOMPARE(recorder.take(), QStringList{QStringLiteral(": childCount|children -3 at 2")});
     }
 
     void replacesTheListKeepingIds() {

@@ -4,7 +4,8 @@
 
 #include "app/model/PlistNode.h"
 
-void ChangeRecorder::handleNodeChange(PlistNode& node, PlistNodeChanges changes) {
+void ChangeRecorder::handleNodeChange(PlistNode& node, PlistNodeChanges changes,
+                                      std::optional<PlistNodeRun> run) {
     QStringList parts;
     if (changes.testFlag(PlistNodeChange::key)) {
         parts += QStringLiteral("key");
@@ -23,4 +24,9 @@ void ChangeRecorder::handleNodeChange(PlistNode& node, PlistNodeChanges changes)
     }
     heard_ += QString::fromStdString(std::string(node.key().view())) + QStringLiteral(": ") +
               parts.join(QLatin1Char('|'));
+    if (run) {
+        heard_.back() += run->added > 0 ? QStringLiteral(" +%1").arg(run->added)
+                                        : QStringLiteral(" -%1").arg(run->removed);
+        heard_.back() += QStringLiteral(" at %1").arg(run->first);
+    }
 }

@@ -5,10 +5,12 @@
 
 #include "app/model/PlistNodeObserver.h"
 
-/// Writes down what an observer hears: the key of the node and what changed, "a: type|scalar".
+/// Writes down what an observer hears: the key of the node and what changed, "a: type|scalar", and
+/// which children came or went, "a: childCount|children +2 at 1".
 class ChangeRecorder : public PlistNodeObserver {
 public:
-    void handleNodeChange(PlistNode& node, PlistNodeChanges changes) override;
+    void handleNodeChange(PlistNode& node, PlistNodeChanges changes,
+                          std::optional<PlistNodeRun> run) override;
 
     /// What was heard since the last call.
     QStringList take() { return std::exchange(heard_, {}); }
