@@ -188,13 +188,27 @@ int writeOver(const Save& save, FileDescriptor& file) {
     return error != 0 ? error : file.close();
 }
 
+/// Nothing else will do: what lies in the folder for temporary files may be gone after a power cut.
+[[noreturn]] void failWithoutCopy(const Save& save, const QString& safetyFolder, int errorNumber) {
+    const FileError reason =
+        FileError::fromSystem(FileError::Code::writeFailed, save.path, errorNumber);
+    fail(save,
+         QCoreApplication::translate(
+             "SafeWriter",
+             "It can only be overwritten, and a copy of what it holds, which is needed in case "
+             "that fails, cannot be put into “%1”: %2 Allow writing there, or make room.")
+             .arg(FilePath::shown(safetyFolder), reason.failureReason()));
+}
+
 void overwrite(const Save& save, const QString& safetyFolder) {
     FileDescriptor file(::open(save.target.constData(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW));
     if (!file.isOpen()) {
         fail(save, errno);
     }
     const SafetyCopy copy(safetyFolder, save.target);
-    check(save, copy.error());
+    if (copy.error() != 0) {
+        failWithoutCopy(save, safetyFolder, copy.error());
+    }
     try {
         askForConsent(save);
     } catch (const FileError&) {

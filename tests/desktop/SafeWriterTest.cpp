@@ -269,7 +269,11 @@ private Q_SLOTS:
                        QFile::encodeName(path("other")).constData()) == 0);
         QVERIFY(QDir().mkdir(path("state")));
         make(safetyFolder(), "a file in its place");
-        QCOMPARE(reasonFor(path()), QStringLiteral("Not a directory."));
+        QCOMPARE(reasonFor(path()),
+                 QStringLiteral("It can only be overwritten, and a copy of what it holds, which is "
+                                "needed in case that fails, cannot be put into “%1”: Not a "
+                                "directory. Allow writing there, or make room.")
+                     .arg(safetyFolder()));
         QCOMPARE(read(path()), oldBytes);
     }
 
