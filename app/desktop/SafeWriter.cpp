@@ -205,6 +205,9 @@ void overwrite(const Save& save, const QString& safetyFolder) {
     if (!file.isOpen()) {
         fail(save, errno);
     }
+    if (::faccessat(AT_FDCWD, save.target.constData(), R_OK, AT_EACCESS) != 0) {
+        fail(save, errno);
+    }
     const SafetyCopy copy(safetyFolder, save.target);
     if (copy.error() != 0) {
         failWithoutCopy(save, safetyFolder, copy.error());
