@@ -1,6 +1,9 @@
 #include "app/desktop/FileFolder.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
 
 #include "app/model/FileDescriptor.h"
 #include "app/model/FileOutput.h"
@@ -11,6 +14,20 @@ QByteArray FileFolder::of(const QByteArray& path) {
         return ".";
     }
     return slash == 0 ? QByteArray("/") : path.left(slash);
+}
+
+int FileFolder::make(const QByteArray& folder) {
+    if (::mkdir(folder.constData(), forTheUserAlone) == 0 || errno == EEXIST) {
+        return 0;
+    }
+    if (errno != ENOENT || folder.lastIndexOf('/') <= 0) {
+        return errno;
+    }
+    const int error = make(of(folder));
+    if (error != 0) {
+        return error;
+    }
+    return ::mkdir(folder.constData(), forTheUserAlone) == 0 || errno == EEXIST ? 0 : errno;
 }
 
 int FileFolder::synchronize(const QByteArray& folder) {

@@ -1,26 +1,38 @@
 #include "app/desktop/SafetyCopy.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QUuid>
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <utility>
 
 #include "app/desktop/FileFolder.h"
+#include "app/model/ContentDigest.h"
 #include "app/model/FileDescriptor.h"
+#include "app/model/FileInput.h"
 #include "app/model/FileOutput.h"
 #include "app/model/FilePath.h"
 
 namespace {
 
 constexpr mode_t forTheUserAlone = 0600;
-constexpr mode_t folderForTheUserAlone = 0700;
+
+constexpr const char* copyEnd = ".old";
+constexpr const char* recordEnd = ".json";
+
+constexpr QLatin1String kindName("kind");
+constexpr QLatin1String kind("interruptedSave");
+constexpr QLatin1String fileName("file");
 
 /// Copies all bytes from where one open file stands to where the other does.
 int copyBytes(int source, int target) {
@@ -52,28 +64,19 @@ int open(const QByteArray& path, int flags) {
     return ::open(path.constData(), flags | O_CLOEXEC | O_NOFOLLOW, forTheUserAlone);
 }
 
-/// Makes the folder and those above it; a folder that is there stays as it is.
-int makeFolder(const QByteArray& folder) {
-    if (::mkdir(folder.constData(), folderForTheUserAlone) == 0 || errno == EEXIST) {
-        return 0;
-    }
-    if (errno != ENOENT || folder.lastIndexOf('/') <= 0) {
-        return errno;
-    }
-    const int error = makeFolder(FileFolder::of(folder));
-    if (error != 0) {
-        return error;
-    }
-    return ::mkdir(folder.constData(), folderForTheUserAlone) == 0 || errno == EEXIST ? 0 : errno;
+std::optional<ContentDigest> digestOf(const QByteArray& path) {
+    const FileDescriptor file(open(path, O_RDONLY | O_NONBLOCK));
+    return file.isOpen() ? ContentDigest::ofOpenFile(file.number()) : std::nullopt;
 }
 
 }  // namespace
 
-SafetyCopy::SafetyCopy(const QString& folder, const QByteArray& target) : target_(target) {
-    const QByteArray name =
-        FilePath::encoded(folder) + '/' + QUuid::createUuid().toByteArray(QUuid::WithoutBraces);
-    copy_ = name + ".old";
-    record_ = name + ".json";
+SafetyCopy::SafetyCopy(const QByteArray& path) : copy_(path + copyEnd), record_(path + recordEnd) {}
+
+SafetyCopy::SafetyCopy(const QString& folder, const QByteArray& target)
+    : SafetyCopy(FilePath::encoded(folder) + '/' +
+                 QUuid::createUuid().toByteArray(QUuid::WithoutBraces)) {
+    target_ = target;
     error_ = make(FilePath::encoded(folder));
     if (error_ != 0) {
         remove();
@@ -85,7 +88,7 @@ QString SafetyCopy::path() const {
 }
 
 int SafetyCopy::make(const QByteArray& folder) {
-    if (const int error = makeFolder(folder); error != 0) {
+    if (const int error = FileFolder::make(folder); error != 0) {
         return error;
     }
     const FileDescriptor source(open(target_, O_RDONLY));
@@ -93,21 +96,23 @@ int SafetyCopy::make(const QByteArray& folder) {
         return errno;
     }
     FileDescriptor copy(open(copy_, O_WRONLY | O_CREAT | O_EXCL));
-    if (!copy.isOpen()) {
+    lock_ = FileDescriptor(open(copy_, O_RDONLY));
+    if (!copy.isOpen() || !lock_.isOpen() || ::flock(lock_.number(), LOCK_EX | LOCK_NB) != 0) {
         return errno;
     }
     int error = copyBytes(source.number(), copy.number());
     error = error != 0 ? error : finish(copy);
     // The record comes last: it never names a copy that is not complete.
     error = error != 0 ? error : writeRecord();
-    return error != 0 ? error : FileFolder::synchronize(folder);
+    error = error != 0 ? error : FileFolder::synchronize(folder);
+    // A program that starts may have taken it for one that was left behind.
+    return error != 0 || ::access(copy_.constData(), F_OK) == 0 ? error : errno;
 }
 
 int SafetyCopy::writeRecord() const {
     // Names of files are bytes; those that are no text survive this too.
-    const QJsonObject record{
-        {QStringLiteral("kind"), QStringLiteral("interruptedSave")},
-        {QStringLiteral("file"), QString::fromLatin1(target_.toPercentEncoding("/"))}};
+    const QJsonObject record{{kindName, kind},
+                             {fileName, QString::fromLatin1(target_.toPercentEncoding("/"))}};
     const QByteArray text = QJsonDocument(record).toJson();
     FileDescriptor file(open(record_, O_WRONLY | O_CREAT | O_EXCL));
     if (!file.isOpen()) {
@@ -134,6 +139,42 @@ int SafetyCopy::restore() const {
         return error;
     }
     return ::ftruncate(target.number(), size) != 0 ? errno : finish(target);
+}
+
+std::vector<SafetyCopy> SafetyCopy::leftBehind(const QString& folder) {
+    std::vector<SafetyCopy> found;
+    const QDir names(folder);
+    for (const QString& name : names.entryList({QLatin1Char('*') + QLatin1String(copyEnd)})) {
+        const QByteArray path = FilePath::encoded(names.filePath(name));
+        SafetyCopy copy(path.chopped(qstrlen(copyEnd)));
+        if (!copy.claim()) {
+            continue;
+        }
+        if (copy.target_.isEmpty() || copy.isSameAsTarget()) {
+            copy.remove();
+        } else {
+            found.push_back(std::move(copy));
+        }
+    }
+    return found;
+}
+
+/// Locks the copy if no save that goes on has it, and reads the record. Without one the copy was
+/// not complete, and the file not touched yet.
+bool SafetyCopy::claim() {
+    lock_ = FileDescriptor(open(copy_, O_RDONLY | O_NONBLOCK));
+    if (!lock_.isOpen() || ::flock(lock_.number(), LOCK_EX | LOCK_NB) != 0) {
+        return false;
+    }
+    const QByteArray record = FileInput::readAll(record_).value_or(QByteArray());
+    const QJsonObject object = QJsonDocument::fromJson(record).object();
+    target_ = QByteArray::fromPercentEncoding(object.value(fileName).toString().toLatin1());
+    return true;
+}
+
+bool SafetyCopy::isSameAsTarget() const {
+    const std::optional<ContentDigest> kept = digestOf(copy_);
+    return kept && kept == digestOf(target_);
 }
 
 void SafetyCopy::remove() const {

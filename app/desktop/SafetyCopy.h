@@ -4,14 +4,26 @@
 
 #include <QByteArray>
 #include <QString>
+#include <vector>
+
+#include "app/model/FileDescriptor.h"
 
 /// The old bytes of a file that is about to be overwritten, with a record of which file that is,
-/// both on the disk before the first new byte is.
+/// both on the disk before the first new byte is. The copy is locked as long as this lives, so that
+/// others can tell a save that goes on from one that was interrupted.
 class SafetyCopy {
 public:
     /// Copies the file `target` into `folder`, which is made, for the user alone, if it is not
     /// there. `error` tells whether that worked.
     SafetyCopy(const QString& folder, const QByteArray& target);
+
+    /// The copies in `folder` whose saves were interrupted, by a crash say, while the file did not
+    /// hold the old bytes. Deletes those of which the file holds the same. May be called from any
+    /// thread.
+    static std::vector<SafetyCopy> leftBehind(const QString& folder);
+
+    /// The file, as the system has its path.
+    const QByteArray& target() const noexcept { return target_; }
 
     /// 0 or the number of the system's error.
     int error() const noexcept { return error_; }
@@ -26,11 +38,17 @@ public:
     void remove() const;
 
 private:
+    /// The copy at a path without its end, which must be tried with `claim`.
+    explicit SafetyCopy(const QByteArray& path);
+
+    bool claim();
+    bool isSameAsTarget() const;
     int make(const QByteArray& folder);
     int writeRecord() const;
 
     QByteArray target_;
     QByteArray copy_;
     QByteArray record_;
-    int error_;
+    FileDescriptor lock_{-1};
+    int error_ = 0;
 };

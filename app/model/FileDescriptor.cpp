@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <utility>
 
 int FileDescriptor::close() noexcept {
     if (!isOpen()) {

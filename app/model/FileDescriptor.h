@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 /// An open file of the system, closed when this goes.
 class FileDescriptor {
 public:
@@ -7,6 +9,11 @@ public:
     explicit FileDescriptor(int number) noexcept : number_(number) {}
     FileDescriptor(const FileDescriptor&) = delete;
     FileDescriptor& operator=(const FileDescriptor&) = delete;
+    FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+        std::swap(number_, other.number_);
+        return *this;
+    }
     ~FileDescriptor() { close(); }
 
     int number() const noexcept { return number_; }
