@@ -15,7 +15,8 @@ namespace BackgroundTask {
 /// which must be the caller's. If `receiver` is destroyed before, the result is dropped; the work
 /// itself always runs to its end. `work` must not throw.
 template <typename Work, typename Done>
-void run(QObject& receiver, Work work, Done done) {
+void run(QObject& receiver, Work work, Done done,
+         QThreadPool& workers = *QThreadPool::globalInstance()) {
     using Result = std::invoke_result_t<Work&>;
     auto* watcher = new QFutureWatcher<Result>(&receiver);
     QObject::connect(watcher, &QFutureWatcher<Result>::finished, &receiver,
@@ -26,7 +27,7 @@ void run(QObject& receiver, Work work, Done done) {
     // Shared because the pool copies what it runs, and a promise cannot be copied.
     const auto promise = std::make_shared<QPromise<Result>>();
     watcher->setFuture(promise->future());
-    QThreadPool::globalInstance()->start([promise, work = std::move(work)]() mutable {
+    workers.start([promise, work = std::move(work)]() mutable {
         promise->start();
         promise->addResult(work());
         promise->finish();

@@ -28,7 +28,7 @@ int TemporaryFile::moveTo(const QByteArray& path) noexcept {
 
 QByteArray TemporaryFile::anyName(const QByteArray& folder) {
     constexpr int digits = 12;
-    return folder + "/.tabulet-" +
+    return folder + '/' + prefix +
            QByteArray::number(QRandomGenerator::system()->generate64(), 36)
                .rightJustified(digits, '0')
                .right(digits);

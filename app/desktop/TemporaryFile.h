@@ -11,6 +11,9 @@
 /// the reason of a failure.)
 class TemporaryFile {
 public:
+    /// How the names of all these files begin.
+    static constexpr const char* prefix = ".tabulet-";
+
     /// `mode` is what `open` takes. If the file cannot be made, `error` tells why.
     TemporaryFile(const QByteArray& folder, mode_t mode);
     ~TemporaryFile();
