@@ -9,6 +9,7 @@
 #include "PlistCore/PlistCheck.h"
 #include "PlistCore/PlistFile.h"
 #include "app/desktop/BackgroundTask.h"
+#include "app/desktop/LostDocument.h"
 #include "app/desktop/SafeWriter.h"
 #include "app/desktop/StateFolder.h"
 #include "app/model/ChildrenMaker.h"
@@ -115,8 +116,8 @@ QString DocumentController::name() const {
 }
 
 bool DocumentController::isPristine() const noexcept {
-    return path_.isEmpty() && activity_ == Activity::idle && !undoManager_.canUndo() &&
-           !undoManager_.canRedo();
+    return path_.isEmpty() && activity_ == Activity::idle && !isModified() &&
+           !undoManager_.canUndo() && !undoManager_.canRedo();
 }
 
 void DocumentController::open(const QString& path) {
@@ -124,6 +125,13 @@ void DocumentController::open(const QString& path) {
     beginReading(
         file, [this, file](const FreshRoot& fresh) { finishReading(file, fresh); },
         &DocumentController::openFailed);
+}
+
+void DocumentController::recover(const LostDocument& lost) {
+    beginReading(
+        lost.contentPath(), [this, lost](const FreshRoot& fresh) { finishRecovering(lost, fresh); },
+        &DocumentController::openFailed);
+    readPath_ = lost.hasFile() ? lost.filePath() : QString();
 }
 
 void DocumentController::revert() {
@@ -207,6 +215,21 @@ void DocumentController::finishReading(const QString& path, const FreshRoot& fre
     setPath(path);
     undoManager_.clear();
     setBase(fresh.digest, undoManager_.state());
+    Q_EMIT opened();
+}
+
+void DocumentController::finishRecovering(const LostDocument& lost, const FreshRoot& fresh) {
+    const RecoveryRecord& record = lost.record();
+    document_.apply(fresh.root, record.format);
+    document_.setWasReadOnlyFormat(record.wasReadOnlyFormat);
+    untitledName_ = tr("%1 (recovered)").arg(record.title);
+    if (lost.hasFile()) {
+        path_ = lost.filePath();
+        baseDigest_ = ContentDigest::fromHex(record.baseDigest);
+    }
+    Q_EMIT pathChanged();
+    undoManager_.clear();
+    undoManager_.setSavedState(std::nullopt);
     Q_EMIT opened();
 }
 

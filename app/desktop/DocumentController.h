@@ -12,6 +12,8 @@
 #include "app/model/PlistDocument.h"
 #include "app/model/UndoManager.h"
 
+class LostDocument;
+
 /// One open document together with its file and its undo history: reads and writes it on worker
 /// threads, and knows whether the document differs from what was read or saved last. Belongs to the
 /// main thread.
@@ -62,6 +64,11 @@ public:
     /// Begins to read the file at `path` and makes it the content of the document. Ends with
     /// `opened` or `openFailed`; after a failure the document is as it was. Only while idle.
     void open(const QString& path);
+
+    /// Begins to make what a crash left unsaved the content of the document, which is modified
+    /// then. It has its old file again, or none if that has changed since. Ends like `open`, and
+    /// leaves what was kept as it is. Only while idle.
+    void recover(const LostDocument& lost);
 
     /// Begins to read the file of the document again and to make it the content, as one step that
     /// can be undone. Ends with `reverted` or `revertFailed`; after a failure the document is as
@@ -127,6 +134,7 @@ private:
                   const std::function<void(const FreshRoot&)>& finish);
     void finishReading(const QString& path, const FreshRoot& fresh);
     void replaceContent(const FreshRoot& fresh, const QString& actionName);
+    void finishRecovering(const LostDocument& lost, const FreshRoot& fresh);
     void finishReverting(const FreshRoot& fresh);
     void finishReloading(const FreshRoot& fresh, UndoManager::State stateBefore);
     void beginWriting(const QString& path, std::function<bool(const ContentDigest&)> mayReplace);
