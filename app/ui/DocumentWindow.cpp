@@ -139,13 +139,33 @@ void DocumentWindow::dropEvent(QDropEvent* event) {
 
 void DocumentWindow::open(const QString& path) {
     const QString name = FilePath::shownName(path);
-    setWindowTitle(titleFor(name));
-    progress_->start(tr("Opening “%1”\u2026").arg(name));
+    showProgress(name, tr("Opening “%1”\u2026").arg(name));
+    controller_.open(path);
+}
+
+void DocumentWindow::recover(const LostDocument& lost) {
+    lost_ = lost;
+    const QString& name = lost.record().title;
+    showProgress(name, tr("Recovering “%1”\u2026").arg(name));
+    connect(this, &DocumentWindow::documentShown, this, &DocumentWindow::recovered,
+            Qt::SingleShotConnection);
+    controller_.recover(lost);
+}
+
+void DocumentWindow::forgetLostDocument() {
+    if (lost_) {
+        lost_->remove();
+        lost_.reset();
+    }
+}
+
+void DocumentWindow::showProgress(const QString& title, const QString& text) {
+    setWindowTitle(titleFor(title));
+    progress_->start(text);
     pages_->setCurrentWidget(progress_);
     // Until the document is there, nothing can be done to it.
     view_->setEnabled(false);
     view_->toolBar()->setEnabled(false);
-    controller_.open(path);
 }
 
 void DocumentWindow::showDocument() {
@@ -175,7 +195,11 @@ bool DocumentWindow::eventFilter(QObject* watched, QEvent* event) {
 
 void DocumentWindow::explainOpenFailure(const FileError& error) {
     progress_->stop();
-    const QMessageBox* box = MessageDialog::show(*this, error);
+    const QMessageBox* box =
+        lost_ ? MessageDialog::show(
+                    *this, tr("“%1” could not be recovered.").arg(lost_->record().title),
+                    tr("%1\n\nWhat was kept is in “%2”.").arg(error.failureReason(), error.path()))
+              : MessageDialog::show(*this, error);
     connect(box, &QMessageBox::finished, this, &QWidget::close);
 }
 

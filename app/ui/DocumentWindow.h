@@ -3,10 +3,12 @@
 #include <QMainWindow>
 #include <QStringList>
 #include <functional>
+#include <optional>
 #include <utility>
 
 #include "app/desktop/DocumentController.h"
 #include "app/ui/MessageDialog.h"
+#include "app/desktop/LostDocument.h"
 
 class DocumentView;
 class FileMenu;
@@ -32,6 +34,12 @@ public:
 
     /// Reads a file into this window.
     void open(const QString& path);
+
+    /// Brings what a crash left unsaved into this window.
+    void recover(const LostDocument& lost);
+
+    /// Deletes what a crash left and this window shows: it has been kept anew.
+    void forgetLostDocument();
 
     /// Says why the file of this window could not be opened, then closes the window, which has
     /// nothing to show.
@@ -67,6 +75,9 @@ Q_SIGNALS:
     /// The document stands on the screen, complete.
     void documentShown();
 
+    /// A document that a crash left unsaved stands on the screen.
+    void recovered();
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -78,6 +89,7 @@ private:
     void followController();
     void updateTitle();
     void updateFileMenu();
+    void showProgress(const QString& title, const QString& text);
     void showDocument();
     void askToSave();
     void handleSaved();
@@ -91,6 +103,7 @@ private:
     DocumentView* view_;
     FileMenu* fileMenu_ = nullptr;
     std::function<QList<QWidget*>()> allWindows_;
+    std::optional<LostDocument> lost_;
     bool closesWhenSaved_ = false;
     bool closesUnasked_ = false;
     bool isAsking_ = false;

@@ -66,6 +66,29 @@ QString MessageDialog::advice(const FileError& error) {
     return translated("Your changes are still in the window. Try the other format.");
 }
 
+QMessageBox* MessageDialog::askToDiscard(QWidget& window, const QString& question) {
+    QMessageBox* box =
+        makeBox(window, QMessageBox::Warning, question, translated("They cannot be brought back."));
+    box->setStandardButtons(QMessageBox::Discard | QMessageBox::Cancel);
+    box->setDefaultButton(QMessageBox::Cancel);
+    box->open();
+    return box;
+}
+
+QMessageBox* MessageDialog::askToRestore(QWidget& window, const QString& name) {
+    QMessageBox* box = makeBox(
+        window, QMessageBox::Warning, translated("The save of “%1” was interrupted.").arg(name),
+        translated("The file may hold only a part of the new content. What it held before "
+                   "the save was kept and can be restored."));
+    box->setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Open);
+    box->button(QMessageBox::Yes)->setText(translated("Restore"));
+    box->button(QMessageBox::No)->setText(translated("Keep Current"));
+    box->button(QMessageBox::Open)->setText(translated("Show Folder"));
+    box->setDefaultButton(QMessageBox::Yes);
+    box->open();
+    return box;
+}
+
 QMessageBox* MessageDialog::askToSave(QWidget& window, const QString& name) {
     QMessageBox* box = makeBox(window, QMessageBox::Warning,
                                translated("Do you want to save the changes to “%1”?").arg(name),

@@ -33,4 +33,12 @@ enum class ChangeAnswer : std::uint8_t { overwrite, saveAs, reload, cancel };
 QMessageBox* askAboutChange(QWidget& window, const FileError& error,
                             std::function<void(ChangeAnswer)> answered);
 
+/// Asks `question`, whether something kept for the user shall go for good: buttons Discard and
+/// Cancel.
+QMessageBox* askToDiscard(QWidget& window, const QString& question);
+
+/// Tells that a crash interrupted the save of the file `name`, of which the old content was kept:
+/// buttons Yes ("Restore"), No ("Keep Current") and Open ("Show Folder").
+QMessageBox* askToRestore(QWidget& window, const QString& name);
+
 }  // namespace MessageDialog

@@ -6,9 +6,12 @@
 #include <QTranslator>
 #include <algorithm>
 
+#include "app/desktop/DocumentRecovery.h"
 #include "app/desktop/RecentDocuments.h"
 #include "app/desktop/SameFile.h"
+#include "app/desktop/StateFolder.h"
 #include "app/model/FilePath.h"
+#include "app/ui/DocumentView.h"
 #include "app/ui/DocumentWindow.h"
 #include "app/ui/FileDialogs.h"
 
@@ -31,9 +34,18 @@ void bringToFront(QWidget& window) {
 
 }  // namespace
 
-TabuletApp::TabuletApp(QObject* parent) : QObject(parent) {
+TabuletApp::TabuletApp(QObject* parent)
+    : QObject(parent),
+      recoveryStore_(StateFolder::recoveryPath()),
+      crashRecovery_(StateFolder::recoveryPath()) {
     connect(&colorScheme_, &ColorScheme::preferenceChanged, this,
             [this] { appearance_.follow(colorScheme_.preference()); });
+    connect(&crashRecovery_, &CrashRecovery::recoverChosen, this, &TabuletApp::recover);
+    connect(&terminationSignals_, &TerminationSignals::received, this,
+            &TabuletApp::endWithoutAsking);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &TabuletApp::keepAll,
+            Qt::DirectConnection);
+    qApp->installEventFilter(this);
 }
 
 TabuletApp::~TabuletApp() {
@@ -56,6 +68,7 @@ void TabuletApp::start(const QStringList& paths) {
     } else {
         open(paths);
     }
+    crashRecovery_.begin(*windows_.first());
 }
 
 DocumentWindow* TabuletApp::newDocument() {
@@ -104,6 +117,10 @@ DocumentWindow* TabuletApp::makeWindow() {
         untitledCount_ == 1 ? tr("Untitled") : tr("Untitled %1").arg(untitledCount_);
     auto* window = new DocumentWindow(name);
     windows_ += window;
+    auto* recovery = new DocumentRecovery(window->controller(), recoveryStore_);
+    connect(this, &TabuletApp::keepingNeeded, recovery, &DocumentRecovery::keepNow);
+    connect(window, &DocumentWindow::recovered, recovery, &DocumentRecovery::keepNow);
+    connect(recovery, &DocumentRecovery::kept, window, &DocumentWindow::forgetLostDocument);
     connect(window, &DocumentWindow::newChosen, this, &TabuletApp::newDocument);
     connect(window, &DocumentWindow::openChosen, this, [this, window] { askForFiles(*window); });
     connect(window, &DocumentWindow::recentChosen, this, &TabuletApp::openOne);
@@ -113,7 +130,11 @@ DocumentWindow* TabuletApp::makeWindow() {
     connect(window, &QObject::destroyed, this, &TabuletApp::forget);
     connect(&window->controller(), &DocumentController::openFailed, window,
             &DocumentWindow::explainOpenFailure);
-    const auto remember = [window] { RecentDocuments::add(window->controller().path()); };
+    const auto remember = [window] {
+        if (const QString& path = window->controller().path(); !path.isEmpty()) {
+            RecentDocuments::add(path);
+        }
+    };
     connect(&window->controller(), &DocumentController::opened, window, remember);
     connect(&window->controller(), &DocumentController::saved, window, remember);
     window->setWindowList([this] { return QList<QWidget*>(windows_.begin(), windows_.end()); });
@@ -142,6 +163,41 @@ void TabuletApp::askForFiles(DocumentWindow& window) const {
         window, path.isEmpty() ? RecentDocuments::lastFolder() : FilePath::folder(path));
     connect(dialog, &QFileDialog::filesSelected, this, &TabuletApp::open);
     dialog->open();
+}
+
+void TabuletApp::recover(LostDocument lost) {
+    lost.beginAttempt();
+    DocumentWindow* window = pristineWindow();
+    if (window == nullptr) {
+        window = makeWindow();
+    }
+    window->recover(lost);
+    window->show();
+}
+
+// --- The end ---
+
+void TabuletApp::keepAll() {
+    for (DocumentWindow* window : windows_) {
+        window->view().commitEditing();
+    }
+    Q_EMIT keepingNeeded();
+    recoveryStore_.wait();
+}
+
+void TabuletApp::endWithoutAsking() {
+    keepAll();
+    recoveryStore_.seal();
+    QCoreApplication::exit();
+}
+
+bool TabuletApp::eventFilter(QObject* watched, QEvent* event) {
+    // The end of the desktop's session; what the user ends here has been asked about already.
+    if (watched == qApp && event->type() == QEvent::Quit) {
+        endWithoutAsking();
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 void TabuletApp::quit() {

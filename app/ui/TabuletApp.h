@@ -6,10 +6,12 @@
 
 #include "app/desktop/ColorScheme.h"
 #include "app/desktop/LaunchToken.h"
+#include "app/desktop/RecoveryStore.h"
+#include "app/desktop/TerminationSignals.h"
 #include "app/ui/Appearance.h"
+#include "app/ui/CrashRecovery.h"
 
 class DocumentWindow;
-class FileError;
 
 /// The application: opens and creates documents, each in a window of its own, and ends when the
 /// last of them is closed.
@@ -37,13 +39,26 @@ public:
     /// to the front. Without files that is a new document that nobody has touched.
     void takeOver(const QStringList& paths, const LaunchToken& token);
 
+    /// Keeps all unsaved documents for the next start and ends, all without a question: the system
+    /// wants the process to go.
+    void endWithoutAsking();
+
     /// Closes all windows, asking about unsaved changes, until the user refuses.
     void quit();
 
     /// In the order in which they were made.
     const QList<DocumentWindow*>& windows() const noexcept { return windows_; }
 
+Q_SIGNALS:
+    /// Whatever is not saved must be kept now.
+    void keepingNeeded();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    void keepAll();
+    void recover(LostDocument lost);
     DocumentWindow* makeWindow();
     DocumentWindow* windowShowing(const QString& path) const;
     DocumentWindow* pristineWindow() const;
@@ -53,6 +68,9 @@ private:
 
     ColorScheme colorScheme_;
     Appearance appearance_;
+    TerminationSignals terminationSignals_;
+    RecoveryStore recoveryStore_;
+    CrashRecovery crashRecovery_;
     QList<DocumentWindow*> windows_;
     int untitledCount_ = 0;
     bool isQuitting_ = false;

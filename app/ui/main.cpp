@@ -5,6 +5,7 @@
 #include "app/desktop/LaunchToken.h"
 #include "app/desktop/SessionBus.h"
 #include "app/desktop/SingleInstance.h"
+#include "app/desktop/TerminationSignals.h"
 #include "app/ui/CommandLine.h"
 #include "app/ui/TabuletApp.h"
 #include "app/ui/WindowPicture.h"
@@ -47,6 +48,7 @@ int showWindows(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    TerminationSignals::block();
     const bool isText = CommandLine::asksForText({argv, static_cast<std::size_t>(argc)});
     return isText ? printText(argc, argv) : showWindows(argc, argv);
 }

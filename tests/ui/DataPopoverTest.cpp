@@ -1,5 +1,3 @@
-#include <sys/stat.h>
-
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
@@ -9,8 +7,10 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSemaphore>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThreadPool>
 #include <algorithm>
 #include <numeric>
 #include <vector>
@@ -183,23 +183,31 @@ private Q_SLOTS:
         QVERIFY(item.applications.empty());
     }
 
-    /// A pipe that nobody writes to takes its time.
     void showsThatAFileTakesItsTime() {
         const QTemporaryDir folder;
-        const QByteArray path = folder.filePath(QStringLiteral("pipe")).toUtf8();
-        QCOMPARE(mkfifo(path.constData(), 0600), 0);
+        const QString path = folder.filePath(QStringLiteral("bytes"));
+        Samples::writeFile(path, QByteArray("\0\1\2\3", 4));
+        // Nobody has time to read the file as long as others have work.
+        QSemaphore otherWork;
+        QThreadPool& workers = *QThreadPool::globalInstance();
+        for (int worker = 0; worker < workers.maxThreadCount(); ++worker) {
+            workers.start([&otherWork] { otherWork.acquire(); });
+        }
         const Item item(counting(3));
         item.press("Import…");
         auto* opening = item.popover.findChild<QFileDialog*>();
-        Q_EMIT opening->fileSelected(QString::fromUtf8(path));
+        Q_EMIT opening->fileSelected(path);
         delete opening;
         const auto* bar = item.popover.findChild<QProgressBar*>();
-        QVERIFY(!bar->isVisible());
-        QVERIFY(!item.isIdle());
-        QTRY_VERIFY(bar->isVisible());
-        QCOMPARE(bar->accessibleName(), QStringLiteral("Importing…"));
-        QVERIFY(item.applications.empty());
-        Samples::writeFile(QString::fromUtf8(path), QByteArray("\0\1\2\3", 4));
+        const bool isHiddenFirst = !bar->isVisible();
+        const bool isBusy = !item.isIdle();
+        const bool isShown = QTest::qWaitFor([bar] { return bar->isVisible(); });
+        const QString name = bar->accessibleName();
+        otherWork.release(workers.maxThreadCount());
+        QVERIFY(isHiddenFirst);
+        QVERIFY(isBusy);
+        QVERIFY(isShown);
+        QCOMPARE(name, QStringLiteral("Importing…"));
         QTRY_COMPARE(item.applications, Applications{counting(4)});
         QVERIFY(!bar->isVisible());
         QVERIFY(item.isIdle());
