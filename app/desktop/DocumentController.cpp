@@ -140,11 +140,13 @@ void DocumentController::revert() {
         &DocumentController::revertFailed);
 }
 
-void DocumentController::reload() {
+void DocumentController::reload(std::function<bool()> mayReplace) {
     beginReading(
         path_,
-        [this, state = undoManager_.state()](const FreshRoot& fresh) {
-            finishReloading(fresh, state);
+        [this, state = undoManager_.state(),
+         mayReplace = std::move(mayReplace)](const FreshRoot& fresh) {
+            const bool isUnedited = undoManager_.state() == state;
+            finishReloading(fresh, isUnedited && (!mayReplace || mayReplace()));
         },
         &DocumentController::reloadFailed);
 }
@@ -238,8 +240,8 @@ void DocumentController::finishReverting(const FreshRoot& fresh) {
     Q_EMIT reverted();
 }
 
-void DocumentController::finishReloading(const FreshRoot& fresh, UndoManager::State stateBefore) {
-    if (undoManager_.state() != stateBefore) {
+void DocumentController::finishReloading(const FreshRoot& fresh, bool mayReplace) {
+    if (!mayReplace) {
         Q_EMIT reloadOvertaken();
         return;
     }

@@ -76,8 +76,9 @@ public:
     void revert();
 
     /// As `revert`, for a file that another program has changed. Ends with `reloaded`,
-    /// `reloadFailed` or `reloadOvertaken`.
-    void reload();
+    /// `reloadFailed` or `reloadOvertaken`: if the document is edited while the file is being read,
+    /// or if `mayReplace`, where given, says no when the file has been read.
+    void reload(std::function<bool()> mayReplace = nullptr);
 
     /// Begins to write the document as it is now to its file, unless another program has changed
     /// that: then it ends with `saveFailed` and `FileError::Code::changedOnDisk`. A file that has
@@ -113,7 +114,7 @@ Q_SIGNALS:
     void reloaded();
     void reloadFailed(const FileError& error);
 
-    /// The document was edited while the file was being read, and stays as it is.
+    /// The document was to stay as it is by the time the file had been read.
     void reloadOvertaken();
     void openFailed(const FileError& error);
     void saved();
@@ -136,7 +137,7 @@ private:
     void replaceContent(const FreshRoot& fresh, const QString& actionName);
     void finishRecovering(const LostDocument& lost, const FreshRoot& fresh);
     void finishReverting(const FreshRoot& fresh);
-    void finishReloading(const FreshRoot& fresh, UndoManager::State stateBefore);
+    void finishReloading(const FreshRoot& fresh, bool mayReplace);
     void beginWriting(const QString& path, std::function<bool(const ContentDigest&)> mayReplace);
     void setBase(const ContentDigest& digest, UndoManager::State state);
     void finishWriting(const QString& path, UndoManager::State state, const ContentDigest& digest);

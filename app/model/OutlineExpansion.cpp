@@ -72,44 +72,109 @@ PlistString stepTo(const PlistNode& parent, const PlistNode& child, std::size_t 
                                                   : PlistString(std::to_string(index));
 }
 
-std::vector<std::size_t> expandedChildren(PlistNode& node, const NodeIdSet& expanded) {
-    std::vector<std::size_t> positions;
-    const std::span<const PlistNodePtr> children = node.children();
-    for (std::size_t i = 0; i < children.size(); ++i) {
-        if (children[i]->isMaterialized() && expanded.contains(children[i]->id())) {
-            positions.push_back(i);
+/// Walks two trees side by side as far as the old one is expanded. Nothing is called for the roots.
+///
+/// The trees are walked instead of writing paths down: the paths of a deep tree are longer than the
+/// tree.
+class SideBySide {
+public:
+    SideBySide(PlistNode& oldRoot, PlistNode& newRoot, const NodeIdSet& expanded)
+        : expanded_(expanded) {
+        if (isExpanded(oldRoot) && newRoot.isContainer()) {
+            waiting_.push_back({&oldRoot, &newRoot});
         }
     }
-    return positions;
-}
 
-}  // namespace
-
-// Both trees are walked side by side instead of writing paths down: the paths of a deep tree are
-// longer than the tree.
-NodeIdSet OutlineExpansion::carried(PlistNode& oldRoot, PlistNode& newRoot,
-                                    const NodeIdSet& expanded) {
-    NodeIdSet carriedOver{newRoot.id()};
-    std::vector<Pair> waiting;
-    if (oldRoot.isMaterialized() && expanded.contains(oldRoot.id()) && newRoot.isContainer()) {
-        waiting.push_back({&oldRoot, &newRoot});
-    }
-    while (!waiting.empty()) {
-        const Pair pair = waiting.back();
-        waiting.pop_back();
-        const std::vector<std::size_t> positions = expandedChildren(*pair.oldNode, expanded);
-        if (positions.empty()) {
-            continue;
-        }
-        const Steps steps(*pair.newNode, positions.size());
-        for (const std::size_t index : positions) {
-            PlistNode& oldChild = *pair.oldNode->children()[index];
-            PlistNode* newChild = steps.follow(stepTo(*pair.oldNode, oldChild, index));
-            if (newChild != nullptr && newChild->isContainer()) {
-                carriedOver.insert(newChild->id());
-                waiting.push_back({&oldChild, newChild});
+    /// Calls `visit(old, new)` for the children that stand in the same place and whose old one
+    /// `isWanted`.
+    template <typename IsWanted, typename Visit>
+    void walk(IsWanted isWanted, Visit visit) {
+        while (!waiting_.empty()) {
+            const Pair pair = waiting_.back();
+            waiting_.pop_back();
+            const std::vector<std::size_t> positions = wantedChildren(*pair.oldNode, isWanted);
+            if (positions.empty()) {
+                continue;
+            }
+            const Steps steps(*pair.newNode, positions.size());
+            for (const std::size_t index : positions) {
+                PlistNode& oldChild = *pair.oldNode->children()[index];
+                PlistNode* newChild = steps.follow(stepTo(*pair.oldNode, oldChild, index));
+                if (newChild != nullptr) {
+                    visit(oldChild, *newChild);
+                    if (isExpanded(oldChild) && newChild->isContainer()) {
+                        waiting_.push_back({&oldChild, newChild});
+                    }
+                }
             }
         }
     }
+
+private:
+    bool isExpanded(const PlistNode& node) const {
+        return node.isMaterialized() && expanded_.contains(node.id());
+    }
+
+    template <typename IsWanted>
+    std::vector<std::size_t> wantedChildren(PlistNode& node, IsWanted isWanted) const {
+        std::vector<std::size_t> positions;
+        const std::span<const PlistNodePtr> children = node.children();
+        for (std::size_t i = 0; i < children.size(); ++i) {
+            if (isExpanded(*children[i]) || isWanted(*children[i])) {
+                positions.push_back(i);
+            }
+        }
+        return positions;
+    }
+
+    const NodeIdSet& expanded_;
+    std::vector<Pair> waiting_;
+};
+
+}  // namespace
+
+NodeIdSet OutlineExpansion::carried(PlistNode& oldRoot, PlistNode& newRoot,
+                                    const NodeIdSet& expanded) {
+    NodeIdSet carriedOver{newRoot.id()};
+    SideBySide(oldRoot, newRoot, expanded)
+        .walk([](const PlistNode&) { return false; },
+              [&carriedOver](const PlistNode&, const PlistNode& newNode) {
+                  if (newNode.isContainer()) {
+                      carriedOver.insert(newNode.id());
+                  }
+              });
     return carriedOver;
+}
+
+NodeIdSet OutlineExpansion::carriedSelection(PlistNode& oldRoot, PlistNode& newRoot,
+                                             const NodeIdSet& expanded,
+                                             const NodeIdSet& selection) {
+    NodeIdSet carriedOver;
+    if (selection.contains(oldRoot.id())) {
+        carriedOver.insert(newRoot.id());
+    }
+    const auto isSelected = [&selection](const PlistNode& node) {
+        return selection.contains(node.id());
+    };
+    SideBySide(oldRoot, newRoot, expanded)
+        .walk(isSelected, [&](const PlistNode& oldNode, const PlistNode& newNode) {
+            if (isSelected(oldNode)) {
+                carriedOver.insert(newNode.id());
+            }
+        });
+    return carriedOver;
+}
+
+PlistNode* OutlineExpansion::counterpart(const PlistNode& node, PlistNode& newRoot) {
+    std::vector<PlistString> path;
+    for (const PlistNode* below = &node; below->parent() != nullptr; below = below->parent()) {
+        const auto index = static_cast<std::size_t>(*below->indexInParent());
+        path.push_back(stepTo(*below->parent(), *below, index));
+    }
+    PlistNode* found = &newRoot;
+    while (!path.empty() && found != nullptr) {
+        found = found->isContainer() ? Steps(*found, 1).follow(path.back()) : nullptr;
+        path.pop_back();
+    }
+    return found;
 }

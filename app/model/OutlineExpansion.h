@@ -5,7 +5,7 @@
 
 class PlistNode;
 
-/// What the user has expanded, carried from one tree to another.
+/// What the user has expanded and selected, carried from one tree to another.
 namespace OutlineExpansion {
 
 /// The containers of the tree under `newRoot` that stand where expanded ones stood under `oldRoot`:
@@ -14,5 +14,14 @@ namespace OutlineExpansion {
 /// as a key, in decimal. Follows only what is expanded through and through. Always holds the new
 /// root's id.
 NodeIdSet carried(PlistNode& oldRoot, PlistNode& newRoot, const NodeIdSet& expanded);
+
+/// In the same way the selected nodes. Those that stand below something that is not expanded are
+/// left out.
+NodeIdSet carriedSelection(PlistNode& oldRoot, PlistNode& newRoot, const NodeIdSet& expanded,
+                           const NodeIdSet& selection);
+
+/// What stands under `newRoot` where `node` stands under its own root; null if nothing does. Costs
+/// in proportion to the siblings of the node and of those above it.
+PlistNode* counterpart(const PlistNode& node, PlistNode& newRoot);
 
 }  // namespace OutlineExpansion

@@ -32,6 +32,9 @@ public:
     /// Takes over what stands in an open field, and closes it.
     void endEditing();
 
+    /// Whether the field of a date is open.
+    bool isOpen() const noexcept { return !dateEditor_.isNull(); }
+
     /// The field of a date if it is open over this cell, else null.
     QWidget* fieldAt(const QModelIndex& index) const;
 

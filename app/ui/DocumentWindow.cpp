@@ -10,19 +10,23 @@
 #include <QStackedWidget>
 #include <QTimer>
 #include <QUrl>
+#include <QVBoxLayout>
 #include <optional>
 
 #include "app/model/FilePath.h"
+#include "app/ui/DataPopover.h"
 #include "app/ui/DocumentToolBar.h"
 #include "app/ui/DocumentView.h"
 #include "app/ui/EditMenu.h"
 #include "app/ui/FileDialogs.h"
 #include "app/ui/FileMenu.h"
+#include "app/ui/FileNotice.h"
 #include "app/ui/HelpMenu.h"
 #include "app/ui/MessageDialog.h"
 #include "app/ui/PlistCommands.h"
 #include "app/ui/PlistTable.h"
 #include "app/ui/ProgressPage.h"
+#include "app/ui/SaveProgress.h"
 #include "app/ui/WindowMenu.h"
 
 namespace {
@@ -47,6 +51,7 @@ QStringList localFilesOf(const QMimeData& data) {
 DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
     : QMainWindow(parent),
       controller_(untitledName),
+      follower_(controller_),
       pages_(new QStackedWidget(this)),
       progress_(new ProgressPage(pages_)),
       view_(new DocumentView(controller_.document(), &controller_.undoManager(), pages_)) {
@@ -55,11 +60,10 @@ DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
     setAcceptDrops(true);
     makeMenus();
     addToolBar(view_->toolBar());
-    pages_->addWidget(view_);
-    pages_->addWidget(progress_);
-    setCentralWidget(pages_);
+    makeLayout();
     resize(defaultSize);
     followController();
+    followFile();
     updateTitle();
     updateFileMenu();
     showDocument();
@@ -68,6 +72,21 @@ DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
 DocumentWindow::~DocumentWindow() {
     // The view looks at the document until it is gone, and the document is a member of this.
     delete pages_;
+}
+
+void DocumentWindow::makeLayout() {
+    pages_->addWidget(view_);
+    pages_->addWidget(progress_);
+    auto* content = new QWidget(this);
+    notice_ = new FileNotice(follower_, content);
+    saveProgress_ = new SaveProgress(content);
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(notice_);
+    layout->addWidget(pages_, 1);
+    layout->addWidget(saveProgress_);
+    setCentralWidget(content);
 }
 
 void DocumentWindow::makeMenus() {
@@ -96,7 +115,7 @@ void DocumentWindow::followController() {
         updateFileMenu();
     });
     connect(&controller_, &DocumentController::activityChanged, this,
-            &DocumentWindow::updateFileMenu);
+            &DocumentWindow::updateActivity);
     connect(&controller_, &DocumentController::opened, this, &DocumentWindow::showDocument);
     connect(&controller_, &DocumentController::saved, this, &DocumentWindow::handleSaved);
     connect(&controller_, &DocumentController::revertFailed, this,
@@ -104,6 +123,47 @@ void DocumentWindow::followController() {
     connect(&controller_, &DocumentController::saveFailed, this,
             &DocumentWindow::explainSaveFailure);
     connect(progress_, &ProgressPage::cancelled, this, &QWidget::close);
+}
+
+void DocumentWindow::followFile() {
+    follower_.setInputCheck([this] { return hasInput(); });
+    connect(&follower_, &FileFollower::troubleChanged, this, [this] {
+        if (notice_->isAncestorOf(focusWidget())) {
+            view_->setFocus();
+        }
+        notice_->showTrouble(controller_.name());
+    });
+    connect(notice_, &FileNotice::reloadChosen, this, &DocumentWindow::reload);
+    connect(notice_, &FileNotice::keepChosen, &follower_, &FileFollower::keepMine);
+    connect(notice_, &FileNotice::saveChosen, this, &DocumentWindow::save);
+    connect(&controller_, &DocumentController::aboutToReload, this,
+            [this] { keptPlace_.emplace(*view_); });
+    connect(&controller_, &DocumentController::reloaded, this, [this] {
+        keptPlace_->restore(*view_);
+        keptPlace_.reset();
+    });
+}
+
+/// Whether the user has begun something that is no edit of the document yet.
+bool DocumentWindow::hasInput() const {
+    return view_->table().isEditing() || findChild<DataPopover*>() != nullptr;
+}
+
+void DocumentWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        follower_.check();
+    }
+}
+
+void DocumentWindow::updateActivity() {
+    updateFileMenu();
+    notice_->setEnabled(controller_.activity() == DocumentController::Activity::idle);
+    if (controller_.activity() == DocumentController::Activity::writing) {
+        saveProgress_->start(tr("Saving “%1”…").arg(controller_.name()));
+    } else {
+        saveProgress_->stop();
+    }
 }
 
 void DocumentWindow::updateTitle() {
@@ -284,6 +344,8 @@ void DocumentWindow::closeEvent(QCloseEvent* event) {
         refuseClose();
     } else if (controller_.activity() == DocumentController::Activity::writing) {
         closesWhenSaved_ = true;
+        saveProgress_->showNow(
+            tr("Saving “%1”… The window closes when that is done.").arg(controller_.name()));
         event->ignore();
     } else if (controller_.isModified() && !closesUnasked_) {
         event->ignore();

@@ -7,12 +7,16 @@
 #include <utility>
 
 #include "app/desktop/DocumentController.h"
+#include "app/desktop/FileFollower.h"
+#include "app/ui/KeptPlace.h"
 #include "app/ui/MessageDialog.h"
 #include "app/desktop/LostDocument.h"
 
 class DocumentView;
 class FileMenu;
+class FileNotice;
 class ProgressPage;
+class SaveProgress;
 class QFileDialog;
 class QStackedWidget;
 
@@ -79,6 +83,7 @@ Q_SIGNALS:
     void recovered();
 
 protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -86,6 +91,10 @@ protected:
 
 private:
     void makeMenus();
+    void makeLayout();
+    void followFile();
+    void updateActivity();
+    bool hasInput() const;
     void followController();
     void updateTitle();
     void updateFileMenu();
@@ -98,10 +107,14 @@ private:
     void refuseClose();
 
     DocumentController controller_;
+    FileFollower follower_;
+    std::optional<KeptPlace> keptPlace_;
     QStackedWidget* pages_;
     ProgressPage* progress_;
     DocumentView* view_;
     FileMenu* fileMenu_ = nullptr;
+    FileNotice* notice_ = nullptr;
+    SaveProgress* saveProgress_ = nullptr;
     std::function<QList<QWidget*>()> allWindows_;
     std::optional<LostDocument> lost_;
     bool closesWhenSaved_ = false;

@@ -1,19 +1,11 @@
 #pragma once
 
-#include <QWidget>
+#include "app/ui/NoticeStrip.h"
 
-/// A strip across a window with something that the user should know about the document.
-class NoticeBanner : public QWidget {
+/// A strip that says the same as long as it is there.
+class NoticeBanner : public NoticeStrip {
     Q_OBJECT
 
 public:
     explicit NoticeBanner(const QString& text, QWidget* parent = nullptr);
-
-    QString text() const;
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
-
-private:
-    class QLabel* label_;
 };

@@ -356,6 +356,10 @@ void PlistTable::endEditing() {
     editing_->end();
 }
 
+bool PlistTable::isEditing() const {
+    return controls_->isOpen() || editing_->isOpen();
+}
+
 QWidget* PlistTable::editorAt(const QModelIndex& index) const {
     QWidget* field = editing_->fieldAt(index);
     return field != nullptr ? field : controls_->fieldAt(index);

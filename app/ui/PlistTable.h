@@ -52,6 +52,9 @@ public:
     /// Applies the text of an open field, or drops it if it is refused, and closes the field.
     void endEditing();
 
+    /// Whether a field is open, or a window for a long text.
+    bool isEditing() const;
+
     /// The field that is open over a cell; null if there is none.
     QWidget* editorAt(const QModelIndex& index) const;
 

@@ -3,14 +3,22 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <memory>
+#include <string>
 
+#include "PlistCore/PlistEntry.h"
 #include "app/model/PlistNode.h"
 #include "app/ui/DocumentView.h"
 #include "app/ui/DocumentWindow.h"
+#include "app/ui/FileNotice.h"
+#include "app/ui/PlistTable.h"
+#include "app/ui/SaveProgress.h"
+#include "tests/ui/support/FocusNames.h"
+#include "tests/ui/support/MenuTools.h"
 #include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
 
@@ -118,7 +126,180 @@ private Q_SLOTS:
         QCOMPARE(itemsInFile(), 5);
     }
 
+    // --- Reloading ---
+
+    void reloadsUnseenChanges() {
+        write(Samples::numbers(7));
+        QTRY_COMPARE(itemsShown(), 7);
+        QVERIFY(!window_->isWindowModified());
+        QVERIFY(!notice().isVisible());
+        QVERIFY(MenuTools::itemOf(*window_, "Undo Reload") != nullptr);
+    }
+
+    /// Expansion, selection, the current cell and what is in sight.
+    void keepsThePlace() {
+        write(PlistValue::dictionary({{"before", Samples::numbers(200)},
+                                      {"list", Samples::numbers(300)},
+                                      {"after", Samples::numbers(3)}}));
+        QTRY_COMPARE(itemsShown(), 3);
+        OutlineState& outline = window_->view().outline();
+        PlistTable& table = window_->view().table();
+        PlistNode& list = *outline.root()->children()[1];
+        outline.setExpanded(list, OutlineState::Expansion::expand, OutlineState::Reach::nodeAlone);
+        outline.select({list.children()[100]->id(), list.children()[102]->id()});
+        table.setCurrentIndex(table.model()->index(2 + 1 + 100, 2));
+        outline.select({list.children()[100]->id(), list.children()[102]->id()});
+        table.verticalScrollBar()->setValue(table.verticalScrollBar()->value() + 5);
+        const int top = table.visualRect(table.currentIndex()).top();
+        QVERIFY(table.viewport()->rect().contains(0, top));
+
+        // One row more above, and another order of what is around.
+        write(PlistValue::dictionary({{"new", PlistValue::integer(1)},
+                                      {"before", Samples::numbers(200)},
+                                      {"list", Samples::numbers(300)}}));
+        QTRY_COMPARE(itemsShown(), 3);
+        QTRY_COMPARE(
+            QString::fromStdString(std::string(outline.root()->children()[0]->key().view())),
+            QStringLiteral("new"));
+        PlistNode& newList = *outline.root()->children()[2];
+        QVERIFY(outline.isExpanded(newList.id()));
+        QVERIFY(!outline.isExpanded(outline.root()->children()[1]->id()));
+        QCOMPARE(outline.selection(),
+                 (NodeIdSet{newList.children()[100]->id(), newList.children()[102]->id()}));
+        QCOMPARE(table.selectionModel()->selectedRows().size(), 2);
+        QCOMPARE(table.currentIndex().row(), 3 + 1 + 100);
+        QCOMPARE(table.currentIndex().column(), 2);
+        QCOMPARE(table.visualRect(table.currentIndex()).top(), top);
+    }
+
+    void asksAboutAChangeOfAnEditedDocument() {
+        window_->view().actions().addItem();
+        write(Samples::numbers(7));
+        QTRY_VERIFY(notice().isVisible());
+        QCOMPARE(notice().text(),
+                 QStringLiteral("The file “a.plist” has been changed by another program."));
+        QCOMPARE(notice().accessibleName(), notice().text());
+        QCOMPARE(buttons(), (QStringList{QStringLiteral("Keep Mine"), QStringLiteral("Reload")}));
+        QCOMPARE(FocusNames::missingIn(*window_), QStringList());
+        QCOMPARE(itemsShown(), 3);
+
+        // By keyboard.
+        QPushButton* reload = button("Reload");
+        reload->setFocus(Qt::TabFocusReason);
+        QTRY_VERIFY(reload->hasFocus());
+        QTest::keyClick(reload, Qt::Key_Space);
+        QTRY_COMPARE(itemsShown(), 7);
+        QVERIFY(!notice().isVisible());
+        QVERIFY(window_->view().table().hasFocus());
+        window_->controller().undoManager().undo();
+        QCOMPARE(itemsShown(), 3);
+    }
+
+    void keepsMineWhenToldSo() {
+        window_->view().actions().addItem();
+        write(Samples::numbers(7));
+        QTRY_VERIFY(notice().isVisible());
+        QTest::mouseClick(button("Keep Mine"), Qt::LeftButton);
+        QVERIFY(!notice().isVisible());
+        QCOMPARE(itemsShown(), 3);
+        QSignalSpy saved(&window_->controller(), &DocumentController::saved);
+        window_->save();
+        QTRY_COMPARE(saved.count(), 1);
+        QCOMPARE(itemsInFile(), 3);
+    }
+
+    /// What stands in a field is no edit yet, and not to be lost either.
+    void asksWhileAFieldIsOpen() {
+        PlistTable& table = window_->view().table();
+        table.selectRow(1);
+        table.work(table.model()->index(1, 0));
+        QTRY_VERIFY(table.isEditing());
+        write(Samples::numbers(7));
+        QTRY_VERIFY(notice().isVisible());
+        QVERIFY(table.isEditing());
+        QCOMPARE(itemsShown(), 2);
+    }
+
+    void saysWhyAChangeCannotBeRead() {
+        Samples::writeFile(path(), "<plist><dict></array></plist>");
+        QTRY_VERIFY(notice().isVisible());
+        const QString start = QStringLiteral(
+            "The file “a.plist” has been changed by another program and cannot be read now. "
+            "Line 1, column 14: ");
+        QVERIFY2(notice().text().startsWith(start), qPrintable(notice().text()));
+        QVERIFY(notice().text().endsWith(u'.'));
+        QCOMPARE(buttons(), (QStringList{QStringLiteral("Keep Mine"), QStringLiteral("Reload")}));
+        QCOMPARE(itemsShown(), 2);
+        write(Samples::numbers(7));
+        QTRY_COMPARE(itemsShown(), 7);
+        QVERIFY(!notice().isVisible());
+    }
+
+    void saysThatAFileIsGone() {
+        QVERIFY(QFile::remove(path()));
+        QTRY_VERIFY(notice().isVisible());
+        QCOMPARE(notice().text(), QStringLiteral("The file “a.plist” has been deleted or moved. "
+                                                 "Saving makes it again."));
+        QCOMPARE(buttons(), QStringList(QStringLiteral("Save")));
+        QVERIFY(window_->isWindowModified());
+        QTest::mouseClick(button("Save"), Qt::LeftButton);
+        QTRY_VERIFY(!notice().isVisible());
+        QCOMPARE(itemsInFile(), 2);
+        QVERIFY(!window_->isWindowModified());
+    }
+
+    // --- While it is being saved ---
+
+    void saysThatItSavesWhenThatTakesLong() {
+        auto* progress = window_->findChild<SaveProgress*>();
+        progress->start(QStringLiteral("Saving “a.plist”…"));
+        QVERIFY(!progress->isVisible());
+        QTRY_VERIFY(progress->isVisible());
+        QVERIFY(window_->view().isVisible());
+        progress->stop();
+        QVERIFY(!progress->isVisible());
+    }
+
+    void showsThatItWaitsForTheSaving() {
+        const QPointer<DocumentWindow> window = window_;
+        window_->view().actions().addItem();
+        window_->save();
+        auto* progress = window_->findChild<SaveProgress*>();
+        QVERIFY(!progress->isVisible());
+        QCOMPARE(progress->text(), QStringLiteral("Saving “a.plist”…"));
+        QVERIFY(!window_->close());
+        QVERIFY(progress->isVisible());
+        QCOMPARE(progress->text(),
+                 QStringLiteral("Saving “a.plist”… The window closes when that is done."));
+        QTRY_VERIFY(window.isNull());
+        window_ = nullptr;
+        QCOMPARE(itemsInFile(), 3);
+    }
+
 private:
+    FileNotice& notice() const { return *window_->findChild<FileNotice*>(); }
+
+    QPushButton* button(const QByteArray& text) const {
+        for (QPushButton* one : notice().findChildren<QPushButton*>()) {
+            if (one->text().remove(u'&') == QString::fromUtf8(text)) {
+                return one;
+            }
+        }
+        return nullptr;
+    }
+
+    /// The buttons that the notice shows, by name.
+    QStringList buttons() const {
+        QStringList names;
+        for (const QPushButton* one : notice().findChildren<QPushButton*>()) {
+            if (one->isVisible()) {
+                names += one->text().remove(u'&');
+            }
+        }
+        names.sort();
+        return names;
+    }
+
     QString path() const { return folder_->filePath(QStringLiteral("a.plist")); }
 
     void write(const PlistValue& content) const {

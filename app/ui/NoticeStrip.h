@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QWidget>
+
+class QHBoxLayout;
+class QLabel;
+class QPushButton;
+
+/// A strip across a window with something that the user should know about the document, and perhaps
+/// with buttons for what can be done about it.
+class NoticeStrip : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit NoticeStrip(QWidget* parent = nullptr);
+
+    QString text() const;
+
+protected:
+    void setText(const QString& text);
+
+    /// Adds a button at the end; `text` may mark a letter as its key.
+    QPushButton* addButton(const QString& text);
+
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QLabel* label_;
+    QHBoxLayout* layout_;
+};
