@@ -8,9 +8,9 @@
 
 #include "app/desktop/DocumentController.h"
 #include "app/desktop/FileFollower.h"
+#include "app/desktop/LostDocument.h"
 #include "app/ui/KeptPlace.h"
 #include "app/ui/MessageDialog.h"
-#include "app/desktop/LostDocument.h"
 
 class DocumentView;
 class FileMenu;
