@@ -6,34 +6,11 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QTimer>
-#include <algorithm>
 #include <cstdio>
 
 #include "app/ui/DocumentWindow.h"
 #include "app/ui/TabuletApp.h"
-
-namespace {
-
-/// Turns with the event loop and takes the time from one turn to the next.
-class Pulse {
-public:
-    Pulse() {
-        QObject::connect(&timer_, &QTimer::timeout, [this] { beat(); });
-        clock_.start();
-        timer_.start(0);
-    }
-
-    void beat() { longest_ = std::max(longest_, clock_.restart()); }
-    qint64 longest() const { return longest_; }
-
-private:
-    QTimer timer_;
-    QElapsedTimer clock_;
-    qint64 longest_ = 0;
-};
-
-}  // namespace
+#include "benchmarks/support/Pulse.h"
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
