@@ -11,12 +11,15 @@
 /// Work that leaves the interface alone.
 namespace BackgroundTask {
 
+/// The threads that do the work, for callers on the main thread. Not those that the toolkit has for
+/// all: it also paints with their help, and would wait for one while a file is read or written.
+QThreadPool& threads();
+
 /// Runs `work` on a worker thread, then hands its result to `done` on the thread of `receiver`,
 /// which must be the caller's. If `receiver` is destroyed before, the result is dropped; the work
 /// itself always runs to its end. `work` must not throw.
 template <typename Work, typename Done>
-void run(QObject& receiver, Work work, Done done,
-         QThreadPool& workers = *QThreadPool::globalInstance()) {
+void run(QObject& receiver, Work work, Done done, QThreadPool& workers = threads()) {
     using Result = std::invoke_result_t<Work&>;
     auto* watcher = new QFutureWatcher<Result>(&receiver);
     QObject::connect(watcher, &QFutureWatcher<Result>::finished, &receiver,

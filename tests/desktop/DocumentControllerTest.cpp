@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "PlistCore/PlistEntry.h"
+#include "app/desktop/BackgroundTask.h"
 #include "app/desktop/DocumentController.h"
 #include "app/model/PlistEditor.h"
 #include "app/model/PlistNode.h"
@@ -44,7 +45,7 @@ bool givesUpAfter(int turns, const QString& path) {
     auto controller = std::make_unique<DocumentController>(QStringLiteral("Untitled"));
     const QSignalSpy opened(controller.get(), &DocumentController::opened);
     controller->open(path);
-    QThreadPool::globalInstance()->waitForDone();
+    BackgroundTask::threads().waitForDone();
     for (int i = 0; i < turns; ++i) {
         QCoreApplication::processEvents();
     }
@@ -94,11 +95,11 @@ private Q_SLOTS:
         int turns = 0;
         QTimer pulse;
         connect(&pulse, &QTimer::timeout, this, [&turns, &controller] {
-            turns += QThreadPool::globalInstance()->activeThreadCount() == 0 &&
+            turns += BackgroundTask::threads().activeThreadCount() == 0 &&
                      controller.activity() == DocumentController::Activity::reading;
         });
         controller.open(fileWith("long.plist", longText()));
-        QThreadPool::globalInstance()->waitForDone();
+        BackgroundTask::threads().waitForDone();
         pulse.start(0);
         QVERIFY(opened.wait());
         QVERIFY2(turns >= 3, qPrintable(QString::number(turns)));
@@ -131,7 +132,7 @@ private Q_SLOTS:
         const PlistNodePtr before(&controller.document().root());
         fileWith("long.plist", longText());
         controller.revert();
-        QThreadPool::globalInstance()->waitForDone();
+        BackgroundTask::threads().waitForDone();
         int turns = 0;
         QTimer pulse;
         connect(&pulse, &QTimer::timeout, this, [&turns, &controller, &before] {
@@ -338,7 +339,7 @@ private Q_SLOTS:
         auto* controller = new DocumentController(QStringLiteral("Untitled"));
         controller->open(path);
         delete controller;
-        QVERIFY(QThreadPool::globalInstance()->waitForDone());
+        QVERIFY(BackgroundTask::threads().waitForDone());
     }
 
 private:

@@ -15,6 +15,7 @@
 #include <numeric>
 #include <vector>
 
+#include "app/desktop/BackgroundTask.h"
 #include "app/ui/DataPopover.h"
 #include "app/ui/FileName.h"
 #include "app/ui/HexDump.h"
@@ -189,7 +190,7 @@ private Q_SLOTS:
         Samples::writeFile(path, QByteArray("\0\1\2\3", 4));
         // Nobody has time to read the file as long as others have work.
         QSemaphore otherWork;
-        QThreadPool& workers = *QThreadPool::globalInstance();
+        QThreadPool& workers = BackgroundTask::threads();
         for (int worker = 0; worker < workers.maxThreadCount(); ++worker) {
             workers.start([&otherWork] { otherWork.acquire(); });
         }
