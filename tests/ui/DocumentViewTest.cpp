@@ -11,6 +11,7 @@
 #include "app/ui/FormatPicker.h"
 #include "app/ui/NoticeBanner.h"
 #include "app/ui/PlistTable.h"
+#include "app/ui/SearchField.h"
 #include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
 
@@ -96,6 +97,25 @@ private Q_SLOTS:
         document.apply({PlistValue::string("alone"), PlistFormat::xml});
         QVERIFY(!view.findChild<EmptyState*>()->isVisible());
         QCOMPARE(view.table().model()->rowCount(), 1);
+    }
+
+    void theToolBarStandsInItsOrder() {
+        PlistDocument document;
+        DocumentView view(document);
+        const DocumentToolBar& bar = *view.toolBar();
+        QStringList shown;
+        for (QAction* action : bar.actions()) {
+            const QWidget* widget = bar.widgetForAction(action);
+            if (widget == &bar.formatPicker()) {
+                shown += QStringLiteral("picker");
+            } else if (widget == &bar.searchField()) {
+                shown += QStringLiteral("search");
+            } else if (!action->text().isEmpty()) {
+                shown += action->text();
+            }
+        }
+        QCOMPARE(shown, QStringList({QStringLiteral("Add Item"), QStringLiteral("Delete"),
+                                     QStringLiteral("picker"), QStringLiteral("search")}));
     }
 
     void pickerAndDocumentAgree() {

@@ -460,10 +460,12 @@ private Q_SLOTS:
         const QRect chevron = window.parts(1).disclosure;
         const QImage collapsed = pictureOf(window, chevron);
         QVERIFY(hasInk(collapsed));
+        // Higher than wide it points to the side, wider than high it points down.
+        QVERIFY(extentOf(collapsed).height() > extentOf(collapsed).width());
         window.outline.setExpanded(window.child(0), Expansion::expand, Reach::nodeAlone);
         const QImage expanded = pictureOf(window, chevron);
         QVERIFY(hasInk(expanded));
-        QVERIFY(collapsed != expanded);
+        QVERIFY(extentOf(expanded).width() > extentOf(expanded).height());
     }
 
     // --- Editing ---
@@ -547,17 +549,20 @@ private:
         return window.table->viewport()->grab(rect).toImage();
     }
 
-    /// Whether there is more than one colour.
-    static bool hasInk(const QImage& image) {
+    /// What is painted in another colour than the corner.
+    static QRect extentOf(const QImage& image) {
+        QRect extent;
         for (int y = 0; y < image.height(); ++y) {
             for (int x = 0; x < image.width(); ++x) {
                 if (image.pixel(x, y) != image.pixel(0, 0)) {
-                    return true;
+                    extent |= QRect(x, y, 1, 1);
                 }
             }
         }
-        return false;
+        return extent;
     }
+
+    static bool hasInk(const QImage& image) { return !extentOf(image).isEmpty(); }
 };
 
 int main(int argc, char** argv) {
