@@ -4,7 +4,7 @@
 
 FileFollower::FileFollower(DocumentController& controller, std::chrono::milliseconds rest,
                            QObject* parent)
-    : QObject(parent), controller_(controller), monitor_(rest) {
+    : QObject(parent), controller_(controller), monitor_(rest, this) {
     connect(&controller, &DocumentController::activityChanged, this, &FileFollower::followActivity);
     connect(&controller, &DocumentController::opened, this, &FileFollower::followFile);
     connect(&controller, &DocumentController::saved, this, &FileFollower::followFile);

@@ -51,7 +51,7 @@ QStringList localFilesOf(const QMimeData& data) {
 DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
     : QMainWindow(parent),
       controller_(untitledName),
-      follower_(controller_),
+      follower_(controller_, FileMonitor::restTime, this),
       pages_(new QStackedWidget(this)),
       progress_(new ProgressPage(pages_)),
       view_(new DocumentView(controller_.document(), &controller_.undoManager(), pages_)) {

@@ -1,5 +1,4 @@
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +14,7 @@
 #include <vector>
 
 #include "app/desktop/FileMonitor.h"
+#include "tests/model/support/NoMoreDescriptors.h"
 
 namespace {
 
@@ -46,24 +46,6 @@ void replace(const QString& path, const QByteArray& bytes) {
                          QFile::encodeName(path).constData()),
              0);
 }
-
-/// While it lives, the system gives no more descriptors.
-class NoMoreDescriptors {
-public:
-    NoMoreDescriptors() {
-        ::getrlimit(RLIMIT_NOFILE, &before_);
-        const int next = ::dup(0);
-        ::close(next);
-        const rlimit none{static_cast<rlim_t>(next), before_.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &none);
-    }
-    NoMoreDescriptors(const NoMoreDescriptors&) = delete;
-    NoMoreDescriptors& operator=(const NoMoreDescriptors&) = delete;
-    ~NoMoreDescriptors() { ::setrlimit(RLIMIT_NOFILE, &before_); }
-
-private:
-    rlimit before_{};
-};
 
 }  // namespace
 

@@ -17,6 +17,7 @@
 #include "app/ui/FileNotice.h"
 #include "app/ui/PlistTable.h"
 #include "app/ui/SaveProgress.h"
+#include "tests/model/support/NoMoreDescriptors.h"
 #include "tests/ui/support/FocusNames.h"
 #include "tests/ui/support/MenuTools.h"
 #include "tests/ui/support/Samples.h"
@@ -170,6 +171,29 @@ private Q_SLOTS:
         QCOMPARE(table.currentIndex().row(), 3 + 1 + 100);
         QCOMPARE(table.currentIndex().column(), 2);
         QCOMPARE(table.visualRect(table.currentIndex()).top(), top);
+    }
+
+    /// As with a file on another machine.
+    void looksAtTheFileWhenItIsActivated() {
+        cleanup();
+        {
+            const NoMoreDescriptors none;
+            window_ = new DocumentWindow(QStringLiteral("Untitled"));
+        }
+        window_->show();
+        QVERIFY(QTest::qWaitForWindowActive(window_));
+        QSignalSpy examined(window_->findChild<FileMonitor*>(), &FileMonitor::examined);
+        window_->open(path());
+        // The first look needs no reason.
+        QVERIFY(examined.wait());
+
+        write(Samples::numbers(7));
+        QWidget other;
+        other.show();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        QCOMPARE(itemsShown(), 2);
+        window_->activateWindow();
+        QTRY_COMPARE(itemsShown(), 7);
     }
 
     void asksAboutAChangeOfAnEditedDocument() {

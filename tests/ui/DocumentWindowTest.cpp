@@ -12,8 +12,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
+#include <functional>
 #include <memory>
 
+#include "PlistCore/PlistEntry.h"
+#include "app/model/PlistEditor.h"
 #include "app/model/PlistNode.h"
 #include "app/ui/DocumentToolBar.h"
 #include "app/ui/DocumentView.h"
@@ -38,6 +41,9 @@ void press(const QMessageBox& box, QMessageBox::StandardButton button) {
 }
 
 }  // namespace
+
+using Edit = std::function<void(const PlistEditor&, PlistNode&)>;
+Q_DECLARE_METATYPE(Edit)
 
 class DocumentWindowTest : public QObject {
     Q_OBJECT
@@ -284,6 +290,65 @@ private Q_SLOTS:
         window_->save();
         QTRY_COMPARE(saved.count(), 1);
         QVERIFY(MenuTools::itemOf(*window_, "Save")->isEnabled());
+    }
+
+    /// Whatever is done to the document: the title and the close button tell of it.
+    void showsWhetherThereIsSomethingToSave_data() {
+        QTest::addColumn<Edit>("edit");
+        QTest::newRow("Rename") << Edit([](const PlistEditor& editor, PlistNode& root) {
+            editor.rename(*root.children()[0], "z");
+        });
+        QTest::newRow("Change Value") << Edit([](const PlistEditor& editor, PlistNode& root) {
+            editor.changeValue(*root.children()[0], PlistValue::integer(9));
+        });
+        QTest::newRow("Change Type") << Edit([](const PlistEditor& editor, PlistNode& root) {
+            editor.changeType(*root.children()[0], PlistType::string);
+        });
+        QTest::newRow("Change Format") << Edit([](const PlistEditor& editor, PlistNode&) {
+            editor.changeFormat(PlistFormat::binary);
+        });
+        QTest::newRow("Add Item") << Edit([](const PlistEditor& editor, PlistNode& root) {
+            const PlistNodePtr node = PlistNode::create("z", PlistValue::integer(9));
+            editor.add({&node, 1}, root, 0);
+        });
+        QTest::newRow("Delete") << Edit([](const PlistEditor& editor, PlistNode& root) {
+            editor.remove(root.children().first(1));
+        });
+        QTest::newRow("Move") << Edit([](const PlistEditor& editor, PlistNode& root) {
+            editor.move(root.children().first(1), root, 3);
+        });
+        QTest::newRow("Sort Keys")
+            << Edit([](const PlistEditor& editor, PlistNode& root) { editor.sortKeys(root); });
+    }
+
+    void showsWhetherThereIsSomethingToSave() {
+        QFETCH(Edit, edit);
+        const QString path = file(
+            "edit.plist", Samples::bytes(PlistValue::dictionary({{"b", PlistValue::integer(1)},
+                                                                 {"a", PlistValue::integer(2)},
+                                                                 {"c", PlistValue::integer(3)}}),
+                                         PlistFormat::xml));
+        open(path);
+        DocumentController& controller = window_->controller();
+        QCOMPARE(window_->windowTitle(), QStringLiteral("edit.plist[*]"));
+        QVERIFY(!window_->isWindowModified());
+        edit(PlistEditor(controller.document(), &controller.undoManager()),
+             controller.document().root());
+        QCOMPARE(controller.undoManager().undoActionName(),
+                 QString::fromLatin1(QTest::currentDataTag()));
+        QVERIFY(window_->isWindowModified());
+        controller.undoManager().undo();
+        QVERIFY(!window_->isWindowModified());
+
+        controller.undoManager().redo();
+        QSignalSpy saved(&controller, &DocumentController::saved);
+        window_->save();
+        QTRY_COMPARE(saved.count(), 1);
+        QVERIFY(!window_->isWindowModified());
+        controller.undoManager().undo();
+        QVERIFY(window_->isWindowModified());
+        controller.undoManager().redo();
+        QVERIFY(!window_->isWindowModified());
     }
 
     // --- Closing ---

@@ -1,6 +1,8 @@
 #include <unistd.h>
 
 #include <QByteArrayList>
+#include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QMimeData>
@@ -11,6 +13,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 
@@ -252,6 +255,47 @@ private Q_SLOTS:
         QTRY_VERIFY(window(0).isVisible());
     }
 
+    /// Nothing that is lost by quitting goes without a question.
+    void quitAsksForEachDocument() {
+        app_->start({});
+        window(0).view().actions().changeFormat(PlistFormat::binary);
+        app_->newDocument();
+        window(1).view().actions().changeFormat(PlistFormat::binary);
+        app_->newDocument();
+        window(2).view().actions().changeFormat(PlistFormat::binary);
+        app_->quit();
+        QTRY_VERIFY(questionOf(2) != nullptr);
+        QVERIFY(questionOf(0) == nullptr && questionOf(1) == nullptr);
+        questionOf(2)->button(QMessageBox::Discard)->click();
+        QTRY_VERIFY(app_->windows().size() == 2 && questionOf(1) != nullptr);
+        questionOf(1)->button(QMessageBox::Cancel)->click();
+        // No other is asked any more, and both stay.
+        QCoreApplication::processEvents();
+        QVERIFY(questionOf(0) == nullptr);
+        QCOMPARE(app_->windows().size(), 2);
+        QVERIFY(window(0).isVisible() && window(1).isVisible());
+    }
+
+    void quitStopsWhereSavingFails() {
+        app_->start({file("a.plist")});
+        QTRY_COMPARE(rowsOf(0), 4);
+        window(0).view().actions().changeFormat(PlistFormat::binary);
+        // A folder in the place of the file.
+        const QString path = window(0).controller().path();
+        QVERIFY(QFile::remove(path) && QDir().mkdir(path));
+        app_->quit();
+        QTRY_VERIFY(questionOf(0) != nullptr);
+        questionOf(0)->button(QMessageBox::Save)->click();
+        QTRY_VERIFY(questionOf(0) != nullptr &&
+                    questionOf(0)->text() ==
+                        QStringLiteral("The file “a.plist” could not be written."));
+        QCOMPARE(questionOf(0)->informativeText().section(u'\n', 0, 0),
+                 QStringLiteral("Is a directory."));
+        questionOf(0)->button(QMessageBox::Ok)->click();
+        QVERIFY(window(0).isVisible());
+        QVERIFY(window(0).isWindowModified());
+    }
+
     void quitGoesOnAfterTheAnswer() {
         app_->start({});
         app_->newDocument();
@@ -263,6 +307,14 @@ private Q_SLOTS:
     }
 
 private:
+    /// What a window asks or says.
+    QMessageBox* questionOf(qsizetype number) {
+        const QList<QMessageBox*> boxes = window(number).findChildren<QMessageBox*>();
+        const auto shown = std::find_if(boxes.begin(), boxes.end(),
+                                        [](const QMessageBox* box) { return box->isVisible(); });
+        return shown == boxes.end() ? nullptr : *shown;
+    }
+
     /// The paths as the system has them.
     static QByteArrayList filesIn(const QString& folder) {
         QByteArrayList paths;
