@@ -7,15 +7,14 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTextDocument>
 #include <QVBoxLayout>
-#include <optional>
-#include <string>
 #include <utility>
 
-#include "PlistCore/Base64.h"
 #include "PlistCore/PlistText.h"
 #include "app/desktop/BackgroundTask.h"
 #include "app/desktop/ByteFile.h"
+#include "app/ui/Base64Filling.h"
 #include "app/ui/ErrorColor.h"
 #include "app/ui/FileName.h"
 #include "app/ui/HexDump.h"
@@ -24,8 +23,6 @@
 #include "app/ui/SecondaryLabel.h"
 
 namespace {
-
-constexpr qsizetype base64LineLength = 76;
 
 /// The widest line of the dump: offset, blanks, and 16 bytes in four groups.
 constexpr int dumpColumns = 8 + 2 + 32 + 3;
@@ -38,18 +35,12 @@ QPlainTextEdit* makeEditor(const QString& name, QWidget* parent) {
     return editor;
 }
 
-/// In lines: an editor is slow with a single line of megabytes.
-QString base64Lines(std::span<const std::uint8_t> bytes) {
-    const QString text = QString::fromStdString(Base64::encoded(bytes));
-    QString lines;
-    lines.reserve(text.size() + text.size() / base64LineLength + 1);
-    for (qsizetype at = 0; at < text.size(); at += base64LineLength) {
-        if (at > 0) {
-            lines += u'\n';
-        }
-        lines += QStringView(text).mid(at, base64LineLength);
-    }
-    return lines;
+/// More than a person types: to read it takes longer than an answer may.
+constexpr qsizetype longText = 1'000'000;
+
+std::optional<std::vector<std::uint8_t>> bytesOf(QString text) {
+    text.replace(QChar::ParagraphSeparator, u'\n');
+    return PlistText::parseBase64(text.toStdString());
 }
 
 }  // namespace
@@ -62,6 +53,7 @@ DataPopover::DataPopover(Bytes bytes, const QString& name, std::function<void(By
       dump_(makeEditor(tr("Bytes"), this)),
       note_(new SecondaryLabel({}, this)),
       base64_(makeEditor(tr("Base64"), this)),
+      filling_(new Base64Filling(*base64_, this)),
       problem_(new QLabel(tr("This is not valid Base64."), this)),
       buttons_(new QDialogButtonBox(this)),
       progress_(new QProgressBar(this)) {
@@ -69,6 +61,11 @@ DataPopover::DataPopover(Bytes bytes, const QString& name, std::function<void(By
     dump_->setReadOnly(true);
     dump_->setLineWrapMode(QPlainTextEdit::NoWrap);
     makeLayout();
+    connect(base64_, &QPlainTextEdit::textChanged, this, [this] { isEdited_ = true; });
+    connect(filling_, &Base64Filling::done, this, [this] {
+        isEdited_ = false;
+        finish();
+    });
     setBytes(bytes);
 }
 
@@ -102,17 +99,45 @@ void DataPopover::makeLayout() {
 }
 
 void DataPopover::setBytes(Bytes bytes) {
+    const bool wasFilling = !filling_->isDone();
     bytes_.assign(bytes.begin(), bytes.end());
     dump_->setPlainText(HexDump::text(bytes_));
     note_->setText(HexDump::note(bytes_));
     note_->setVisible(!note_->text().isEmpty());
-    base64_->setPlainText(base64Lines(bytes_));
+    filling_->start(bytes_);
+    isEdited_ = false;
+    if (wasFilling) {
+        finish();
+    }
+    if (!filling_->isDone()) {
+        begin(tr("Showing the bytes as Base64\u2026"));
+    }
     setInvalid(false);
 }
 
 void DataPopover::applyText() {
-    const std::string text = base64_->toPlainText().toStdString();
-    const std::optional<std::vector<std::uint8_t>> bytes = PlistText::parseBase64(text);
+    if (!isEdited_) {
+        apply(bytes_);
+        return;
+    }
+    const QString text = base64_->document()->toRawText();
+    if (text.size() <= longText) {
+        apply(bytesOf(text));
+        return;
+    }
+    begin(tr("Applying\u2026"));
+    base64_->setReadOnly(true);
+    BackgroundTask::run(
+        *this, [text] { return bytesOf(text); },
+        [this](const std::optional<std::vector<std::uint8_t>>& bytes) {
+            base64_->setReadOnly(false);
+            finish();
+            apply(bytes);
+        });
+}
+
+/// Nothing was no Base64.
+void DataPopover::apply(const std::optional<std::vector<std::uint8_t>>& bytes) {
     setInvalid(!bytes);
     if (bytes) {
         apply_(*bytes);
@@ -176,8 +201,9 @@ void DataPopover::exportTo(const QString& path) {
         });
 }
 
-/// One thing at a time: until it is done, the buttons have to wait.
+/// The buttons have to wait until all is done: what they began, and the text after an undo.
 void DataPopover::begin(const QString& activity) {
+    ++activities_;
     buttons_->setEnabled(false);
     progress_->setAccessibleName(activity);
     progress_->setFormat(activity);
@@ -185,6 +211,9 @@ void DataPopover::begin(const QString& activity) {
 }
 
 void DataPopover::finish() {
+    if (--activities_ > 0) {
+        return;
+    }
     patience_.stop();
     progress_->hide();
     buttons_->setEnabled(true);

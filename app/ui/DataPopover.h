@@ -4,9 +4,11 @@
 #include <QTimer>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <vector>
 
+class Base64Filling;
 class QDialogButtonBox;
 class QLabel;
 class QPlainTextEdit;
@@ -33,6 +35,7 @@ public:
 private:
     void makeLayout();
     void applyText();
+    void apply(const std::optional<std::vector<std::uint8_t>>& bytes);
     void setInvalid(bool isInvalid);
     void askForImport();
     void askForExport();
@@ -47,10 +50,13 @@ private:
     QPlainTextEdit* dump_;
     QLabel* note_;
     QPlainTextEdit* base64_;
+    Base64Filling* filling_;
     QLabel* problem_;
     QDialogButtonBox* buttons_;
-    /// Appears when a file takes its time.
+    /// Appears when something takes its time.
     QProgressBar* progress_;
     QTimer patience_;
+    int activities_ = 0;     ///< how many things have not come to their end
+    bool isEdited_ = false;  ///< the text may be other bytes
     bool isInvalid_ = false;
 };

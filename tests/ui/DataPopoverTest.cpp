@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "app/desktop/BackgroundTask.h"
+#include "app/ui/Base64Filling.h"
 #include "app/ui/DataPopover.h"
 #include "app/ui/FileName.h"
 #include "app/ui/HexDump.h"
@@ -150,6 +151,51 @@ private Q_SLOTS:
         QCOMPARE(item.base64().split(u'\n').first().size(), 76);
         item.press("Apply");
         QCOMPARE(item.applications, Applications{counting(200)});
+    }
+
+    /// The window answers meanwhile, and nobody applies half of the bytes.
+    void showsManyBytesInTurns() {
+        constexpr std::size_t turns = 4;
+        const auto bytes = counting(turns * Base64Filling::bytesPerTurn);
+        Item item(bytes);
+        const QPlainTextEdit* text = item.editor("Base64");
+        QVERIFY(!item.isIdle());
+        QVERIFY(text->isReadOnly());
+        const qsizetype shown = item.base64().size();
+        QVERIFY(shown > 0);
+        QTRY_VERIFY(item.isIdle());
+        QVERIFY(item.base64().size() > shown);
+        QVERIFY(!text->isReadOnly());
+        QCOMPARE(item.base64().remove(u'\n').size(), static_cast<qsizetype>(bytes.size() / 3 * 4));
+        item.press("Apply");
+        QCOMPARE(item.applications, Applications{bytes});
+        // Given up for other bytes in the middle, to which the text is Base64 again.
+        QVERIFY(!item.isIdle());
+        item.popover.setBytes(bytes);
+        QVERIFY(!item.isIdle());
+        item.popover.setBytes(counting(3));
+        QVERIFY(item.isIdle());
+        QVERIFY(!text->isReadOnly());
+        QCOMPARE(item.base64(), QStringLiteral("AAEC"));
+    }
+
+    void readsLongTextsInTheBackground() {
+        constexpr std::size_t size = 900'000;
+        const auto bytes = counting(size);
+        Item item(bytes);
+        QTRY_VERIFY(item.isIdle());
+        item.editor("Base64")->appendPlainText(QStringLiteral("AAEC"));
+        item.press("Apply");
+        QVERIFY(!item.isIdle());
+        QVERIFY(item.editor("Base64")->isReadOnly());
+        QTRY_COMPARE(item.applications.size(), std::size_t{1});
+        QCOMPARE(item.applications.front().size(), size + 3);
+        QTRY_VERIFY(item.isIdle());
+        item.editor("Base64")->appendPlainText(QStringLiteral("Q"));
+        item.press("Apply");
+        QTRY_VERIFY(item.popover.isInvalid());
+        QVERIFY(item.isIdle());
+        QCOMPARE(item.applications.size(), std::size_t{1});
     }
 
     void importsAndExportsFiles() {
