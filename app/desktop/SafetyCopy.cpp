@@ -96,8 +96,11 @@ int SafetyCopy::make(const QByteArray& folder) {
         return errno;
     }
     FileDescriptor copy(open(copy_, O_WRONLY | O_CREAT | O_EXCL));
+    if (!copy.isOpen()) {
+        return errno;
+    }
     lock_ = FileDescriptor(open(copy_, O_RDONLY));
-    if (!copy.isOpen() || !lock_.isOpen() || ::flock(lock_.number(), LOCK_EX | LOCK_NB) != 0) {
+    if (!lock_.isOpen() || ::flock(lock_.number(), LOCK_EX | LOCK_NB) != 0) {
         return errno;
     }
     int error = copyBytes(source.number(), copy.number());
