@@ -12,6 +12,7 @@
 #include "app/desktop/FileAttributes.h"
 #include "app/desktop/FileFolder.h"
 #include "app/desktop/SafetyCopy.h"
+#include "app/desktop/SavedBytes.h"
 #include "app/desktop/TemporaryFile.h"
 #include "app/model/ContentDigest.h"
 #include "app/model/FileDescriptor.h"
@@ -128,6 +129,11 @@ bool inherit(const Save& save, TemporaryFile& fresh) {
     return old.isOpen() && FileAttributes::copy(old.number(), fresh.file().number());
 }
 
+/// Whether the file holds what was saved, as far as there is reason to doubt it.
+bool hasArrived(const Save& save) {
+    return !SavedBytes::mayGoAstrayAt(save.target) || SavedBytes::areAt(save.target, save.bytes);
+}
+
 /// Puts a finished file in place of the old one, if any. False if the place does not allow that,
 /// and nothing has happened.
 bool replace(const Save& save) {
@@ -155,6 +161,10 @@ bool replace(const Save& save) {
     }
     check(save, error);
     check(save, FileFolder::synchronize(folder));
+    if (!hasArrived(save)) {
+        fail(save, explained(QT_TRANSLATE_NOOP(
+                       "SafeWriter", "The file system took it, but now holds something else.")));
+    }
     return true;
 }
 
@@ -184,8 +194,9 @@ int writeOver(const Save& save, FileDescriptor& file) {
         return errno;
     }
     keepMode(save, file.number());
-    const int error = FileOutput::synchronize(file.number());
-    return error != 0 ? error : file.close();
+    int error = FileOutput::synchronize(file.number());
+    error = error != 0 ? error : file.close();
+    return error == 0 && !hasArrived(save) ? EIO : error;
 }
 
 /// Nothing else will do: what lies in the folder for temporary files may be gone after a power cut.
