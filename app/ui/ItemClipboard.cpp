@@ -8,6 +8,8 @@
 
 #include "app/desktop/PasteboardData.h"
 #include "app/model/DocumentActions.h"
+#include "app/model/InsertionPoint.h"
+#include "app/model/PlistDocument.h"
 #include "app/model/PlistTransfer.h"
 #include "app/ui/TransferReading.h"
 
@@ -28,11 +30,13 @@ bool ItemClipboard::canPaste(const DocumentActions& actions) {
 }
 
 void ItemClipboard::paste(const DocumentActions& actions, QWidget& window) {
-    if (!canPaste(actions)) {
+    const std::optional<InsertionPoint> place =
+        InsertionPoint::forNewItems(actions.outline(), actions.document().root());
+    if (!canPaste(actions) || !place) {
         return;
     }
     const std::optional<PlistTransfer> transfer = TransferReading::read(
-        *QGuiApplication::clipboard()->mimeData(), window,
+        *QGuiApplication::clipboard()->mimeData(), *place->container, window,
         QCoreApplication::translate("ItemClipboard", "The clipboard cannot be pasted."));
     if (transfer) {
         actions.paste(*transfer);

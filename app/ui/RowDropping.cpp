@@ -127,8 +127,9 @@ void RowDropping::drop(QDropEvent& event) {
     if (!isWelcome(event) || !place) {
         return;
     }
-    const std::optional<PlistTransfer> transfer = TransferReading::read(
-        *event.mimeData(), *table_.window(), tr("What you dropped cannot be inserted."));
+    const std::optional<PlistTransfer> transfer =
+        TransferReading::read(*event.mimeData(), *place->container, *table_.window(),
+                              tr("What you dropped cannot be inserted."));
     if (!transfer) {
         return;
     }

@@ -5,14 +5,17 @@
 
 #include "app/model/PlistTransfer.h"
 
+class PlistNode;
 class QMimeData;
 class QWidget;
 
 /// Items that come from the clipboard or out of a drag, from whatever program.
 namespace TransferReading {
 
-/// The items in `data`. Nothing if they cannot be read, which is explained in `window` below
+/// The items in `data`, which are to go into `container`. Nothing if they cannot be read, or would
+/// make a document that nests too deep to be read again, which is explained in `window` below
 /// `headline`.
-std::optional<PlistTransfer> read(const QMimeData& data, QWidget& window, const QString& headline);
+std::optional<PlistTransfer> read(const QMimeData& data, const PlistNode& container,
+                                  QWidget& window, const QString& headline);
 
 }  // namespace TransferReading

@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include "PlistCore/PlistEntry.h"
+#include "PlistCore/XMLPlistParser.h"
 #include "app/model/PlistNode.h"
 #include "app/ui/DocumentToolBar.h"
 #include "app/ui/DocumentView.h"
@@ -22,6 +23,12 @@ namespace {
 
 void setClipboardText(const char* text) {
     QGuiApplication::clipboard()->setText(QString::fromUtf8(text));
+}
+
+/// An item of so many arrays, in a dictionary of its own, which is not pasted.
+QByteArray nested(int depth) {
+    return "{ deep = " + QByteArray("(").repeated(depth) + "x" + QByteArray(")").repeated(depth) +
+           "; }";
 }
 
 }  // namespace
@@ -86,6 +93,23 @@ private Q_SLOTS:
         setClipboardText("{ ship = Vesta; tide = 4; }");
         press(Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(keys(), QStringLiteral("ship tide"));
+    }
+
+    /// Such a document could be saved, but never be opened again.
+    void refusesWhatWouldNestTooDeep() {
+        const int deepest = XMLPlistParser::nestingLimit - 1;
+        setClipboardText(nested(deepest));
+        press(Qt::Key_V, Qt::ControlModifier);
+        const QString before = keys();
+        QVERIFY(before.startsWith(QStringLiteral("k0 k1 k2 ")));
+        setClipboardText(nested(deepest + 1));
+        press(Qt::Key_V, Qt::ControlModifier);
+        const auto* box = window_->findChild<QMessageBox*>();
+        QVERIFY(box != nullptr && box->isVisible());
+        QCOMPARE(box->text(), QStringLiteral("The clipboard cannot be pasted."));
+        QCOMPARE(box->informativeText(),
+                 QStringLiteral("The file nests more than 512 levels deep."));
+        QCOMPARE(keys(), before);
     }
 
     void explainsWhatCannotBePasted() {
