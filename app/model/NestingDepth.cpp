@@ -25,9 +25,14 @@ void addContainers(Children values, std::vector<Children>& containers) {
 
 /// Keeps one of those that are shared, or a small file that shares much would take forever.
 void keepEachOnce(std::vector<Children>& containers) {
-    std::ranges::sort(containers, std::ranges::less(), &Children::data);
-    const auto same = std::ranges::unique(containers, {}, &Children::data);
-    containers.erase(same.begin(), same.end());
+    const auto isBefore = [](const Children& left, const Children& right) {
+        return std::less<>()(left.data(), right.data());
+    };
+    const auto isSame = [](const Children& left, const Children& right) {
+        return left.data() == right.data();
+    };
+    std::sort(containers.begin(), containers.end(), isBefore);
+    containers.erase(std::unique(containers.begin(), containers.end(), isSame), containers.end());
 }
 
 int levelOf(const PlistNode& container) {
