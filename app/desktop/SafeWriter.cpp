@@ -109,10 +109,10 @@ void askForConsent(const Save& save) {
         fail(save, errno);
     }
     if (!save.mayReplace(*digest)) {
-        throw FileError(
-            FileError::Code::changedOnDisk, save.path,
-            explained(QT_TRANSLATE_NOOP(
-                "SafeWriter", "It does not hold what was read from it or saved in it last.")));
+        throw FileError(FileError::Code::changedOnDisk, save.path,
+                        explained(QT_TRANSLATE_NOOP("SafeWriter",
+                                                    "It does not hold what was read from it or "
+                                                    "saved in it last, and was left alone.")));
     }
 }
 

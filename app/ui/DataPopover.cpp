@@ -14,6 +14,7 @@
 #include "PlistCore/PlistText.h"
 #include "app/desktop/BackgroundTask.h"
 #include "app/desktop/ByteFile.h"
+#include "app/model/FileError.h"
 #include "app/ui/Base64Filling.h"
 #include "app/ui/ErrorColor.h"
 #include "app/ui/FileName.h"
@@ -176,13 +177,14 @@ void DataPopover::importFrom(const QString& path) {
     begin(tr("Importing\u2026"));
     BackgroundTask::run(
         *this, [path] { return ByteFile::read(path); },
-        [this](const ByteFile::Content& content) {
+        [this, path](const ByteFile::Content& content) {
             finish();
             if (content.error.isEmpty()) {
                 apply_({reinterpret_cast<const std::uint8_t*>(content.bytes.constData()),
                         static_cast<std::size_t>(content.bytes.size())});
             } else {
-                MessageDialog::show(*this, tr("The file could not be read."), content.error);
+                MessageDialog::show(*this,
+                                    FileError(FileError::Code::readFailed, path, content.error));
             }
         });
 }
@@ -193,10 +195,14 @@ void DataPopover::exportTo(const QString& path) {
                            static_cast<qsizetype>(bytes_.size()));
     BackgroundTask::run(
         *this, [path, bytes] { return ByteFile::write(path, bytes); },
-        [this](const QString& error) {
+        [this, path](const QString& error) {
             finish();
             if (!error.isEmpty()) {
-                MessageDialog::show(*this, tr("The file could not be written."), error);
+                const FileError failure(FileError::Code::writeFailed, path, error);
+                MessageDialog::show(*this, failure.message(),
+                                    tr("%1\n\nThe data is still in the document. Export it to "
+                                       "another place.")
+                                        .arg(failure.failureReason()));
             }
         });
 }

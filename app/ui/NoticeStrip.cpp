@@ -25,13 +25,16 @@ QFont calloutFont(QFont font) {
 }  // namespace
 
 NoticeStrip::NoticeStrip(QWidget* parent)
-    : QWidget(parent), label_(new SecondaryLabel({}, this)), layout_(new QHBoxLayout(this)) {
+    : QWidget(parent),
+      label_(new SecondaryLabel({}, this)),
+      sign_(new GlyphLabel(Glyph::paintInformation, 16, this)),
+      layout_(new QHBoxLayout(this)) {
     label_->setFont(calloutFont(font()));
     label_->setWordWrap(true);
     label_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     layout_->setContentsMargins(10, 7, 10, 8);
     layout_->setSpacing(8);
-    layout_->addWidget(new GlyphLabel(Glyph::paintInformation, 16, this), 0, Qt::AlignTop);
+    layout_->addWidget(sign_, 0, Qt::AlignTop);
     layout_->addWidget(label_, 1, Qt::AlignVCenter);
 }
 
@@ -44,6 +47,8 @@ QPushButton* NoticeStrip::addButton(const QString& text) {
     auto* button = new QPushButton(text, this);
     button->setAutoDefault(false);
     layout_->addWidget(button, 0, Qt::AlignVCenter);
+    // Buttons are higher than a line of text.
+    layout_->setAlignment(sign_, Qt::AlignVCenter);
     return button;
 }
 

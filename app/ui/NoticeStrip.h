@@ -26,5 +26,6 @@ protected:
 
 private:
     QLabel* label_;
+    QWidget* sign_;
     QHBoxLayout* layout_;
 };

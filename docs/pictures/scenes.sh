@@ -207,6 +207,33 @@ shortcuts() {
     settle
 }
 
+# Another program does something to the file.
+changedFile() {
+    openSample
+    down 3
+    press ctrl+d
+    sed -i 's/Harbour/Lighthouse/' Harbour.plist
+    settle
+}
+
+unreadableFile() {
+    openSample
+    sed -i '0,/<array>/s///' Harbour.plist
+    settle
+}
+
+deletedFile() {
+    openSample
+    rm Harbour.plist
+    settle
+}
+
+overwriteQuestion() {
+    changedFile
+    press ctrl+s
+    settle
+}
+
 calendar() {
     dateEdit
     clickAt 750 218
@@ -232,8 +259,12 @@ failure() {
 scenes=("$@")
 [[ ${#scenes[@]} -gt 0 ]] ||
     scenes=(newDocument document search noMatch invalidEdit invalidKey dateEdit dataPopover openStep
-        duplicateKeys contextMenu editMenu editorMenu typeMenu longText shortcuts about calendar question failure)
+        duplicateKeys contextMenu editMenu editorMenu typeMenu longText shortcuts about calendar question failure
+        changedFile unreadableFile deletedFile overwriteQuestion)
+export XDG_STATE_HOME=$PWD/state
 for scene in "${scenes[@]}"; do
+    # What the scene before has left unsaved is not to be offered.
+    rm -rf state
     "$scene"
     take "$scene"
 done

@@ -293,8 +293,10 @@ private Q_SLOTS:
                            QFile::encodeName(path("other")).constData()) == 0);
         }
         QVERIFY(refusalOf({}));
-        QCOMPARE(refusalOf(digestOf(newBytes))->reason,
-                 QStringLiteral("It does not hold what was read from it or saved in it last."));
+        QCOMPARE(
+            refusalOf(digestOf(newBytes))->reason,
+            QStringLiteral(
+                "It does not hold what was read from it or saved in it last, and was left alone."));
         QCOMPARE(refusalOf(digestOf(newBytes))->code, FileError::Code::changedOnDisk);
         QCOMPARE(read(path()), oldBytes);
         // Neither a finished file nor a safety copy is left over.

@@ -269,8 +269,10 @@ private Q_SLOTS:
         delete opening;
         QTRY_VERIFY(item.popover.findChild<QMessageBox*>() != nullptr);
         auto* box = item.popover.findChild<QMessageBox*>();
-        QCOMPARE(box->text(), QStringLiteral("The file could not be read."));
-        QCOMPARE(box->informativeText(), QStringLiteral("No such file or directory."));
+        QCOMPARE(box->text(), QStringLiteral("The file “missing” could not be read."));
+        QCOMPARE(box->informativeText(),
+                 QStringLiteral("No such file or directory.\n\nCheck that the file is there and "
+                                "that you are allowed to read it."));
         delete box;
         item.press("Export…");
         auto* saving = item.popover.findChild<QFileDialog*>();
@@ -278,8 +280,10 @@ private Q_SLOTS:
         delete saving;
         QTRY_VERIFY(item.popover.findChild<QMessageBox*>() != nullptr);
         box = item.popover.findChild<QMessageBox*>();
-        QCOMPARE(box->text(), QStringLiteral("The file could not be written."));
-        QCOMPARE(box->informativeText(), QStringLiteral("No such file or directory."));
+        QCOMPARE(box->text(), QStringLiteral("The file “x” could not be written."));
+        QCOMPARE(box->informativeText(),
+                 QStringLiteral("No such file or directory.\n\nThe data is still in the document. "
+                                "Export it to another place."));
         QVERIFY(item.applications.empty());
     }
 

@@ -49,10 +49,12 @@ private Q_SLOTS:
         QMessageBox* box = message();
         QCOMPARE(box->text(),
                  QStringLiteral("The file “a.plist” has been changed by another program."));
-        QCOMPARE(box->informativeText(),
-                 QStringLiteral("It does not hold what was read from it or saved in it last.\n\n"
-                                "Overwrite replaces what the file holds now. Reload replaces what "
-                                "is in the window, which can be undone."));
+        QCOMPARE(
+            box->informativeText(),
+            QStringLiteral(
+                "It does not hold what was read from it or saved in it last, and was "
+                "left alone.\n\nOverwrite replaces what the file holds now. Reload replaces what "
+                "is in the window, which can be undone."));
         QStringList buttons;
         for (const QAbstractButton* button : box->buttons()) {
             buttons += button->text().remove(u'&');
