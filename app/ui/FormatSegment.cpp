@@ -24,12 +24,23 @@ FormatSegment::FormatSegment(const QString& title, QWidget* parent) : QToolButto
     setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
 }
 
+/// Made anew only for other colours: styles keep a picture for each palette that they meet.
+const QPalette& FormatSegment::chosenPalette() {
+    if (chosenFor_ != palette().cacheKey() ||
+        chosen_.currentColorGroup() != palette().currentColorGroup()) {
+        chosenFor_ = palette().cacheKey();
+        chosen_ = palette();
+        chosen_.setColor(QPalette::Button, chosenColor(palette()));
+        chosen_.setBrush(QPalette::ButtonText, palette().highlightedText());
+    }
+    return chosen_;
+}
+
 void FormatSegment::paintEvent(QPaintEvent*) {
     QStyleOptionToolButton option;
     initStyleOption(&option);
     if (isChecked()) {
-        option.palette.setColor(QPalette::Button, chosenColor(palette()));
-        option.palette.setBrush(QPalette::ButtonText, palette().highlightedText());
+        option.palette = chosenPalette();
     }
     QStylePainter painter(this);
     painter.drawComplexControl(QStyle::CC_ToolButton, option);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPalette>
 #include <QToolButton>
 
 /// One of the buttons side by side of which one is chosen. The chosen one has the colours of a
@@ -12,4 +13,10 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    const QPalette& chosenPalette();
+
+    QPalette chosen_;
+    qint64 chosenFor_ = 0;  ///< the key of the palette that `chosen_` was made from
 };
