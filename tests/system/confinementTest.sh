@@ -26,7 +26,8 @@ cat >watched <<TEXT
 #!/bin/sh
 # Without a bus: the message library would start one.
 unset DBUS_SESSION_BUS_ADDRESS
-exec strace -f -qq -y -s 4096 -o "$PWD/trace" -e trace=$calls "$program" "\$@"
+# (The tracer stands aside: the windows are those of the process that was started.)
+exec strace -D -f -q -y -s 4096 -o "$PWD/trace" -e trace=$calls "$program" "\$@"
 TEXT
 chmod +x watched
 program=$PWD/watched
@@ -43,6 +44,7 @@ for each in file linked; do
     save
     quit
     cd ..
+    waitFor "the trace is complete" grep -qE "^$process +\+\+\+ exited" trace
     if cmp -s before "documents/$each.plist"; then
         echo "$each.plist was not saved."
         exit 1
@@ -52,7 +54,7 @@ for each in file linked; do
 done
 
 # What succeeded, without the numbers of the processes.
-sed -E '/= -1 E/d; s/^[0-9]+ +//' trace.file trace.linked >calls
+sed -E '/= -1 E/d; s/^[0-9]+ +//; /^(\+\+\+|---)/d' trace.file trace.linked >calls
 status=0
 complain() {
     echo "$1"

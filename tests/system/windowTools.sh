@@ -17,6 +17,11 @@ cleanUp() {
     [[ $status -eq 0 ]] || keepTheScreen
     for each in "${processes[@]}"; do
         kill "$each" 2>/dev/null || true
+        kill -CONT "$each" 2>/dev/null || true
+    done
+    # What they write at their end must not come back into a folder that is deleted.
+    for each in "${processes[@]}"; do
+        wait "$each" 2>/dev/null || true
     done
     rm -rf "$scratch"
 }
