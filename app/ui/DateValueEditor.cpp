@@ -4,6 +4,8 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QStyle>
+#include <QToolButton>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -43,6 +45,23 @@ QString formatFor(const QLocale& locale) {
     return date + u' ' + locale.timeFormat(QLocale::ShortFormat);
 }
 
+/// The arrow of the button with the month's name would else be drawn over the end of the name.
+void makeRoomForArrow(const QCalendarWidget& calendar) {
+    constexpr int months = 12;
+    auto* button = calendar.findChild<QToolButton*>(QStringLiteral("qt_calendar_monthbutton"));
+    if (button == nullptr) {
+        return;
+    }
+    int widest = 0;
+    for (int month = 1; month <= months; ++month) {
+        const QString name = calendar.locale().standaloneMonthName(month);
+        widest = std::max(widest, button->fontMetrics().horizontalAdvance(name));
+    }
+    // The name stands in the middle.
+    const int arrow = button->style()->pixelMetric(QStyle::PM_MenuButtonIndicator);
+    button->setMinimumWidth(widest + 3 * arrow);
+}
+
 /// Makes a calendar readable and its edge seen over the rows, in light and dark.
 void adorn(QCalendarWidget& calendar) {
     // The toolkit's red has too little contrast.
@@ -55,6 +74,7 @@ void adorn(QCalendarWidget& calendar) {
                                                          QPalette::Text, QPalette::Base));
     calendar.setPalette(colors);
     calendar.setAutoFillBackground(true);
+    makeRoomForArrow(calendar);
     const QSize size = calendar.sizeHint();
     calendar.setContentsMargins(1, 1, 1, 1);
     calendar.setMinimumSize(size.grownBy(calendar.contentsMargins()));

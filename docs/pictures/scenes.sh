@@ -36,13 +36,19 @@ enter() {
     xdotool type --delay 20 "$1"
 }
 
-# Clicks at a point of the window, given for scale 1.
-clickAt() {
+# Moves the pointer to a point of the window, given for scale 1.
+pointAt() {
     local place
     place=$(awk -v x="$1" -v y="$2" -v scale="${QT_SCALE_FACTOR:-1}" 'BEGIN { print int(x * scale), int(y * scale) }')
     # Two words on purpose.
     # shellcheck disable=SC2086
-    xdotool mousemove --window "$window" $place click 1
+    xdotool mousemove --window "$window" $place
+    sleep 0.1
+}
+
+clickAt() {
+    pointAt "$1" "$2"
+    xdotool click 1
 }
 
 # Where the window is, as a region of the screen.
@@ -61,6 +67,7 @@ take() {
     region=$(windowRegion)
     settle
     import -window root -crop "$region" +repage "$folder/$1-$suffix.png"
+    xdotool mouseup 1
     kill "$process"
     wait "$process" 2>/dev/null || true
 }
@@ -239,6 +246,36 @@ calendar() {
     clickAt 750 218
 }
 
+toolTip() {
+    openSample
+    pointAt 20 40
+    pointAt 21 41
+    sleep 1
+}
+
+longToolTip() {
+    plist >Note.plist <<'TEXT'
+<key>Note</key>
+<string>The lamp is lit at dusk, and the keeper writes the hour into his book, with the wind, the state of the sea, and every ship that passed in the night.</string>
+TEXT
+    open Note.plist
+    pointAt 300 120
+    pointAt 301 121
+    sleep 1
+}
+
+drag() {
+    openSample
+    press Down Down shift+Down shift+Down
+    pointAt 90 145
+    xdotool mousedown 1
+    pointAt 100 160
+    pointAt 120 215
+    pointAt 150 268
+    pointAt 152 270
+    sleep 0.5
+}
+
 question() {
     openSample
     down 3
@@ -259,8 +296,8 @@ failure() {
 scenes=("$@")
 [[ ${#scenes[@]} -gt 0 ]] ||
     scenes=(newDocument document search noMatch invalidEdit invalidKey dateEdit dataPopover openStep
-        duplicateKeys contextMenu editMenu editorMenu typeMenu longText shortcuts about calendar question failure
-        changedFile unreadableFile deletedFile overwriteQuestion)
+        duplicateKeys contextMenu editMenu editorMenu typeMenu longText shortcuts about calendar toolTip longToolTip
+        drag question failure changedFile unreadableFile deletedFile overwriteQuestion)
 export XDG_STATE_HOME=$PWD/state
 for scene in "${scenes[@]}"; do
     # What the scene before has left unsaved is not to be offered.

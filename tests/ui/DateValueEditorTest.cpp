@@ -4,6 +4,7 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextFormat>
+#include <QToolButton>
 #include <ctime>
 #include <limits>
 #include <vector>
@@ -21,8 +22,7 @@ double secondsAt(const char* text) {
 
 /// A window with a field, and a button beside it.
 struct Window {
-    explicit Window(double seconds) {
-        button = new QPushButton(&widget);
+    explicit Window(double seconds) : button(new QPushButton(&widget)) {
         button->setGeometry(0, 50, 100, 30);
         field = new DateValueEditor(
             seconds, [this](double chosen) { changes.push_back(chosen); }, &widget);
@@ -34,7 +34,7 @@ struct Window {
     }
 
     QWidget widget;
-    QPushButton* button = nullptr;
+    QPushButton* button;
     DateValueEditor* field = nullptr;
     std::vector<double> changes;
 };
@@ -55,6 +55,21 @@ private Q_SLOTS:
         QVERIFY(window.field->text().contains(QStringLiteral("2026")));
         QVERIFY(window.field->text().contains(QStringLiteral("30")));
         QVERIFY(window.changes.empty());
+    }
+
+    /// The arrow of the button stands behind the name, in every month.
+    void theCalendarHasRoomForEachMonth() {
+        constexpr int arrow = 12;
+        const Window window(secondsAt("2026-09-18T09:30:45Z"));
+        const QCalendarWidget& calendar = *window.field->calendarWidget();
+        const auto* button =
+            calendar.findChild<QToolButton*>(QStringLiteral("qt_calendar_monthbutton"));
+        QVERIFY(button != nullptr);
+        for (int month = 1; month <= 12; ++month) {
+            const QString name = calendar.locale().standaloneMonthName(month);
+            const int free = button->minimumWidth() - button->fontMetrics().horizontalAdvance(name);
+            QVERIFY2(free / 2 >= arrow, qPrintable(name));
+        }
     }
 
     void followsLocaleAndTimeZone() {
