@@ -61,7 +61,7 @@ QByteArray currentFolder() {
     if (::getcwd(folder.data(), static_cast<std::size_t>(folder.size())) == nullptr) {
         return "/";  // it has been deleted
     }
-    folder.truncate(qstrlen(folder.constData()));
+    folder.truncate(static_cast<qsizetype>(qstrlen(folder.constData())));
     return folder;
 }
 
