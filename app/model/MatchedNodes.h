@@ -28,6 +28,6 @@ struct MatchedNodes {
     /// The nodes of the tree below `root`, whose value was searched and has not changed since.
     /// Makes children on the way, and leaves out the matches from the first one on that would make
     /// more than `limit` of them. Costs in proportion to the places and to the nodes made.
-    static MatchedNodes resolve(PlistNode& root, const PlistMatches& found,
+    static MatchedNodes resolve(PlistNode& root, PlistMatches found,
                                 std::int64_t limit = madeNodeLimit);
 };

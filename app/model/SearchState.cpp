@@ -7,12 +7,16 @@
 #include <utility>
 
 #include "app/model/MainThread.h"
+#include "app/model/MatchResolver.h"
 #include "app/model/MatchedNodes.h"
 #include "app/model/PlistDocument.h"
 #include "app/model/PlistNode.h"
 #include "app/model/TimerAlarm.h"
 
 namespace {
+
+/// A turn of the event loop with so many takes some milliseconds.
+constexpr std::size_t stepsPerTurn = 50'000;
 
 bool isBlank(QChar character) {
     return character == QLatin1Char(' ') || character == QLatin1Char('\t');
@@ -34,6 +38,8 @@ SearchState::SearchState(PlistDocument& document, QObject* parent)
 SearchState::SearchState(PlistDocument& document, std::unique_ptr<Alarm> alarm, QObject* parent)
     : QObject(parent), document_(document), alarm_(std::move(alarm)) {
     MainThread::check();
+    nextTurn_.setInterval(0);
+    connect(&nextTurn_, &QTimer::timeout, this, &SearchState::resolveSome);
     connect(&document, &PlistDocument::revisionChanged, this, &SearchState::updateActiveSearch);
     connect(&document, &PlistDocument::rootChanged, this, &SearchState::updateActiveSearch);
 }
@@ -75,6 +81,7 @@ void SearchState::requestFocus() {
 
 void SearchState::update() {
     run_.reset();
+    stopResolving();
     if (trimmedQuery().isEmpty()) {
         alarm_->cancel();
         isUpdating_ = false;
@@ -110,19 +117,37 @@ void SearchState::search() {
 }
 
 void SearchState::finish() {
-    const std::optional<PlistMatches> found = run_->takeMatches();
+    std::optional<PlistMatches> found = run_->takeMatches();
     // Not at once: it is the sender. And not later than here: whoever hears of the results may
     // start the next search.
     run_.release()->deleteLater();
     if (document_.treeVersion() != searchedVersion_) {
         beginPause();
-        return;
+    } else if (found) {
+        resolver_ = std::make_unique<MatchResolver>(document_.root(), std::move(*found));
+        resolveSome();
+    } else {
+        isUpdating_ = false;
     }
-    isUpdating_ = false;
-    if (found) {
-        MatchedNodes nodes = MatchedNodes::resolve(document_.root(), *found);
+}
+
+void SearchState::resolveSome() {
+    if (document_.treeVersion() != searchedVersion_) {
+        stopResolving();
+        beginPause();
+    } else if (!resolver_->resolve(stepsPerTurn)) {
+        nextTurn_.start();
+    } else {
+        MatchedNodes nodes = resolver_->take();
+        stopResolving();
+        isUpdating_ = false;
         setResults({std::move(nodes.matches), std::move(nodes.visible), nodes.areComplete});
     }
+}
+
+void SearchState::stopResolving() {
+    nextTurn_.stop();
+    resolver_.reset();
 }
 
 void SearchState::setResults(Results results) {

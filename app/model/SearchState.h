@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -13,6 +14,7 @@
 #include "app/model/PlistNodePtr.h"
 #include "app/model/SearchRun.h"
 
+class MatchResolver;
 class PlistDocument;
 class PlistNode;
 
@@ -101,13 +103,17 @@ private:
     void beginPause();
     void search();
     void finish();
+    void resolveSome();
+    void stopResolving();
     void setResults(Results results);
     QString trimmedQuery() const;
 
     PlistDocument& document_;
     std::unique_ptr<Alarm> alarm_;
     std::unique_ptr<SearchRun> run_;
-    quint64 searchedVersion_ = 0;  ///< the version of the tree that `run_` searches
+    std::unique_ptr<MatchResolver> resolver_;  ///< once the search is done
+    QTimer nextTurn_;                          ///< of `resolver_`
+    quint64 searchedVersion_ = 0;              ///< the version of the tree that is searched
 
     QString query_;
     std::vector<PlistNodePtr> matches_;

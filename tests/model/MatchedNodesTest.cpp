@@ -4,6 +4,7 @@
 #include "PlistCore/PlistEntry.h"
 #include "PlistCore/PlistMatches.h"
 #include "PlistCore/PlistSearch.h"
+#include "app/model/MatchResolver.h"
 #include "app/model/MatchedNodes.h"
 #include "app/model/PlistNode.h"
 #include "tests/model/support/SearchDesk.h"
@@ -76,6 +77,25 @@ private Q_SLOTS:
         const PlistNodePtr root = sample();
         const PlistMatches found = PlistSearch::matches(root->value(), "a");
         const MatchedNodes nodes = MatchedNodes::resolve(*root, found, limit);
+        QCOMPARE(textOf(nodes.matches, *root), matches);
+        QCOMPARE(textOf(nodes.visible, *root), visible);
+        QCOMPARE(nodes.areComplete, limit == 7);
+    }
+
+    void findsTheSameInManyTurns_data() { makesNoMoreNodesThanAllowed_data(); }
+
+    void findsTheSameInManyTurns() {
+        QFETCH(const int, limit);
+        QFETCH(const QString, matches);
+        QFETCH(const QString, visible);
+        const PlistNodePtr root = sample();
+        MatchResolver resolver(*root, PlistSearch::matches(root->value(), "a"), limit);
+        int turns = 1;
+        while (!resolver.resolve(1)) {
+            ++turns;
+        }
+        QVERIFY(limit < 7 || turns >= 5);
+        const MatchedNodes nodes = resolver.take();
         QCOMPARE(textOf(nodes.matches, *root), matches);
         QCOMPARE(textOf(nodes.visible, *root), visible);
         QCOMPARE(nodes.areComplete, limit == 7);

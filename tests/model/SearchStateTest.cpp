@@ -326,6 +326,42 @@ private Q_SLOTS:
         QCOMPARE(desk.matches(), QStringLiteral("/name"));
     }
 
+    /// The window answers while many nodes are looked for; they may be others when the tree
+    /// changes.
+    void startsOverWhenTheTreeChangesBetweenTurns() {
+        constexpr std::size_t count = 200'000;
+        const SearchDesk desk(PlistValue::array(std::vector<PlistValue>(count, text("Ada"))));
+        PlistNode& root = desk.document.root();
+        desk.type("ada");
+        desk.begin();
+        while (!root.isMaterialized()) {
+            QCoreApplication::processEvents();
+        }
+        QVERIFY(desk.search->isUpdating());
+        QVERIFY(desk.search->matchIDs().empty());
+        QVERIFY(!desk.editor.rename(desk.at({2}), "title"));
+        QVERIFY(!desk.isDone());
+        desk.begin();
+        QVERIFY(desk.isDone());
+        QCOMPARE(desk.search->matchIDs().size(), count);
+        QVERIFY(!desk.search->isUpdating());
+    }
+
+    void givesUpTheNodesOfAnOlderQuery() {
+        constexpr std::size_t count = 200'000;
+        const SearchDesk desk(PlistValue::array(std::vector<PlistValue>(count, text("Ada"))));
+        desk.type("ada");
+        desk.begin();
+        while (!desk.document.root().isMaterialized()) {
+            QCoreApplication::processEvents();
+        }
+        desk.type("");
+        QVERIFY(!desk.search->isUpdating());
+        QCoreApplication::processEvents();
+        QVERIFY(desk.search->matchIDs().empty());
+        QVERIFY(!desk.search->visibleIDs());
+    }
+
     void searchesAReloadedDocumentAgain() {
         const SearchDesk desk(sample());
         QVERIFY(desk.find("ada"));
