@@ -53,6 +53,11 @@ expectFrontBelongsTo() {
 # Another program has the keyboard.
 start one.plist
 first=$process firstWindow=$window
+mv log first.log
+# Each window makes rows for its new document, and again when the file has been read.
+firstHasRead() {
+    [[ $(grep -c 'Rows: ' first.log) -ge $((2 * $1)) ]]
+}
 DBUS_SESSION_BUS_ADDRESS=disabled: start other.plist
 other=$process otherWindow=$window
 
@@ -60,6 +65,7 @@ other=$process otherWindow=$window
 waitFor "the last file is in front" isInFront "$latin1Shown"
 expectFrontBelongsTo "$first"
 waitFor "both files are open" hasWindows 4
+waitFor "the files are read" firstHasRead 3
 
 # What is no text in its name is saved where it came from.
 window=$(xdotool getactivewindow)

@@ -85,6 +85,8 @@ waitFor "the dialog is there" dialogIsThere
 xdotool type --delay 20 beside.plist
 xdotool key Return
 waitFor "the file beside it is open" showsTitle beside.plist
+waitFor "the file is read" rowsWereMadeSince 1
+waitFor "the window has the keyboard again" hasFocus
 
 # "Clear Menu" stands last.
 xdotool key alt+f
