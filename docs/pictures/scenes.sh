@@ -298,7 +298,6 @@ scenes=("$@")
     scenes=(newDocument document search noMatch invalidEdit invalidKey dateEdit dataPopover openStep
         duplicateKeys contextMenu editMenu editorMenu typeMenu longText shortcuts about calendar toolTip longToolTip
         drag question failure changedFile unreadableFile deletedFile overwriteQuestion)
-export XDG_STATE_HOME=$PWD/state
 for scene in "${scenes[@]}"; do
     # What the scene before has left unsaved is not to be offered.
     rm -rf state

@@ -27,6 +27,8 @@ cleanUp() {
 }
 trap cleanUp EXIT
 cd "$scratch"
+# What a run that failed has left unsaved is not to be offered in the next.
+export XDG_STATE_HOME=$scratch/state
 export QT_QPA_PLATFORM=xcb
 # One line for each time that the rows of the outline are made.
 export QT_LOGGING_RULES="com.ventrel.Tabulet.debug=true"
