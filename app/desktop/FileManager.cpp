@@ -17,6 +17,10 @@ constexpr QLatin1String path("/org/freedesktop/FileManager1");
 
 void FileManager::show(const QString& file, QObject& receiver, std::function<void()> failed,
                        QDBusConnection bus) {
+    if (!bus.isConnected()) {
+        QMetaObject::invokeMethod(&receiver, std::move(failed), Qt::QueuedConnection);
+        return;
+    }
     QDBusMessage call =
         QDBusMessage::createMethodCall(interface, path, interface, QStringLiteral("ShowItems"));
     call << QStringList{QString::fromLatin1(FilePath::toUri(file))} << QString();

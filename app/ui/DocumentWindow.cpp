@@ -23,6 +23,7 @@
 #include "app/ui/FileNotice.h"
 #include "app/ui/HelpMenu.h"
 #include "app/ui/MessageDialog.h"
+#include "app/ui/NoticeBanner.h"
 #include "app/ui/PlistCommands.h"
 #include "app/ui/PlistTable.h"
 #include "app/ui/ProgressPage.h"
@@ -80,12 +81,12 @@ void DocumentWindow::makeLayout() {
     auto* content = new QWidget(this);
     notice_ = new FileNotice(follower_, content);
     saveProgress_ = new SaveProgress(content);
-    auto* layout = new QVBoxLayout(content);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(notice_);
-    layout->addWidget(pages_, 1);
-    layout->addWidget(saveProgress_);
+    layout_ = new QVBoxLayout(content);
+    layout_->setContentsMargins(0, 0, 0, 0);
+    layout_->setSpacing(0);
+    layout_->addWidget(notice_);
+    layout_->addWidget(pages_, 1);
+    layout_->addWidget(saveProgress_);
     setCentralWidget(content);
 }
 
@@ -212,11 +213,21 @@ void DocumentWindow::recover(const LostDocument& lost) {
     controller_.recover(lost);
 }
 
-void DocumentWindow::forgetLostDocument() {
+void DocumentWindow::handleKept() {
+    delete keepingNotice_;
     if (lost_) {
         lost_->remove();
         lost_.reset();
     }
+}
+
+void DocumentWindow::warnThatNothingIsKept(const QString& reason) {
+    delete keepingNotice_;
+    keepingNotice_ = new NoticeBanner(
+        tr("Unsaved changes cannot be kept for a crash: %1. Save often.").arg(reason),
+        centralWidget());
+    keepingNotice_->setObjectName(QStringLiteral("keepingNotice"));
+    layout_->insertWidget(0, keepingNotice_);
 }
 
 void DocumentWindow::showProgress(const QString& title, const QString& text) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QStringList>
 #include <functional>
 #include <optional>
@@ -14,11 +15,13 @@
 
 class DocumentView;
 class FileMenu;
+class NoticeBanner;
 class FileNotice;
 class ProgressPage;
 class SaveProgress;
 class QFileDialog;
 class QStackedWidget;
+class QVBoxLayout;
 
 /// The window of one document: menus, toolbar, the document itself, and the questions about saving
 /// it. Deletes itself when it is closed.
@@ -42,8 +45,11 @@ public:
     /// Brings what a crash left unsaved into this window.
     void recover(const LostDocument& lost);
 
-    /// Deletes what a crash left and this window shows: it has been kept anew.
-    void forgetLostDocument();
+    /// The document has been kept for a crash: what an earlier one left of it is needed no more.
+    void handleKept();
+
+    /// Says as long as it is so that the document cannot be kept for a crash, for this reason.
+    void warnThatNothingIsKept(const QString& reason);
 
     /// Says why the file of this window could not be opened, then closes the window, which has
     /// nothing to show.
@@ -114,6 +120,8 @@ private:
     DocumentView* view_;
     FileMenu* fileMenu_ = nullptr;
     FileNotice* notice_ = nullptr;
+    QVBoxLayout* layout_ = nullptr;
+    QPointer<NoticeBanner> keepingNotice_;
     SaveProgress* saveProgress_ = nullptr;
     std::function<QList<QWidget*>()> allWindows_;
     std::optional<LostDocument> lost_;

@@ -85,6 +85,8 @@ QMessageBox* MessageDialog::askToRestore(QWidget& window, const QString& name) {
     box->button(QMessageBox::No)->setText(translated("Keep Current"));
     box->button(QMessageBox::Open)->setText(translated("Show Folder"));
     box->setDefaultButton(QMessageBox::Yes);
+    // What keeps everything as it is.
+    box->setEscapeButton(QMessageBox::Open);
     box->open();
     return box;
 }

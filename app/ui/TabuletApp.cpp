@@ -120,7 +120,9 @@ DocumentWindow* TabuletApp::makeWindow() {
     auto* recovery = new DocumentRecovery(window->controller(), recoveryStore_);
     connect(this, &TabuletApp::keepingNeeded, recovery, &DocumentRecovery::keepNow);
     connect(window, &DocumentWindow::recovered, recovery, &DocumentRecovery::keepNow);
-    connect(recovery, &DocumentRecovery::kept, window, &DocumentWindow::forgetLostDocument);
+    connect(recovery, &DocumentRecovery::kept, window, &DocumentWindow::handleKept);
+    connect(recovery, &DocumentRecovery::keepingFailed, window,
+            &DocumentWindow::warnThatNothingIsKept);
     connect(window, &DocumentWindow::newChosen, this, &TabuletApp::newDocument);
     connect(window, &DocumentWindow::openChosen, this, [this, window] { askForFiles(*window); });
     connect(window, &DocumentWindow::recentChosen, this, &TabuletApp::openOne);
@@ -167,12 +169,22 @@ void TabuletApp::askForFiles(DocumentWindow& window) const {
 
 void TabuletApp::recover(LostDocument lost) {
     lost.beginAttempt();
-    DocumentWindow* window = pristineWindow();
-    if (window == nullptr) {
-        window = makeWindow();
-    }
+    DocumentWindow* window = windowFor(lost);
     window->recover(lost);
     window->show();
+}
+
+/// The window that shows its file without changes, or one that shows nothing yet.
+DocumentWindow* TabuletApp::windowFor(const LostDocument& lost) {
+    if (lost.hasFile()) {
+        DocumentWindow* window = windowShowing(lost.filePath());
+        if (window != nullptr && !window->controller().isModified() &&
+            window->controller().activity() == DocumentController::Activity::idle) {
+            return window;
+        }
+    }
+    DocumentWindow* window = pristineWindow();
+    return window != nullptr ? window : makeWindow();
 }
 
 // --- The end ---

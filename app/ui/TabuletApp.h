@@ -59,6 +59,7 @@ protected:
 private:
     void keepAll();
     void recover(LostDocument lost);
+    DocumentWindow* windowFor(const LostDocument& lost);
     DocumentWindow* makeWindow();
     DocumentWindow* windowShowing(const QString& path) const;
     DocumentWindow* pristineWindow() const;
