@@ -123,6 +123,10 @@ void DocumentView::updateEmptyState() {
     emptyState_->raise();
 }
 
+QList<QWidget*> DocumentView::paintedWidgets() const {
+    return {table_->viewport(), emptyState_};
+}
+
 bool DocumentView::commitEditing() {
     return table_->commitEditing();
 }

@@ -31,6 +31,9 @@ public:
     SearchState& search() noexcept { return search_; }
     PlistTable& table() noexcept { return *table_; }
 
+    /// What is painted last when the view is: the rows, or the words that stand for them.
+    QList<QWidget*> paintedWidgets() const;
+
     /// What menu commands act through.
     DocumentActions actions() noexcept { return {document_, outline_, undoManager_.data()}; }
 

@@ -208,8 +208,6 @@ void DocumentWindow::recover(const LostDocument& lost) {
     lost_ = lost;
     const QString& name = lost.record().title;
     showProgress(name, tr("Recovering “%1”\u2026").arg(name));
-    connect(this, &DocumentWindow::documentShown, this, &DocumentWindow::recovered,
-            Qt::SingleShotConnection);
     controller_.recover(lost);
 }
 
@@ -245,10 +243,15 @@ void DocumentWindow::showDocument() {
     view_->setEnabled(true);
     view_->toolBar()->setEnabled(true);
     view_->setFocus();
+    if (lost_) {
+        connect(this, &DocumentWindow::documentShown, this, &DocumentWindow::recovered,
+                Qt::SingleShotConnection);
+    }
     if (!awaitsPaint_) {
         awaitsPaint_ = true;
-        view_->installEventFilter(this);
-        view_->table().viewport()->installEventFilter(this);
+        for (QWidget* painted : view_->paintedWidgets()) {
+            painted->installEventFilter(this);
+        }
     }
 }
 
@@ -257,8 +260,9 @@ bool DocumentWindow::eventFilter(QObject* watched, QEvent* event) {
     if (awaitsPaint_ && event->type() == QEvent::Paint && pages_->currentWidget() == view_ &&
         controller_.activity() != DocumentController::Activity::reading) {
         awaitsPaint_ = false;
-        view_->removeEventFilter(this);
-        view_->table().viewport()->removeEventFilter(this);
+        for (QWidget* painted : view_->paintedWidgets()) {
+            painted->removeEventFilter(this);
+        }
         QTimer::singleShot(0, this, &DocumentWindow::documentShown);
     }
     return QMainWindow::eventFilter(watched, event);

@@ -81,9 +81,14 @@ QMessageBox* MessageDialog::askToRestore(QWidget& window, const QString& name) {
         translated("The file may hold only a part of the new content. What it held before "
                    "the save was kept and can be restored."));
     box->setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Open);
-    box->button(QMessageBox::Yes)->setText(translated("Restore"));
-    box->button(QMessageBox::No)->setText(translated("Keep Current"));
-    box->button(QMessageBox::Open)->setText(translated("Show Folder"));
+    const auto rename = [box](QMessageBox::StandardButton button, const QString& text) {
+        box->button(button)->setText(text);
+        // The icon would go with the old text.
+        box->button(button)->setIcon({});
+    };
+    rename(QMessageBox::Yes, translated("Restore"));
+    rename(QMessageBox::No, translated("Keep Current"));
+    rename(QMessageBox::Open, translated("Show Folder"));
     box->setDefaultButton(QMessageBox::Yes);
     // What keeps everything as it is.
     box->setEscapeButton(QMessageBox::Open);

@@ -21,6 +21,9 @@ constexpr int numberRole = Qt::UserRole;
 /// A width that shows most paths, in device-independent pixels.
 constexpr int dialogWidth = 520;
 
+/// What keeps the rows of one document together.
+constexpr int rowSpacing = 3;
+
 QString placeOf(const LostDocument& document) {
     const QString path = document.filePath();
     return path.isEmpty() ? RecoveryDialog::tr("Never saved")
@@ -63,7 +66,8 @@ RecoveryDialog::RecoveryDialog(std::vector<LostDocument> documents, QWidget* par
     list_->setAccessibleName(tr("Documents"));
     list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     list_->setWordWrap(true);
-    list_->setAlternatingRowColors(true);
+    list_->setSpacing(rowSpacing);
+    list_->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
     for (int number = 0; number < static_cast<int>(documents_.size()); ++number) {
         addRow(number);
     }

@@ -68,7 +68,11 @@ void TabuletApp::start(const QStringList& paths) {
     } else {
         open(paths);
     }
-    crashRecovery_.begin(*windows_.first());
+    // What is asked then stands over the window, which must have its place for that.
+    DocumentWindow* window = windows_.first();
+    connect(
+        window, &DocumentWindow::documentShown, this,
+        [this, window] { crashRecovery_.begin(*window); }, Qt::SingleShotConnection);
 }
 
 DocumentWindow* TabuletApp::newDocument() {

@@ -70,6 +70,8 @@ take() {
     xdotool mouseup 1
     kill "$process"
     wait "$process" 2>/dev/null || true
+    # The next scene is not to be offered the changes of this one.
+    rm -rf "$XDG_STATE_HOME"
 }
 
 # Opens a file under a name that looks well in a title.
@@ -85,12 +87,16 @@ openSample() {
 
 # --- The scenes ---
 
-newDocument() {
+startWithoutFiles() {
     : >log
     "$program" 2>log &
     process=$!
     processes+=("$process")
     findWindow "Untitled"
+}
+
+newDocument() {
+    startWithoutFiles
     activate
 }
 
@@ -293,14 +299,36 @@ failure() {
     settle
 }
 
+# Changes to a file and to a new document that a process leaves which is killed.
+recovery() {
+    openSample
+    down 3
+    press Delete ctrl+n
+    settle
+    press ctrl+shift+n Return
+    sleep 2.5
+    kill -KILL "$process"
+    wait "$process" 2>/dev/null || true
+    startWithoutFiles
+    settle
+}
+
+interruptedSave() {
+    mkdir -p "$XDG_STATE_HOME/tabulet/recovery"
+    echo old >"$XDG_STATE_HOME/tabulet/recovery/one.old"
+    echo "{\"kind\": \"interruptedSave\", \"file\": \"$PWD/Harbour.plist\"}" \
+        >"$XDG_STATE_HOME/tabulet/recovery/one.json"
+    startWithoutFiles
+    settle
+}
+
 scenes=("$@")
 [[ ${#scenes[@]} -gt 0 ]] ||
     scenes=(newDocument document search noMatch invalidEdit invalidKey dateEdit dataPopover openStep
         duplicateKeys contextMenu editMenu editorMenu typeMenu longText shortcuts about calendar toolTip longToolTip
-        drag question failure changedFile unreadableFile deletedFile overwriteQuestion)
+        drag question failure changedFile unreadableFile deletedFile overwriteQuestion recovery
+        interruptedSave)
 for scene in "${scenes[@]}"; do
-    # What the scene before has left unsaved is not to be offered.
-    rm -rf state
     "$scene"
     take "$scene"
 done

@@ -9,7 +9,6 @@ set -euo pipefail
 # shellcheck source=tests/system/onDisplay.sh
 source "$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")/onDisplay.sh"
 
-export XDG_STATE_HOME=$PWD/state
 recovery=$XDG_STATE_HOME/tabulet/recovery
 
 kept() {

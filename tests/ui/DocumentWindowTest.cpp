@@ -170,13 +170,25 @@ private Q_SLOTS:
     void opensFiles() {
         const QString path =
             file("a[*]b.plist", Samples::bytes(Samples::allTypes(), PlistFormat::binary));
-        QSignalSpy shown(window_, &DocumentWindow::documentShown);
+        QSignalSpy opened(&window_->controller(), &DocumentController::opened);
         window_->open(path);
+        QVERIFY(opened.wait());
+        QSignalSpy shown(window_, &DocumentWindow::documentShown);
         QTRY_COMPARE(shown.count(), 1);
         QCOMPARE(window_->view().table().model()->rowCount(), 10);
         QCOMPARE(window_->windowTitle(), QStringLiteral("a[*][*]b.plist[*]"));
         QVERIFY(!window_->isWindowModified());
         QTRY_VERIFY(window_->view().table().hasFocus());
+    }
+
+    void tellsOfEmptyDocumentsToo() {
+        DocumentWindow fresh(QStringLiteral("Untitled"));
+        fresh.setAttribute(Qt::WA_DeleteOnClose, false);
+        QSignalSpy shown(&fresh, &DocumentWindow::documentShown);
+        fresh.show();
+        QTRY_COMPARE(shown.count(), 1);
+        fresh.open(file("empty.plist", "<plist><dict/></plist>"));
+        QTRY_COMPARE(shown.count(), 2);
     }
 
     void saysWhyAFileCannotBeOpened() {

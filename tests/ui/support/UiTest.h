@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "app/ui/TabuletApp.h"
@@ -9,6 +11,9 @@
 /// a style that is the same everywhere.
 template <typename Test>
 int runUiTest(int argc, char** argv) {
+    // What is kept for a crash in one run is not to be offered in the next.
+    const QTemporaryDir state;
+    qputenv("XDG_STATE_HOME", QFile::encodeName(state.path()));
     QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("Fusion"));
     // Windows come and go within a test.
