@@ -84,7 +84,7 @@ cmp kept.plist before.plist
 
 begin Untitled
 accept "Recover Documents"
-waitFor "the new document is there again" hasFoundWindow "Untitled.*(recovered)"
+waitFor "the new document is there again" hasFoundWindow "Untitled.*recovered"
 waitFor "the document is there again" hasFoundWindow kept.plist
 activate
 save
@@ -99,11 +99,11 @@ isKept 1
 
 begin Untitled
 accept "Recover Documents"
-waitFor "the new document is there again" hasFoundWindow "Untitled.*(recovered)"
+waitFor "the new document is there again" hasFoundWindow "Untitled.*recovered"
 activate
 xdotool key ctrl+q
 waitFor "the program asks" windowIs "Tabulet"
-xdotool key alt+d
+xdotool key Tab space
 wait "$process"
 nothingIsLeft
 
@@ -116,7 +116,7 @@ killHard
 cp before.plist kept.plist
 begin Untitled
 accept "Recover Documents"
-waitFor "it comes back as a copy" hasFoundWindow "kept.plist (recovered)"
+waitFor "it comes back as a copy" hasFoundWindow "kept.plist.*recovered"
 kill -TERM "$process"
 wait "$process"
 cmp kept.plist before.plist

@@ -100,7 +100,7 @@ activate() {
 # Sets "window" to that of the process which shows the file, unless another window goes while this
 # looks through all of them, which makes it fail.
 hasFoundWindow() {
-    window=$(xdotool search --sync --onlyvisible --all --pid "$process" --name "^$1" | head -n 1)
+    window=$(xdotool search --onlyvisible --all --pid "$process" --name "^$1" | head -n 1)
 }
 
 findWindow() {
