@@ -4,6 +4,7 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QStyle>
 #include <QToolButton>
 #include <algorithm>
@@ -42,7 +43,10 @@ QString formatFor(const QLocale& locale) {
         // Two digits do not tell the century.
         date.replace(QStringLiteral("yy"), QStringLiteral("yyyy"));
     }
-    return date + u' ' + locale.timeFormat(QLocale::ShortFormat);
+    QString time = locale.timeFormat(QLocale::ShortFormat);
+    // The short form of a few locales has seconds.
+    static const QRegularExpression seconds(QStringLiteral("[:.]ss?"));
+    return date + u' ' + time.remove(seconds);
 }
 
 /// The arrow of the button with the month's name would else be drawn over the end of the name.
