@@ -153,26 +153,34 @@ std::vector<SafetyCopy> SafetyCopy::leftBehind(const QString& folder) {
         if (!copy.claim()) {
             continue;
         }
-        if (copy.target_.isEmpty() || copy.isSameAsTarget()) {
+        if (!copy.hasRecord() || (copy.readRecord() && copy.isSameAsTarget())) {
             copy.remove();
-        } else {
+        } else if (!copy.target_.isEmpty()) {
             found.push_back(std::move(copy));
         }
     }
     return found;
 }
 
-/// Locks the copy if no save that goes on has it, and reads the record. Without one the copy was
-/// not complete, and the file not touched yet.
+/// Locks the copy if no save that goes on has it.
 bool SafetyCopy::claim() {
     lock_ = FileDescriptor(open(copy_, O_RDONLY | O_NONBLOCK));
-    if (!lock_.isOpen() || ::flock(lock_.number(), LOCK_EX | LOCK_NB) != 0) {
-        return false;
-    }
+    return lock_.isOpen() && ::flock(lock_.number(), LOCK_EX | LOCK_NB) == 0;
+}
+
+/// Without a record the copy was not complete, and the file not touched yet. One that cannot be
+/// reached, or is damaged, says nothing of that kind.
+bool SafetyCopy::hasRecord() const {
+    struct stat status {};
+    return ::lstat(record_.constData(), &status) == 0 || errno != ENOENT;
+}
+
+/// False if the record cannot be read, or does not name a file.
+bool SafetyCopy::readRecord() {
     const QByteArray record = FileInput::readAll(record_).value_or(QByteArray());
     const QJsonObject object = QJsonDocument::fromJson(record).object();
     target_ = QByteArray::fromPercentEncoding(object.value(fileName).toString().toLatin1());
-    return true;
+    return !target_.isEmpty();
 }
 
 bool SafetyCopy::isSameAsTarget() const {

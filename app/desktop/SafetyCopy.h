@@ -18,8 +18,8 @@ public:
     SafetyCopy(const QString& folder, const QByteArray& target);
 
     /// The copies in `folder` whose saves were interrupted, by a crash say, while the file did not
-    /// hold the old bytes. Deletes those of which the file holds the same. May be called from any
-    /// thread.
+    /// hold the old bytes. Deletes those of which the file holds the same. Leaves alone those whose
+    /// records are damaged or cannot be read. May be called from any thread.
     static std::vector<SafetyCopy> leftBehind(const QString& folder);
 
     /// The file, as the system has its path.
@@ -42,6 +42,8 @@ private:
     explicit SafetyCopy(const QByteArray& path);
 
     bool claim();
+    bool hasRecord() const;
+    bool readRecord();
     bool isSameAsTarget() const;
     int make(const QByteArray& folder);
     int writeRecord() const;

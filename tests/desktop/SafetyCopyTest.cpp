@@ -88,7 +88,30 @@ private Q_SLOTS:
         QVERIFY(QDir(place()).isEmpty());
     }
 
+    /// It may be the only complete content that is left.
+    void withADamagedRecordIsLeftAlone() {
+        interrupt("file");
+        QFile record(onlyRecord());
+        QVERIFY(record.resize(10));
+        QVERIFY(SafetyCopy::leftBehind(place()).empty());
+        QCOMPARE(QDir(place()).entryList(QDir::Files).size(), 2);
+    }
+
+    void withARecordThatCannotBeReadIsLeftAlone() {
+        interrupt("file");
+        const QString record = onlyRecord();
+        QVERIFY(QFile::remove(record));
+        QVERIFY(QDir().mkdir(record));
+        QVERIFY(SafetyCopy::leftBehind(place()).empty());
+        QCOMPARE(QDir(place()).entryList(QDir::Files).size(), 1);
+        QVERIFY(QFileInfo(record).isDir());
+    }
+
 private:
+    QString onlyRecord() const {
+        return QDir(place()).entryInfoList({QStringLiteral("*.json")}).value(0).filePath();
+    }
+
     QString place() const { return folder_->filePath(QStringLiteral("recovery")); }
 
     QByteArray pathOf(const char* name) const {
