@@ -219,7 +219,7 @@ void overwrite(const Save& save, const QString& safetyFolder) {
     if (::faccessat(AT_FDCWD, save.target.constData(), R_OK, AT_EACCESS) != 0) {
         fail(save, errno);
     }
-    const SafetyCopy copy(safetyFolder, save.target);
+    const SafetyCopy copy(safetyFolder, save.target, ContentDigest::of(save.bytes));
     if (copy.error() != 0) {
         failWithoutCopy(save, safetyFolder, copy.error());
     }

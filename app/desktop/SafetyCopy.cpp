@@ -33,6 +33,7 @@ constexpr const char* recordEnd = ".json";
 constexpr QLatin1String kindName("kind");
 constexpr QLatin1String kind("interruptedSave");
 constexpr QLatin1String fileName("file");
+constexpr QLatin1String newContentName("newContent");
 
 /// Copies all bytes from where one open file stands to where the other does.
 int copyBytes(int source, int target) {
@@ -64,8 +65,7 @@ int open(const QByteArray& path, int flags) {
     return ::open(path.constData(), flags | O_CLOEXEC | O_NOFOLLOW, forTheUserAlone);
 }
 
-std::optional<ContentDigest> digestOf(const QByteArray& path) {
-    const FileDescriptor file(open(path, O_RDONLY | O_NONBLOCK));
+std::optional<ContentDigest> digestOf(const FileDescriptor& file) {
     return file.isOpen() ? ContentDigest::ofOpenFile(file.number()) : std::nullopt;
 }
 
@@ -73,10 +73,12 @@ std::optional<ContentDigest> digestOf(const QByteArray& path) {
 
 SafetyCopy::SafetyCopy(const QByteArray& path) : copy_(path + copyEnd), record_(path + recordEnd) {}
 
-SafetyCopy::SafetyCopy(const QString& folder, const QByteArray& target)
+SafetyCopy::SafetyCopy(const QString& folder, const QByteArray& target,
+                       const std::optional<ContentDigest>& newContent)
     : SafetyCopy(FilePath::encoded(folder) + '/' +
                  QUuid::createUuid().toByteArray(QUuid::WithoutBraces)) {
     target_ = target;
+    newContent_ = newContent;
     error_ = make(FilePath::encoded(folder));
     if (error_ != 0) {
         remove();
@@ -114,8 +116,11 @@ int SafetyCopy::make(const QByteArray& folder) {
 
 int SafetyCopy::writeRecord() const {
     // Names of files are bytes; those that are no text survive this too.
-    const QJsonObject record{{kindName, kind},
-                             {fileName, QString::fromLatin1(target_.toPercentEncoding("/"))}};
+    QJsonObject record{{kindName, kind},
+                       {fileName, QString::fromLatin1(target_.toPercentEncoding("/"))}};
+    if (newContent_) {
+        record.insert(newContentName, newContent_->hex());
+    }
     const QByteArray text = QJsonDocument(record).toJson();
     FileDescriptor file(open(record_, O_WRONLY | O_CREAT | O_EXCL));
     if (!file.isOpen()) {
@@ -153,7 +158,7 @@ std::vector<SafetyCopy> SafetyCopy::leftBehind(const QString& folder) {
         if (!copy.claim()) {
             continue;
         }
-        if (!copy.hasRecord() || (copy.readRecord() && copy.isSameAsTarget())) {
+        if (!copy.hasRecord() || (copy.readRecord() && copy.isNeedless())) {
             copy.remove();
         } else if (!copy.target_.isEmpty()) {
             found.push_back(std::move(copy));
@@ -180,16 +185,26 @@ bool SafetyCopy::readRecord() {
     const QByteArray record = FileInput::readAll(record_).value_or(QByteArray());
     const QJsonObject object = QJsonDocument::fromJson(record).object();
     target_ = QByteArray::fromPercentEncoding(object.value(fileName).toString().toLatin1());
+    newContent_ = ContentDigest::fromHex(object.value(newContentName).toString());
     return !target_.isEmpty();
 }
 
-bool SafetyCopy::isSameAsTarget() const {
-    const std::optional<ContentDigest> kept = digestOf(copy_);
-    return kept && kept == digestOf(target_);
+/// Whether the file holds the old bytes or all the new ones, and not only in memory.
+bool SafetyCopy::isNeedless() const {
+    const FileDescriptor target(open(target_, O_RDONLY | O_NONBLOCK));
+    const std::optional<ContentDigest> present = digestOf(target);
+    if (!present || FileOutput::synchronize(target.number()) != 0) {
+        return false;
+    }
+    return present == newContent_ ||
+           present == digestOf(FileDescriptor(open(copy_, O_RDONLY | O_NONBLOCK)));
 }
 
 void SafetyCopy::remove() const {
     // The record first: it never names a copy that is not there.
     ::unlink(record_.constData());
     ::unlink(copy_.constData());
+    // Else a power cut would bring them back, beside a file that has been saved since. What is
+    // wrong then does no harm now.
+    static_cast<void>(FileFolder::synchronize(FileFolder::of(copy_)));
 }

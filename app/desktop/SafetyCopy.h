@@ -4,8 +4,10 @@
 
 #include <QByteArray>
 #include <QString>
+#include <optional>
 #include <vector>
 
+#include "app/model/ContentDigest.h"
 #include "app/model/FileDescriptor.h"
 
 /// The old bytes of a file that is about to be overwritten, with a record of which file that is,
@@ -14,12 +16,14 @@
 class SafetyCopy {
 public:
     /// Copies the file `target` into `folder`, which is made, for the user alone, if it is not
-    /// there. `error` tells whether that worked.
-    SafetyCopy(const QString& folder, const QByteArray& target);
+    /// there. `newContent` is of what the file shall hold, if that is known: a file that holds it
+    /// was saved to the end. `error` tells whether that worked.
+    SafetyCopy(const QString& folder, const QByteArray& target,
+               const std::optional<ContentDigest>& newContent = std::nullopt);
 
     /// The copies in `folder` whose saves were interrupted, by a crash say, while the file did not
-    /// hold the old bytes. Deletes those of which the file holds the same. Leaves alone those whose
-    /// records are damaged or cannot be read. May be called from any thread.
+    /// hold the old bytes, nor all the new ones. Deletes those of which the file does. Leaves alone
+    /// those whose records are damaged or cannot be read. May be called from any thread.
     static std::vector<SafetyCopy> leftBehind(const QString& folder);
 
     /// The file, as the system has its path.
@@ -44,11 +48,12 @@ private:
     bool claim();
     bool hasRecord() const;
     bool readRecord();
-    bool isSameAsTarget() const;
+    bool isNeedless() const;
     int make(const QByteArray& folder);
     int writeRecord() const;
 
     QByteArray target_;
+    std::optional<ContentDigest> newContent_;
     QByteArray copy_;
     QByteArray record_;
     FileDescriptor lock_{-1};

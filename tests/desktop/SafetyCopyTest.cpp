@@ -4,10 +4,12 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <cstdint>
 #include <optional>
 #include <vector>
 
 #include "app/desktop/SafetyCopy.h"
+#include "app/model/ContentDigest.h"
 
 class SafetyCopyTest : public QObject {
     Q_OBJECT
@@ -65,6 +67,17 @@ private Q_SLOTS:
         QVERIFY(QDir(place()).isEmpty());
     }
 
+    /// The save was interrupted when only the copy was left to delete.
+    void isDeletedWhereTheFileHoldsAllTheNewBytes() {
+        { const SafetyCopy copy(place(), pathOf("file"), digestOf("new bytes")); }
+        write("file", "new byt");
+        QCOMPARE(SafetyCopy::leftBehind(place()).size(), std::size_t{1});
+        write("file", "new bytes");
+        QVERIFY(SafetyCopy::leftBehind(place()).empty());
+        QVERIFY(QDir(place()).isEmpty());
+        QCOMPARE(read("file"), QByteArray("new bytes"));
+    }
+
     void isFoundWhereTheFileIsGone() {
         interrupt("file");
         QVERIFY(QFile::remove(folder_->filePath(QStringLiteral("file"))));
@@ -108,6 +121,11 @@ private Q_SLOTS:
     }
 
 private:
+    static ContentDigest digestOf(const QByteArray& bytes) {
+        return ContentDigest::of({reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                                  static_cast<std::size_t>(bytes.size())});
+    }
+
     QString onlyRecord() const {
         return QDir(place()).entryInfoList({QStringLiteral("*.json")}).value(0).filePath();
     }
