@@ -213,6 +213,10 @@ void DocumentWindow::recover(const LostDocument& lost) {
 
 void DocumentWindow::handleKept() {
     delete keepingNotice_;
+    forgetLostDocument();
+}
+
+void DocumentWindow::forgetLostDocument() {
     if (lost_) {
         lost_->remove();
         lost_.reset();
@@ -303,6 +307,7 @@ void DocumentWindow::saveAs() {
 }
 
 void DocumentWindow::handleSaved() {
+    forgetLostDocument();
     if (closesWhenSaved_) {
         closesWhenSaved_ = false;
         close();
@@ -383,6 +388,7 @@ void DocumentWindow::askToSave() {
             save();
         } else if (answer == QMessageBox::Discard) {
             closesUnasked_ = true;
+            forgetLostDocument();
             close();
         } else {
             refuseClose();

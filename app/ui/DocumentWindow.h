@@ -108,6 +108,7 @@ private:
     void showDocument();
     void askToSave();
     void handleSaved();
+    void forgetLostDocument();
     void explainSaveFailure(const FileError& error);
     void saveDespiteChange(MessageDialog::ChangeAnswer answer);
     void refuseClose();
