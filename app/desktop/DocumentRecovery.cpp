@@ -55,8 +55,9 @@ void DocumentRecovery::follow() {
 void DocumentRecovery::forget() {
     quietTimer_.stop();
     busyTimer_.stop();
-    if (keptState_) {
-        keptState_.reset();
+    keptState_.reset();
+    if (mayBeThere_) {
+        mayBeThere_ = false;
         store_.remove(name_);
     }
 }
@@ -69,6 +70,7 @@ void DocumentRecovery::keepNow() {
         return;
     }
     keptState_ = state;
+    mayBeThere_ = true;
     ++writings_;
     store_.write(*this, name_, controller_.document().snapshot(), record(),
                  [this, state](const RecoveryStore::Outcome& outcome) { finish(state, outcome); });

@@ -63,6 +63,9 @@ private:
 
     int writings_ = 0;  ///< how many are under way
 
+    /// Whether something of this document may lie in the store.
+    bool mayBeThere_ = false;
+
     /// The state that was written last or is being written.
     std::optional<UndoManager::State> keptState_;
 };

@@ -87,7 +87,13 @@ int RecoveryStore::keep(const QByteArray& name, const PlistFile& content,
     try {
         constexpr auto identical = BinaryPlistSerializer::EqualTexts::identical;
         const PlistBytes bytes = BinaryPlistSerializer::serialize(content.root, identical);
-        const int error = folder_->write(name + contentEnd, bytes.span());
+        int error = folder_->write(name + contentEnd, bytes.span());
+        if (error == ENOENT) {
+            // Somebody has deleted the folder.
+            folder_.reset();
+            error = requireFolder();
+            error = error != 0 ? error : folder_->write(name + contentEnd, bytes.span());
+        }
         // The record comes last: it never tells of content that is not there.
         return error != 0 ? error : folder_->write(name + recordEnd, record.toJson());
     } catch (const std::bad_alloc&) {

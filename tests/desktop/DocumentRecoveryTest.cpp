@@ -127,6 +127,30 @@ private Q_SLOTS:
         QCOMPARE(keptFiles().size(), 2);
     }
 
+    void forgetsWhatIsOlderThanWhatWasSaved() {
+        keepOne();
+        QSignalSpy saved(controller_.get(), &DocumentController::saved);
+        controller_->save(place_->filePath(QStringLiteral("a.plist")));
+        add(*controller_, "b");
+        QVERIFY(saved.wait());
+        QVERIFY(controller_->isModified());
+        controller_->undoManager().undo();
+        QVERIFY(!controller_->isModified());
+        store_->wait();
+        QCOMPARE(keptFiles(), QStringList());
+    }
+
+    void keepsADocumentThoughTheFolderWasDeleted() {
+        keepOne();
+        QVERIFY(QDir(place_->filePath(QStringLiteral("recovery"))).removeRecursively());
+        auto* recovery = controller_->findChild<DocumentRecovery*>();
+        QSignalSpy kept(recovery, &DocumentRecovery::kept);
+        add(*controller_, "b");
+        recovery->keepNow();
+        QVERIFY(kept.wait());
+        QCOMPARE(keptFiles().size(), 2);
+    }
+
     void forgetsADocumentThatIsSaved() {
         keepOne();
         QSignalSpy saved(controller_.get(), &DocumentController::saved);
