@@ -34,7 +34,9 @@ RecoveryRecord unknownRecord() {
 LostDocument::LostDocument(std::shared_ptr<RecoveryFolder> folder, QByteArray name)
     : folder_(std::move(folder)), name_(std::move(name)) {
     const std::optional<QByteArray> json = folder_->read(name_ + RecoveryStore::recordEnd);
-    record_ = RecoveryRecord::fromJson(json.value_or(QByteArray())).value_or(unknownRecord());
+    const auto record = RecoveryRecord::fromJson(json.value_or(QByteArray()));
+    hasRecord_ = record.has_value();
+    record_ = record.value_or(unknownRecord());
     hasFileChanged_ = !record_.file.isEmpty() && digestOf(record_.file) != record_.baseDigest;
 }
 
@@ -75,7 +77,18 @@ QString LostDocument::contentPath() const {
 
 void LostDocument::beginAttempt() {
     ++record_.attempts;
-    folder_->write(name_ + RecoveryStore::recordEnd, record_.toJson());
+    writeRecord();
+}
+
+void LostDocument::endAttempt() {
+    --record_.attempts;
+    writeRecord();
+}
+
+void LostDocument::writeRecord() const {
+    if (hasRecord_) {
+        folder_->write(name_ + RecoveryStore::recordEnd, record_.toJson());
+    }
 }
 
 void LostDocument::remove() const {

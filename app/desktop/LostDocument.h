@@ -33,14 +33,17 @@ public:
     /// Whether it belongs to its file still.
     bool hasFile() const noexcept { return !record_.file.isEmpty() && !hasFileChanged_; }
 
-    /// Whether it has been tried too often to bring it back.
+    /// Whether programs have ended too often while they brought it back.
     bool isLeftAlone() const noexcept { return record_.attempts >= mostAttempts; }
 
     /// The file with the content.
     QString contentPath() const;
 
-    /// Remembers on the disk that somebody tries to bring it back.
+    /// Remembers on the disk that somebody tries to bring it back, until `endAttempt`: a program
+    /// that ends in between does not come to that. Does nothing where the record is unreadable,
+    /// which stays as it is.
     void beginAttempt();
+    void endAttempt();
 
     /// Deletes it for good.
     void remove() const;
@@ -48,8 +51,11 @@ public:
 private:
     LostDocument(std::shared_ptr<RecoveryFolder> folder, QByteArray name);
 
+    void writeRecord() const;
+
     std::shared_ptr<RecoveryFolder> folder_;
     QByteArray name_;
     RecoveryRecord record_;
+    bool hasRecord_ = false;
     bool hasFileChanged_ = false;
 };

@@ -14,38 +14,51 @@
 CrashRecovery::CrashRecovery(QString place, QObject* parent)
     : QObject(parent), place_(std::move(place)) {}
 
-void CrashRecovery::begin(QWidget& window) {
-    window_ = &window;
+void CrashRecovery::look() {
+    if (hasLooked_) {
+        return;
+    }
+    hasLooked_ = true;
     BackgroundTask::run(
         *this,
         [place = place_] {
             return std::make_shared<Findings>(
                 Findings{SafetyCopy::leftBehind(place), LostDocument::find(place)});
         },
-        [this](const std::shared_ptr<Findings>& findings) { ask(findings); });
+        [this](const std::shared_ptr<Findings>& findings) {
+            findings_ = std::move(*findings);
+            if (!findings_.copies.empty() || !findings_.documents.empty()) {
+                Q_EMIT found();
+            }
+        });
 }
 
-void CrashRecovery::ask(const std::shared_ptr<Findings>& findings) {
+void CrashRecovery::ask(QWidget& window) {
+    window_ = &window;
+    askAboutNext();
+}
+
+/// Asks about one file after the other, then about all documents.
+void CrashRecovery::askAboutNext() {
     if (window_ == nullptr) {
         return;
     }
-    if (!findings->copies.empty()) {
-        askAboutCopy(findings);
-    } else if (!findings->documents.empty()) {
-        auto* dialog = new RecoveryDialog(std::move(findings->documents), window_);
+    if (!findings_.copies.empty()) {
+        askAboutCopy();
+    } else if (!findings_.documents.empty()) {
+        auto* dialog = new RecoveryDialog(std::exchange(findings_.documents, {}), window_);
         connect(dialog, &RecoveryDialog::recoverChosen, this, &CrashRecovery::recoverChosen);
         connect(dialog, &RecoveryDialog::showFolderChosen, this, &CrashRecovery::showFolder);
         dialog->open();
     }
 }
 
-/// Asks about one file after the other.
-void CrashRecovery::askAboutCopy(const std::shared_ptr<Findings>& findings) {
-    const auto copy = std::make_shared<SafetyCopy>(std::move(findings->copies.back()));
-    findings->copies.pop_back();
+void CrashRecovery::askAboutCopy() {
+    const auto copy = std::make_shared<SafetyCopy>(std::move(findings_.copies.back()));
+    findings_.copies.pop_back();
     const QString name = FilePath::shownName(FilePath::decoded(copy->target()));
     QMessageBox* box = MessageDialog::askToRestore(*window_, name);
-    connect(box, &QMessageBox::finished, this, [this, findings, copy](int answer) {
+    connect(box, &QMessageBox::finished, this, [this, copy](int answer) {
         if (answer == QMessageBox::Yes) {
             restore(*copy);
         } else if (answer == QMessageBox::No) {
@@ -53,7 +66,7 @@ void CrashRecovery::askAboutCopy(const std::shared_ptr<Findings>& findings) {
         } else {
             showFolder(copy->path());
         }
-        ask(findings);
+        askAboutNext();
     });
 }
 

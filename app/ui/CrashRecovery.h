@@ -18,10 +18,16 @@ public:
     /// Looks in the folder `place`.
     explicit CrashRecovery(QString place, QObject* parent = nullptr);
 
-    /// Looks in the background, then asks over `window`, if that is still there.
-    void begin(QWidget& window);
+    /// Looks in the background, but only the first time.
+    void look();
+
+    /// Asks about what was found, over `window`.
+    void ask(QWidget& window);
 
 Q_SIGNALS:
+    /// A crash has left something, which is to be asked about.
+    void found();
+
     void recoverChosen(const LostDocument& document);
 
 private:
@@ -30,11 +36,13 @@ private:
         std::vector<LostDocument> documents;
     };
 
-    void ask(const std::shared_ptr<Findings>& findings);
-    void askAboutCopy(const std::shared_ptr<Findings>& findings);
+    void askAboutNext();
+    void askAboutCopy();
     void restore(const SafetyCopy& copy);
     void showFolder(const QString& path);
 
     QString place_;
+    bool hasLooked_ = false;
+    Findings findings_;
     QPointer<QWidget> window_;
 };

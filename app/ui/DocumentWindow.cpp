@@ -1,6 +1,7 @@
 #include "app/ui/DocumentWindow.h"
 
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFileDialog>
@@ -11,6 +12,7 @@
 #include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <optional>
 
 #include "app/model/FilePath.h"
@@ -27,6 +29,7 @@
 #include "app/ui/PlistCommands.h"
 #include "app/ui/PlistTable.h"
 #include "app/ui/ProgressPage.h"
+#include "app/ui/RecoveryDialog.h"
 #include "app/ui/SaveProgress.h"
 #include "app/ui/WindowMenu.h"
 
@@ -71,6 +74,7 @@ DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
 }
 
 DocumentWindow::~DocumentWindow() {
+    leaveLostDocument();
     // The view looks at the document until it is gone, and the document is a member of this.
     delete pages_;
 }
@@ -206,6 +210,7 @@ void DocumentWindow::open(const QString& path) {
 
 void DocumentWindow::recover(const LostDocument& lost) {
     lost_ = lost;
+    lost_->beginAttempt();
     const QString& name = lost.record().title;
     showProgress(name, tr("Recovering “%1”\u2026").arg(name));
     controller_.recover(lost);
@@ -214,6 +219,14 @@ void DocumentWindow::recover(const LostDocument& lost) {
 void DocumentWindow::handleKept() {
     delete keepingNotice_;
     forgetLostDocument();
+}
+
+/// What a crash left has not been brought back, but not by another crash.
+void DocumentWindow::leaveLostDocument() {
+    if (lost_) {
+        lost_->endAttempt();
+        lost_.reset();
+    }
 }
 
 void DocumentWindow::forgetLostDocument() {
@@ -279,13 +292,23 @@ void DocumentWindow::explainOpenFailure(const FileError& error) {
                     *this, tr("“%1” could not be recovered.").arg(lost_->record().title),
                     tr("%1\n\nWhat was kept is in “%2”.").arg(error.failureReason(), error.path()))
               : MessageDialog::show(*this, error);
+    leaveLostDocument();
     connect(box, &QMessageBox::finished, this, &QWidget::close);
+}
+
+bool DocumentWindow::isUndisturbed() const {
+    const QList<QDialog*> dialogs = findChildren<QDialog*>();
+    const bool isAsking = std::any_of(dialogs.begin(), dialogs.end(), [](const QDialog* dialog) {
+        return dialog->isVisible() && qobject_cast<const RecoveryDialog*>(dialog) == nullptr;
+    });
+    return !isAsking && pages_->currentWidget() == view_ && !hasInput();
 }
 
 // --- Saving ---
 
 void DocumentWindow::save() {
     if (controller_.activity() != DocumentController::Activity::idle || !view_->commitEditing()) {
+        refuseClose();
         return;
     }
     if (controller_.path().isEmpty()) {
@@ -297,13 +320,22 @@ void DocumentWindow::save() {
 
 void DocumentWindow::saveAs() {
     if (!view_->commitEditing()) {
+        refuseClose();
         return;
     }
     QFileDialog* dialog = FileDialogs::saving(*this, controller_.path(), controller_.name());
-    connect(dialog, &QFileDialog::fileSelected, this,
-            [this](const QString& path) { controller_.save(path); });
+    connect(dialog, &QFileDialog::fileSelected, this, &DocumentWindow::saveTo);
     connect(dialog, &QFileDialog::rejected, this, &DocumentWindow::refuseClose);
     dialog->open();
+}
+
+/// Saves under this name, unless something else has begun while the user was asked for it.
+void DocumentWindow::saveTo(const QString& path) {
+    if (controller_.activity() == DocumentController::Activity::idle) {
+        controller_.save(path);
+    } else {
+        refuseClose();
+    }
 }
 
 void DocumentWindow::handleSaved() {
@@ -328,7 +360,7 @@ void DocumentWindow::explainSaveFailure(const FileError& error) {
 void DocumentWindow::saveDespiteChange(MessageDialog::ChangeAnswer answer) {
     switch (answer) {
         case MessageDialog::ChangeAnswer::overwrite:
-            controller_.save(controller_.path());
+            saveTo(controller_.path());
             return;
         case MessageDialog::ChangeAnswer::saveAs:
             saveAs();

@@ -55,6 +55,10 @@ public:
     /// nothing to show.
     void explainOpenFailure(const FileError& error);
 
+    /// Whether the document is there, nothing is asked over it, and nothing is being typed into it.
+    /// The list of what a crash left does not count.
+    bool isUndisturbed() const;
+
     /// Saves to the file of the document, or asks for one.
     void save();
     void saveAs();
@@ -108,6 +112,8 @@ private:
     void showDocument();
     void askToSave();
     void handleSaved();
+    void saveTo(const QString& path);
+    void leaveLostDocument();
     void forgetLostDocument();
     void explainSaveFailure(const FileError& error);
     void saveDespiteChange(MessageDialog::ChangeAnswer answer);

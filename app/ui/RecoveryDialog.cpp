@@ -39,7 +39,7 @@ QString describe(const LostDocument& document) {
     }
     if (document.isLeftAlone()) {
         text += QLatin1Char('\n') +
-                RecoveryDialog::tr("Recovering it has failed twice. It is kept in “%1”.")
+                RecoveryDialog::tr("Tabulet ended twice while recovering it. It is kept in “%1”.")
                     .arg(document.contentPath());
     } else if (document.hasFileChanged()) {
         text += QLatin1Char('\n') +
@@ -49,9 +49,8 @@ QString describe(const LostDocument& document) {
 }
 
 QLabel* explanation(QWidget* parent) {
-    auto* label = new QLabel(
-        RecoveryDialog::tr("Tabulet has ended unexpectedly. These changes were not saved:"),
-        parent);
+    auto* label =
+        new QLabel(RecoveryDialog::tr("Tabulet ended before these changes were saved:"), parent);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     return label;

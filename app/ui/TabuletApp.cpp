@@ -26,6 +26,14 @@ void loadTexts() {
     }
 }
 
+/// Whether a window shows its file, and nobody has done anything to it yet.
+bool isUntouched(DocumentWindow& window) {
+    DocumentController& controller = window.controller();
+    return controller.activity() == DocumentController::Activity::idle &&
+           !controller.isModified() && !controller.undoManager().canUndo() &&
+           !controller.undoManager().canRedo() && window.isUndisturbed();
+}
+
 void bringToFront(QWidget& window) {
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.raise();
@@ -40,6 +48,7 @@ TabuletApp::TabuletApp(QObject* parent)
       crashRecovery_(StateFolder::recoveryPath()) {
     connect(&colorScheme_, &ColorScheme::preferenceChanged, this,
             [this] { appearance_.follow(colorScheme_.preference()); });
+    connect(&crashRecovery_, &CrashRecovery::found, this, &TabuletApp::askAboutLost);
     connect(&crashRecovery_, &CrashRecovery::recoverChosen, this, &TabuletApp::recover);
     connect(&terminationSignals_, &TerminationSignals::received, this,
             &TabuletApp::endWithoutAsking);
@@ -68,11 +77,25 @@ void TabuletApp::start(const QStringList& paths) {
     } else {
         open(paths);
     }
-    // What is asked then stands over the window, which must have its place for that.
+    // What is asked then stands over a window, which must have its place for that.
     DocumentWindow* window = windows_.first();
+    connect(window, &DocumentWindow::documentShown, &crashRecovery_, &CrashRecovery::look);
+    connect(&window->controller(), &DocumentController::openFailed, &crashRecovery_,
+            &CrashRecovery::look);
+}
+
+void TabuletApp::askAboutLost() {
+    const auto found =
+        std::find_if(windows_.begin(), windows_.end(),
+                     [](const DocumentWindow* window) { return window->isUndisturbed(); });
+    if (found != windows_.end()) {
+        crashRecovery_.ask(**found);
+        return;
+    }
+    DocumentWindow* window = newDocument();
     connect(
         window, &DocumentWindow::documentShown, this,
-        [this, window] { crashRecovery_.begin(*window); }, Qt::SingleShotConnection);
+        [this, window] { crashRecovery_.ask(*window); }, Qt::SingleShotConnection);
 }
 
 DocumentWindow* TabuletApp::newDocument() {
@@ -158,7 +181,7 @@ DocumentWindow* TabuletApp::windowShowing(const QString& path) const {
 
 DocumentWindow* TabuletApp::pristineWindow() const {
     const auto found = std::find_if(windows_.begin(), windows_.end(), [](DocumentWindow* window) {
-        return window->controller().isPristine();
+        return window->controller().isPristine() && window->isUndisturbed();
     });
     return found == windows_.end() ? nullptr : *found;
 }
@@ -171,8 +194,7 @@ void TabuletApp::askForFiles(DocumentWindow& window) const {
     dialog->open();
 }
 
-void TabuletApp::recover(LostDocument lost) {
-    lost.beginAttempt();
+void TabuletApp::recover(const LostDocument& lost) {
     DocumentWindow* window = windowFor(lost);
     window->recover(lost);
     window->show();
@@ -182,8 +204,7 @@ void TabuletApp::recover(LostDocument lost) {
 DocumentWindow* TabuletApp::windowFor(const LostDocument& lost) {
     if (lost.hasFile()) {
         DocumentWindow* window = windowShowing(lost.filePath());
-        if (window != nullptr && !window->controller().isModified() &&
-            window->controller().activity() == DocumentController::Activity::idle) {
+        if (window != nullptr && isUntouched(*window)) {
             return window;
         }
     }

@@ -58,7 +58,8 @@ protected:
 
 private:
     void keepAll();
-    void recover(LostDocument lost);
+    void askAboutLost();
+    void recover(const LostDocument& lost);
     DocumentWindow* windowFor(const LostDocument& lost);
     DocumentWindow* makeWindow();
     DocumentWindow* windowShowing(const QString& path) const;

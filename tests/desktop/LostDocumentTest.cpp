@@ -80,6 +80,27 @@ private Q_SLOTS:
         QVERIFY(LostDocument::find(place()).front().isLeftAlone());
     }
 
+    void anAttemptThatEndsDoesNotCount() {
+        lose("one", "a", recordAt(1));
+        LostDocument::find(place()).front().beginAttempt();
+        std::vector<LostDocument> found = LostDocument::find(place());
+        QCOMPARE(found.front().record().attempts, 1);
+        found.front().beginAttempt();
+        found.front().endAttempt();
+        found.clear();
+        QCOMPARE(LostDocument::find(place()).front().record().attempts, 1);
+    }
+
+    void anUnreadableRecordStaysAsItIs() {
+        lose("one", "a", recordAt(1));
+        const QString record = place() + QStringLiteral("/one/a.json");
+        write(record, "no record");
+        LostDocument::find(place()).front().beginAttempt();
+        QFile file(record);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("no record"));
+    }
+
     void tellsWhetherItsFileHasChanged() {
         const QString path = folder_->filePath(QStringLiteral("base.plist"));
         write(path, "before");

@@ -144,6 +144,13 @@ private Q_SLOTS:
             box->informativeText(),
             QStringLiteral("The file ends unexpectedly.\n\nWhat was kept is in “%1”.").arg(kept));
         QVERIFY(QFile::exists(kept));
+        // That was no crash: it is not left alone the next time.
+        app_.reset();
+        for (int i = 0; i < LostDocument::mostAttempts; ++i) {
+            const std::vector<LostDocument> found = LostDocument::find(StateFolder::recoveryPath());
+            QCOMPARE(found.size(), std::size_t{1});
+            QCOMPARE(found.front().record().attempts, 0);
+        }
     }
 
     void offersTheOldContentOfAnInterruptedSave() {
@@ -163,12 +170,27 @@ private Q_SLOTS:
         QVERIFY(QDir(StateFolder::recoveryPath()).isEmpty());
     }
 
+    void offersItAlsoWhenTheFileItselfCannotBeOpened() {
+        interruptSave();
+        app_->start({interrupted()});
+        // The window of the file only says why it cannot be opened, and goes then.
+        QTRY_COMPARE(app_->windows().size(), 2);
+        QCOMPARE(box()->text(),
+                 QStringLiteral("The file “a.plist” is not a readable property list."));
+        box()->button(QMessageBox::Ok)->click();
+        QTRY_COMPARE(app_->windows().size(), 1);
+        QTRY_VERIFY(box() != nullptr);
+        QCOMPARE(box()->text(), QStringLiteral("The save of “a.plist” was interrupted."));
+        box()->defaultButton()->click();
+        QCOMPARE(Samples::readFile(interrupted()), QByteArray("old bytes"));
+    }
+
     void keepsWhatTheFileHoldsIfTheUserWants() {
         interruptSave();
         app_->start({});
         QTRY_VERIFY(box() != nullptr);
         box()->button(QMessageBox::No)->click();
-        QCOMPARE(Samples::readFile(interrupted()), QByteArray("half of"));
+        QCOMPARE(Samples::readFile(interrupted()), QByteArray("<plist>half of"));
         QVERIFY(QDir(StateFolder::recoveryPath()).isEmpty());
     }
 
@@ -184,7 +206,7 @@ private Q_SLOTS:
         QCOMPARE(copies.size(), 1);
         QCOMPARE(box()->informativeText(),
                  QStringLiteral("What was kept is in “%1”.").arg(copies.first()));
-        QCOMPARE(Samples::readFile(interrupted()), QByteArray("half of"));
+        QCOMPARE(Samples::readFile(interrupted()), QByteArray("<plist>half of"));
     }
 
     void saysWhyAFileCannotBeRestored() {
@@ -266,7 +288,7 @@ private:
     void interruptSave() const {
         Samples::writeFile(interrupted(), "old bytes");
         const SafetyCopy copy(StateFolder::recoveryPath(), QFile::encodeName(interrupted()));
-        Samples::writeFile(interrupted(), "half of");
+        Samples::writeFile(interrupted(), "<plist>half of");
     }
 
     static QStringList buttonsOf(const QMessageBox& box) {

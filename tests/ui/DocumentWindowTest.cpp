@@ -191,6 +191,19 @@ private Q_SLOTS:
         QTRY_COMPARE(shown.count(), 2);
     }
 
+    void savesNothingWhileItReads() {
+        const QString target = folder_->filePath(QStringLiteral("target.plist"));
+        window_->saveAs();
+        auto* dialog = window_->findChild<QFileDialog*>();
+        QVERIFY(dialog != nullptr);
+        window_->open(file("a.plist", Samples::bytes(Samples::allTypes(), PlistFormat::xml)));
+        QSignalSpy refused(window_, &DocumentWindow::closeRefused);
+        Q_EMIT dialog->fileSelected(target);
+        QCOMPARE(refused.count(), 1);
+        QTRY_COMPARE(window_->view().table().model()->rowCount(), 10);
+        QVERIFY(!QFile::exists(target));
+    }
+
     void saysWhyAFileCannotBeOpened() {
         const QString path = file("<b>x<b>.plist", "<plist><dict></array></plist>");
         const QPointer<DocumentWindow> window = window_;

@@ -30,7 +30,7 @@ private Q_SLOTS:
         show();
         QCOMPARE(dialog_->windowTitle(), QStringLiteral("Recover Documents"));
         QCOMPARE(dialog_->findChild<QLabel*>()->text(),
-                 QStringLiteral("Tabulet has ended unexpectedly. These changes were not saved:"));
+                 QStringLiteral("Tabulet ended before these changes were saved:"));
         QCOMPARE(list().accessibleName(), QStringLiteral("Documents"));
         QCOMPARE(
             texts(),
@@ -41,7 +41,7 @@ private Q_SLOTS:
                                "Its file has changed since. It opens as a copy.")
                     .arg(folder_->path()),
                 QStringLiteral("c.plist\nNever saved · Changed 14 Nov 2023 22:13:21\n"
-                               "Recovering it has failed twice. It is kept in “%1”.")
+                               "Tabulet ended twice while recovering it. It is kept in “%1”.")
                     .arg(folder_->filePath(QStringLiteral("recovery/one/c.plist"))),
             }));
     }

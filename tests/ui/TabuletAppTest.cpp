@@ -66,6 +66,24 @@ private Q_SLOTS:
         QCOMPARE(app_->windows().size(), 2);
     }
 
+    void usesNoWindowThatShowsAnError() {
+        app_->start({folder_->filePath(QStringLiteral("none.plist"))});
+        QTRY_VERIFY(window(0).findChild<QMessageBox*>() != nullptr);
+        app_->open({file("a.plist")});
+        QCOMPARE(app_->windows().size(), 2);
+        window(0).findChild<QMessageBox*>()->button(QMessageBox::Ok)->click();
+        QTRY_COMPARE(app_->windows().size(), 1);
+        QTRY_COMPARE(rowsOf(0), 4);
+    }
+
+    void usesNoWindowThatAsksForAName() {
+        app_->start({});
+        window(0).save();
+        QTRY_VERIFY(window(0).findChild<QFileDialog*>() != nullptr);
+        app_->open({file("a.plist")});
+        QCOMPARE(app_->windows().size(), 2);
+    }
+
     void opensFilesDroppedOnAWindow() {
         app_->start({});
         QMimeData data;
