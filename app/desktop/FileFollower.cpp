@@ -12,6 +12,8 @@ FileFollower::FileFollower(DocumentController& controller, std::chrono::millisec
     connect(&controller, &DocumentController::reloaded, this, &FileFollower::followFile);
     connect(&controller, &DocumentController::reloadFailed, this, [this](const FileError& error) {
         setTrouble(Trouble::unreadable, error.failureReason());
+        // What the document holds may be all that is left of the content.
+        controller_.loseFile();
     });
     connect(&controller, &DocumentController::reloadOvertaken, this,
             [this] { setTrouble(Trouble::changed); });

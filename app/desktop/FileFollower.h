@@ -22,8 +22,8 @@ public:
     enum class Trouble : std::uint8_t {
         none,
         changed,     ///< another program has changed it, and so has the user the document
-        unreadable,  ///< what another program has written cannot be read
-        deleted,     ///< it is not there any more
+        unreadable,  ///< what another program has written cannot be read; counts as modified
+        deleted,     ///< it is not there any more; counts as modified
     };
     Q_ENUM(Trouble)
 

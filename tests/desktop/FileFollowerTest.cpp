@@ -165,11 +165,26 @@ private Q_SLOTS:
                  qPrintable(follower_->reason()));
         QCOMPARE(items(), 1);
         QVERIFY(!controller_->undoManager().canUndo());
+        QVERIFY2(controller_->isModified(), "the content is nowhere else");
         // The other program corrects it.
         write(words(2));
         QTRY_COMPARE(items(), 2);
         QCOMPARE(follower_->trouble(), Trouble::none);
         QCOMPARE(follower_->reason(), QString());
+        QVERIFY(!controller_->isModified());
+    }
+
+    void isUnmodifiedWhenWhatCouldBeReadIsBack() {
+        const QSignalSpy failed(controller_.get(), &DocumentController::reloadFailed);
+        for (const int count : {1, 2}) {
+            write(QByteArray("<half ").repeated(count));
+            QTRY_COMPARE(failed.count(), count);
+            QCOMPARE(follower_->trouble(), Trouble::unreadable);
+            QVERIFY(controller_->isModified());
+        }
+        write(words(1));
+        QTRY_COMPARE(follower_->trouble(), Trouble::none);
+        QVERIFY(!controller_->isModified());
     }
 
     void keepsMineInsteadOfWhatIsNone() {
