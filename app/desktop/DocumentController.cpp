@@ -28,7 +28,11 @@ struct ReadContent {
 };
 
 using ReadResult = std::variant<ReadContent, FileError>;
-using WriteResult = std::variant<ContentDigest, FileError>;
+
+struct WriteResult {
+    std::optional<ContentDigest> digest;  ///< of what was to be written, if it came to that
+    std::optional<FileError> error;
+};
 
 FileError outOfMemory(FileError::Code code, const QString& path) {
     return {code, path, DocumentController::tr("There is not enough memory.")};
@@ -48,19 +52,19 @@ ReadResult read(const QString& path) {
 
 WriteResult write(const PlistFile& file, const QString& path,
                   const SafeWriter::Consent& mayReplace) {
+    WriteResult result;
     try {
-        ContentDigest digest;
         PlistDocumentWriter::write(
-            file, path, nullptr, [&digest, &mayReplace](const QString& target, auto bytes) {
-                digest = ContentDigest::of(bytes);
+            file, path, nullptr, [&result, &mayReplace](const QString& target, auto bytes) {
+                result.digest = ContentDigest::of(bytes);
                 SafeWriter::write(target, bytes, StateFolder::recoveryPath(), mayReplace);
             });
-        return digest;
     } catch (const FileError& error) {
-        return error;
+        result.error = error;
     } catch (const std::bad_alloc&) {
-        return outOfMemory(FileError::Code::writeFailed, path);
+        result.error = outOfMemory(FileError::Code::writeFailed, path);
     }
+    return result;
 }
 
 }  // namespace
@@ -169,8 +173,9 @@ void DocumentController::beginReading(const QString& path,
 }
 
 void DocumentController::save() {
-    beginWriting(path_, [base = baseDigest_, chosen = overwritable_](const ContentDigest& present) {
-        return present == base || present == chosen;
+    beginWriting(path_, [base = baseDigest_, chosen = overwritable_,
+                         attempted = attemptedDigest_](const ContentDigest& present) {
+        return present == base || present == chosen || present == attempted;
     });
 }
 
@@ -188,11 +193,14 @@ void DocumentController::beginWriting(const QString& path,
         },
         [this, path, state = undoManager_.state()](const WriteResult& result) {
             setActivity(Activity::idle);
-            if (const auto* error = std::get_if<FileError>(&result)) {
-                Q_EMIT saveFailed(*error);
-            } else {
-                finishWriting(path, state, std::get<ContentDigest>(result));
+            if (!result.error) {
+                finishWriting(path, state, *result.digest);
+                return;
             }
+            if (path == path_ && result.digest) {
+                attemptedDigest_ = result.digest;
+            }
+            Q_EMIT saveFailed(*result.error);
         });
 }
 
@@ -266,6 +274,7 @@ void DocumentController::finishWriting(const QString& path, UndoManager::State s
 void DocumentController::setBase(const ContentDigest& digest, UndoManager::State state) {
     baseDigest_ = digest;
     overwritable_.reset();
+    attemptedDigest_.reset();
     isFileLost_ = false;
     undoManager_.setSavedState(state);
 }

@@ -49,6 +49,12 @@ public:
     /// document without a file.
     const std::optional<ContentDigest>& baseDigest() const noexcept { return baseDigest_; }
 
+    /// What the last save was to put into the file, if it failed and nothing was read or saved
+    /// since. It may be there nevertheless: a system can fail when the content is in place.
+    const std::optional<ContentDigest>& attemptedDigest() const noexcept {
+        return attemptedDigest_;
+    }
+
     /// What to call the document: the last component of the path, or the untitled name.
     QString name() const;
 
@@ -151,6 +157,7 @@ private:
     QString readPath_;
     std::optional<ContentDigest> baseDigest_;
     std::optional<ContentDigest> overwritable_;
+    std::optional<ContentDigest> attemptedDigest_;
     std::optional<UndoManager::State> stateBeforeLoss_;  ///< the saved one
     bool isFileLost_ = false;
     Activity activity_ = Activity::idle;

@@ -47,6 +47,12 @@ bool FileFollower::mayReload() const {
 
 void FileFollower::handleChange(const ContentDigest& content) {
     present_ = content;
+    if (content == controller_.attemptedDigest()) {
+        // No other program's, but no state of the document counts as saved either.
+        controller_.loseFile();
+        setTrouble(Trouble::none);
+        return;
+    }
     if (trouble_ == Trouble::deleted && !keepsMine_) {
         controller_.regainFile();
     }

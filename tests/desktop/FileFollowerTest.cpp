@@ -77,6 +77,28 @@ private Q_SLOTS:
         QCOMPARE(follower_->trouble(), Trouble::none);
     }
 
+    /// A save can fail when the content is in place.
+    void knowsWhatAFailedSaveHasWritten() {
+        edit();
+        save();
+        const QByteArray ours = content();
+        write(words(1));
+        QTRY_COMPARE(controller_->document().format(), PlistFormat::xml);
+        edit();
+        write(words(2));
+        QSignalSpy failed(controller_.get(), &DocumentController::saveFailed);
+        controller_->save();
+        QVERIFY(failed.wait());
+        QTRY_COMPARE(follower_->trouble(), Trouble::changed);
+        write(ours);
+        QTRY_COMPARE(follower_->trouble(), Trouble::none);
+        QVERIFY(controller_->isModified());
+        controller_->undoManager().undo();
+        QVERIFY(controller_->isModified());
+        save();
+        QVERIFY(!controller_->isModified());
+    }
+
     // --- Edits on both sides ---
 
     void asksWhereTheUserHasEdited() {
