@@ -181,7 +181,7 @@ void keepMode(const Save& save, int file) {
 
 /// Writes over the old content. The room is taken first, so that a full disk is found before the
 /// first byte is overwritten.
-int writeOver(const Save& save, FileDescriptor& file) {
+int writeOver(const Save& save, const FileDescriptor& file) {
     const auto size = static_cast<off_t>(save.bytes.size());
     if (size > save.old->st_size && ::fallocate(file.number(), 0, 0, size) != 0 &&
         errno != EOPNOTSUPP && errno != ENOSYS) {
@@ -194,9 +194,21 @@ int writeOver(const Save& save, FileDescriptor& file) {
         return errno;
     }
     keepMode(save, file.number());
-    int error = FileOutput::synchronize(file.number());
-    error = error != 0 ? error : file.close();
-    return error == 0 && !hasArrived(save) ? EIO : error;
+    return FileOutput::synchronize(file.number());
+}
+
+/// Whether the path still leads to the open file.
+bool isInPlace(const Save& save, const FileDescriptor& file) {
+    struct stat opened {};
+    struct stat present {};
+    return ::fstat(file.number(), &opened) == 0 &&
+           ::lstat(save.target.constData(), &present) == 0 && opened.st_dev == present.st_dev &&
+           opened.st_ino == present.st_ino;
+}
+
+[[noreturn]] void failAsMoved(const Save& save) {
+    fail(save, explained(QT_TRANSLATE_NOOP("SafeWriter",
+                                           "Another program has moved or replaced it meanwhile.")));
 }
 
 /// Nothing else will do: what lies in the folder for temporary files may be gone after a power cut.
@@ -229,8 +241,19 @@ void overwrite(const Save& save, const QString& safetyFolder) {
         copy.remove();
         throw;
     }
-    const int error = writeOver(save, file);
-    if (error != 0 && copy.restore() != 0) {
+    // What was copied and asked about is what the path led to then.
+    if (!isInPlace(save, file)) {
+        copy.remove();
+        failAsMoved(save);
+    }
+    int error = writeOver(save, file);
+    const bool isMoved = !isInPlace(save, file);
+    error = error != 0 ? error : file.close();
+    if (error == 0 && !isMoved && !hasArrived(save)) {
+        error = EIO;
+    }
+    // Where the file is another program's now, the old bytes have no business in it.
+    if (error != 0 && (isMoved || copy.restore() != 0)) {
         const FileError reason =
             FileError::fromSystem(FileError::Code::writeFailed, save.path, error);
         fail(save,
@@ -239,6 +262,9 @@ void overwrite(const Save& save, const QString& safetyFolder) {
     }
     copy.remove();
     check(save, error);
+    if (isMoved) {
+        failAsMoved(save);
+    }
 }
 
 }  // namespace

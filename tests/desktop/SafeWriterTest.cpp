@@ -318,6 +318,26 @@ private Q_SLOTS:
         QCOMPARE(fresh, 1);
     }
 
+    /// Else the new bytes would go to a file that no name leads to.
+    void noticesThatTheFileIsReplacedBeforeItIsOverwritten() {
+        make(path());
+        QVERIFY(::link(QFile::encodeName(path()).constData(),
+                       QFile::encodeName(path("other")).constData()) == 0);
+        const QByteArray theirs = "what another program has written";
+        const std::optional<Refusal> refusal = refusalWhere([this, &theirs](const ContentDigest&) {
+            make(path("fresh"), theirs);
+            return ::rename(QFile::encodeName(path("fresh")).constData(),
+                            QFile::encodeName(path()).constData()) == 0;
+        });
+        QVERIFY(refusal);
+        QCOMPARE(refusal->code, FileError::Code::writeFailed);
+        QCOMPARE(refusal->reason,
+                 QStringLiteral("Another program has moved or replaced it meanwhile."));
+        QCOMPARE(read(path()), theirs);
+        QCOMPARE(read(path("other")), oldBytes);
+        QVERIFY(QDir(safetyFolder()).isEmpty());
+    }
+
     void makesWhatHasGoneWithoutAQuestion() {
         QVERIFY(!refusalOf({}));
         QCOMPARE(read(path()), newBytes);
@@ -350,9 +370,12 @@ private:
 
     /// Writes where only `known` may be replaced.
     std::optional<Refusal> refusalOf(const std::optional<ContentDigest>& known) const {
+        return refusalWhere([&known](const ContentDigest& present) { return present == known; });
+    }
+
+    std::optional<Refusal> refusalWhere(const SafeWriter::Consent& mayReplace) const {
         try {
-            SafeWriter::write(path(), spanOf(newBytes), safetyFolder(),
-                              [&known](const ContentDigest& present) { return present == known; });
+            SafeWriter::write(path(), spanOf(newBytes), safetyFolder(), mayReplace);
             return std::nullopt;
         } catch (const FileError& error) {
             return Refusal{error.code(), error.failureReason()};
