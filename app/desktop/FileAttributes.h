@@ -4,7 +4,8 @@
 namespace FileAttributes {
 
 /// Gives the open file `target` the owner, group, mode, access-control lists and extended
-/// attributes of the open file `source`. False if any of them could not be given.
-bool copy(int source, int target);
+/// attributes of the open file `source`. Returns 0, or the number of the system's error if any of
+/// them could not be given: EPERM also where the system gave something else without a word.
+int copy(int source, int target);
 
 }  // namespace FileAttributes

@@ -122,11 +122,18 @@ bool isAboutPlace(int errorNumber) {
            errorNumber == EBUSY || errorNumber == EXDEV;
 }
 
-/// Gives a new file what the old one had. False if that is not possible.
-bool inherit(const Save& save, TemporaryFile& fresh) {
+/// Whether an error says that a new file cannot have what the old one had, and not that there is no
+/// room or that the disk fails.
+bool isAboutAttributes(int errorNumber) {
+    return errorNumber == EPERM || errorNumber == EACCES || errorNumber == EOPNOTSUPP ||
+           errorNumber == EINVAL || errorNumber == ENOSYS;
+}
+
+/// Gives a new file what the old one had. Returns 0 or the number of the system's error.
+int inherit(const Save& save, TemporaryFile& fresh) {
     const FileDescriptor old(
         ::open(save.target.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-    return old.isOpen() && FileAttributes::copy(old.number(), fresh.file().number());
+    return old.isOpen() ? FileAttributes::copy(old.number(), fresh.file().number()) : errno;
 }
 
 /// Whether the file holds what was saved, as far as there is reason to doubt it.
@@ -149,8 +156,12 @@ bool replace(const Save& save) {
     }
     check(save, fresh.error());
     check(save, FileOutput::writeAll(fresh.file().number(), save.bytes));
-    if (save.old && !inherit(save, fresh)) {
-        return false;
+    if (save.old) {
+        const int error = inherit(save, fresh);
+        if (isAboutAttributes(error)) {
+            return false;
+        }
+        check(save, error);
     }
     check(save, FileOutput::synchronize(fresh.file().number()));
     check(save, fresh.file().close());

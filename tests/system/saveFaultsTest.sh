@@ -106,6 +106,24 @@ failEverywhere() {
     done
 }
 
+# What the new file cannot have for want of room is no reason to overwrite the old one.
+failAttributes() {
+    local error status
+    kind=replaced
+    for error in ENOSPC EDQUOT EIO; do
+        fault="the mode cannot be given, $error"
+        prepare
+        status=0
+        save "fchmod:error=$error" || status=$?
+        [[ $status -eq 1 ]] || fail "status $status"
+        isOld || fail "the old content is lost"
+    done
+    fault="the mode may not be given"
+    prepare
+    save fchmod:error=EPERM || fail "not overwritten instead"
+    isNew || fail "not saved"
+}
+
 fillDisk() {
     fault="a full disk"
     mkdir -p full
@@ -141,4 +159,5 @@ for kind in replaced overwritten; do
         failEverywhere "$call" EDQUOT 'Disk quota exceeded'
     done
 done
+failAttributes
 fillDisk
