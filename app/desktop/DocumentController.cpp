@@ -1,5 +1,6 @@
 #include "app/desktop/DocumentController.h"
 
+#include <QFileInfo>
 #include <QTimer>
 #include <new>
 #include <optional>
@@ -65,6 +66,17 @@ WriteResult write(const PlistFile& file, const QString& path,
         result.error = outOfMemory(FileError::Code::writeFailed, path);
     }
     return result;
+}
+
+/// What to call a document that comes back without its file. The end of the file's name would be
+/// in the way of the word behind it.
+QString recoveredName(const QString& title) {
+    const QString suffix = DocumentController::tr(" (recovered)");
+    if (title.endsWith(suffix)) {
+        return title;
+    }
+    const QString name = QFileInfo(title).completeBaseName();
+    return (name.isEmpty() ? title : name) + suffix;
 }
 
 }  // namespace
@@ -232,7 +244,7 @@ void DocumentController::finishRecovering(const LostDocument& lost, const FreshR
     const RecoveryRecord& record = lost.record();
     document_.apply(fresh.root, record.format);
     document_.setWasReadOnlyFormat(record.wasReadOnlyFormat);
-    untitledName_ = tr("%1 (recovered)").arg(record.title);
+    untitledName_ = recoveredName(record.title);
     if (lost.hasFile()) {
         path_ = lost.filePath();
         baseDigest_ = ContentDigest::fromHex(record.baseDigest);

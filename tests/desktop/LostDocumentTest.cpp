@@ -181,7 +181,7 @@ private Q_SLOTS:
         DocumentController controller(QStringLiteral("Untitled"));
         recover(controller, found.front());
         QCOMPARE(controller.path(), QString());
-        QCOMPARE(controller.name(), QStringLiteral("base.plist (recovered)"));
+        QCOMPARE(controller.name(), QStringLiteral("base (recovered)"));
         QVERIFY(!controller.baseDigest());
         QVERIFY(controller.isModified());
         QCOMPARE(controller.document().root().childCount(), std::size_t{2});

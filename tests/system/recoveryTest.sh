@@ -116,7 +116,7 @@ killHard
 cp before.plist kept.plist
 begin Untitled
 accept "Recover Documents"
-waitFor "it comes back as a copy" hasFoundWindow "kept.plist.*recovered"
+waitFor "it comes back as a copy" hasFoundWindow "kept .recovered"
 kill -TERM "$process"
 wait "$process"
 cmp kept.plist before.plist
