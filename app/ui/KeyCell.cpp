@@ -18,6 +18,9 @@ QRect squareAt(int left, const QRect& cell, int edge) {
     return {left, cell.top() + (cell.height() - edge) / 2, edge, edge};
 }
 
+/// No column gets wider for the sake of depth.
+constexpr int widestIndentation = 1'000;
+
 /// How far the content begins from the left, for any depth.
 int indentation(const OutlineRow& row, const CellMetrics& metrics, int width) {
     return static_cast<int>(std::min<qint64>(row.depth() * metrics.indentation(), width));
@@ -59,6 +62,16 @@ KeyCell::Parts KeyCell::parts(const QStyleOptionViewItem& option, const QModelIn
         }
     }
     return parts;
+}
+
+QSize KeyCell::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const OutlineRow& shown = row(index);
+    const CellMetrics metrics(option.font);
+    const int sign = metrics.sign() + metrics.spacing();
+    const int beside =
+        indentation(shown, metrics, widestIndentation) + (shown.isDuplicateKey() ? 2 * sign : sign);
+    // One more for the edge of the last letter.
+    return OutlineCell::sizeHint(option, index) + QSize(beside + 1, 0);
 }
 
 void KeyCell::paintContent(QPainter& painter, const QStyleOptionViewItem& option,

@@ -26,6 +26,8 @@ public:
 
     Parts parts(const QStyleOptionViewItem& option, const QModelIndex& index) const;
 
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
 protected:
     void paintContent(QPainter& painter, const QStyleOptionViewItem& option,
                       const QModelIndex& index) const override;

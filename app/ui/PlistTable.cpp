@@ -199,6 +199,18 @@ void PlistTable::keyPressEvent(QKeyEvent* event) {
     }
 }
 
+QModelIndex PlistTable::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    // In a table of single cells these lead along the row; an outline is a list of rows.
+    const int column = std::max(currentIndex().column(), 0);
+    if (action == MoveHome) {
+        return model()->index(0, column);
+    }
+    if (action == MoveEnd) {
+        return model()->index(model()->rowCount() - 1, column);
+    }
+    return QTableView::moveCursor(action, modifiers);
+}
+
 bool PlistTable::handleKey(const QKeyEvent& event) {
     switch (event.key()) {
         case Qt::Key_Return:

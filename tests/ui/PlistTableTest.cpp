@@ -129,6 +129,31 @@ private Q_SLOTS:
         QCOMPARE(window.selectedKeys(), QStringList{QStringLiteral("Root")});
     }
 
+    void homeAndEndLeadToTheFirstAndTheLastRow() {
+        const Window window(nested());
+        window.press(Qt::Key_End);
+        QCOMPARE(window.selectedKeys(), QStringList{QStringLiteral("word")});
+        window.press(Qt::Key_Home);
+        QCOMPARE(window.selectedKeys(), QStringList{QStringLiteral("Root")});
+        window.press(Qt::Key_End, Qt::ShiftModifier);
+        QCOMPARE(window.selectedKeys().size(), 3);
+    }
+
+    void aKeyAsksForRoomForAllItsParts() {
+        Window window(nested());
+        window.outline.select({window.child(0).id()});
+        window.press(Qt::Key_Right, Qt::AltModifier);
+        constexpr int rowOfC = 3;
+        QCOMPARE(window.key(rowOfC), QStringLiteral("c"));
+        QStyleOptionViewItem option;
+        option.initFrom(window.table.get());
+        const QModelIndex deep = window.index(rowOfC);
+        const int asked = window.table->itemDelegateForColumn(0)->sizeHint(option, deep).width();
+        const QRect row = window.table->visualRect(deep);
+        const int text = option.fontMetrics.horizontalAdvance(QStringLiteral("c"));
+        QVERIFY(asked >= window.parts(rowOfC).text.left() - row.left() + text);
+    }
+
     void rightAndLeftExpandAndCollapse() {
         Window window(nested());
         window.outline.select({window.child(0).id()});
