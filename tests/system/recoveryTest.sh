@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # In real windows: what was not saved comes back after the process was killed, whether it has a file
 # or not, and as a copy if the file has changed since; SIGTERM ends the program without a question
-# and loses nothing; a save that was interrupted is offered; and a clean end leaves nothing behind.
+# and loses nothing; what a running instance keeps is not offered by another; a save that was
+# interrupted is offered; and a clean end leaves nothing behind.
 #
 # usage: recoveryTest.sh SOURCE PROGRAM
 set -euo pipefail
@@ -121,6 +122,30 @@ kill -TERM "$process"
 wait "$process"
 cmp kept.plist before.plist
 rm -r "$recovery"
+
+# --- Another instance that runs, where the numbers of processes begin anew ---
+
+if unshare --pid --fork --mount-proc true 2>/dev/null; then
+    begin kept.plist "$file"
+    addItem live
+    waitFor "the document is kept" isKept 1
+    first=$process
+    : >otherLog
+    unshare --pid --fork --mount-proc --kill-child "$program" 2>otherLog &
+    process=$!
+    processes+=("$process")
+    waitFor "the other instance has its window" windowIs Untitled
+    # It has asked about nothing when it takes a command.
+    activate
+    xdotool key ctrl+q
+    wait "$process"
+    isKept 1
+    process=$first
+    killHard
+    rm -r "$recovery"
+else
+    echo "Numbers of processes cannot begin anew here; two instances are left out."
+fi
 
 # --- A save that was interrupted ---
 
