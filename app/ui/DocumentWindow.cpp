@@ -50,6 +50,15 @@ QStringList localFilesOf(const QMimeData& data) {
     return paths;
 }
 
+/// Whether a dialog is open and asks or tells something of the document below it: one that asks
+/// what to open or to recover does not.
+bool isAboutThisDocument(const QDialog* dialog) {
+    const auto* files = qobject_cast<const QFileDialog*>(dialog);
+    const bool isOpening = files != nullptr && files->acceptMode() == QFileDialog::AcceptOpen;
+    return dialog->isVisible() && !isOpening &&
+           qobject_cast<const RecoveryDialog*>(dialog) == nullptr;
+}
+
 }  // namespace
 
 DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
@@ -298,10 +307,8 @@ void DocumentWindow::explainOpenFailure(const FileError& error) {
 
 bool DocumentWindow::isUndisturbed() const {
     const QList<QDialog*> dialogs = findChildren<QDialog*>();
-    const bool isAsking = std::any_of(dialogs.begin(), dialogs.end(), [](const QDialog* dialog) {
-        return dialog->isVisible() && qobject_cast<const RecoveryDialog*>(dialog) == nullptr;
-    });
-    return !isAsking && pages_->currentWidget() == view_ && !hasInput();
+    return std::none_of(dialogs.begin(), dialogs.end(), isAboutThisDocument) &&
+           pages_->currentWidget() == view_ && !hasInput();
 }
 
 // --- Saving ---

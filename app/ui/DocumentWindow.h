@@ -56,7 +56,7 @@ public:
     void explainOpenFailure(const FileError& error);
 
     /// Whether the document is there, nothing is asked over it, and nothing is being typed into it.
-    /// The list of what a crash left does not count.
+    /// Dialogs that ask what to open or to recover do not count.
     bool isUndisturbed() const;
 
     /// Saves to the file of the document, or asks for one.

@@ -222,6 +222,17 @@ private Q_SLOTS:
         delete dialog;
     }
 
+    void opensWhatWasAskedForInTheWindowThatAsked() {
+        app_->start({});
+        Q_EMIT window(0).openChosen();
+        auto* dialog = window(0).findChild<QFileDialog*>();
+        QVERIFY(dialog->isVisible());
+        Q_EMIT dialog->filesSelected({file("a.plist")});
+        QCOMPARE(app_->windows().size(), 1);
+        delete dialog;
+        QTRY_COMPARE(rowsOf(0), 4);
+    }
+
     void closesTheWindowOfAFileThatCannotBeOpened() {
         app_->start({folder_->filePath(QStringLiteral("gone.plist"))});
         QTRY_VERIFY(window(0).findChild<QMessageBox*>() != nullptr);
