@@ -71,14 +71,18 @@ std::optional<ContentDigest> digestOf(const FileDescriptor& file) {
 
 }  // namespace
 
-SafetyCopy::SafetyCopy(const QByteArray& path) : copy_(path + copyEnd), record_(path + recordEnd) {}
+SafetyCopy::SafetyCopy(const QByteArray& path, QByteArray target,
+                       const std::optional<ContentDigest>& newContent)
+    : target_(std::move(target)),
+      newContent_(newContent),
+      copy_(path + copyEnd),
+      record_(path + recordEnd) {}
 
 SafetyCopy::SafetyCopy(const QString& folder, const QByteArray& target,
                        const std::optional<ContentDigest>& newContent)
-    : SafetyCopy(FilePath::encoded(folder) + '/' +
-                 QUuid::createUuid().toByteArray(QUuid::WithoutBraces)) {
-    target_ = target;
-    newContent_ = newContent;
+    : SafetyCopy(
+          FilePath::encoded(folder) + '/' + QUuid::createUuid().toByteArray(QUuid::WithoutBraces),
+          target, newContent) {
     error_ = make(FilePath::encoded(folder));
     if (error_ != 0) {
         remove();
@@ -154,7 +158,7 @@ std::vector<SafetyCopy> SafetyCopy::leftBehind(const QString& folder) {
     const QDir names(folder);
     for (const QString& name : names.entryList({QLatin1Char('*') + QLatin1String(copyEnd)})) {
         const QByteArray path = FilePath::encoded(names.filePath(name));
-        SafetyCopy copy(path.chopped(qstrlen(copyEnd)));
+        SafetyCopy copy(path.chopped(QByteArrayView(copyEnd).size()));
         if (!copy.claim()) {
             continue;
         }

@@ -43,7 +43,8 @@ public:
 
 private:
     /// The copy at a path without its end, which must be tried with `claim`.
-    explicit SafetyCopy(const QByteArray& path);
+    explicit SafetyCopy(const QByteArray& path, QByteArray target = {},
+                        const std::optional<ContentDigest>& newContent = {});
 
     bool claim();
     bool hasRecord() const;
