@@ -47,7 +47,8 @@ protected:
         // Tests run before any thread that could change the environment.
         const char* folder = std::getenv("TABULET_CORPUS");  // NOLINT(concurrency-mt-unsafe)
         if (folder == nullptr || *folder == '\0') {
-            GTEST_SKIP() << "TABULET_CORPUS names no folder of real files";
+            GTEST_SKIP() << "Reads real files of other makers, which are not part of the project: "
+                            "only where TABULET_CORPUS names a folder of them.";
         }
         corpus_ = folder;
     }

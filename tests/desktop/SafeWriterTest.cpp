@@ -113,7 +113,7 @@ private Q_SLOTS:
         make(path());
         const QByteArray name = QFile::encodeName(path());
         if (::setxattr(name.constData(), "user.origin", "harbour", 7, 0) != 0) {
-            QSKIP("The file system has no extended attributes.");
+            QSKIP("The file system of the temporary folder has no attributes to keep.");
         }
         write(path(), newBytes);
         QByteArray value(7, '\0');
@@ -129,7 +129,7 @@ private Q_SLOTS:
         const auto size = static_cast<std::size_t>(list.size());
         if (::setxattr(name.constData(), "system.posix_acl_access", list.constData(), size, 0) !=
             0) {
-            QSKIP("The file system has no access-control lists.");
+            QSKIP("The file system of the temporary folder has no lists of rights to keep.");
         }
         write(path(), newBytes);
         QByteArray kept(list.size(), '\0');
@@ -145,7 +145,7 @@ private Q_SLOTS:
         const QByteArray list = listOfRights();
         if (::setxattr(QFile::encodeName(folder_->path()).constData(), "system.posix_acl_default",
                        list.constData(), static_cast<std::size_t>(list.size()), 0) != 0) {
-            QSKIP("The file system has no access-control lists.");
+            QSKIP("The file system of the temporary folder has no lists of rights to keep.");
         }
         write(path(), newBytes);
         QCOMPARE(::getxattr(QFile::encodeName(path()).constData(), "system.posix_acl_access",

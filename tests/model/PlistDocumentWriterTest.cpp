@@ -195,7 +195,7 @@ private Q_SLOTS:
 
     void noticesAFullDisk() {
         if (!QFile::exists(QStringLiteral("/dev/full"))) {
-            QSKIP("There is no full device here.");
+            QSKIP("This system has no /dev/full, the device that is always full.");
         }
         const std::vector<std::uint8_t> bytes(10, 'x');
         const auto error =
