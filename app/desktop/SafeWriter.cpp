@@ -269,7 +269,7 @@ void overwrite(const Save& save, const QString& safetyFolder) {
             FileError::fromSystem(FileError::Code::writeFailed, save.path, error);
         fail(save,
              QCoreApplication::translate("SafeWriter", "%1 What it held before is kept in “%2”.")
-                 .arg(reason.failureReason(), copy.path()));
+                 .arg(reason.failureReason(), FilePath::shown(copy.path())));
     }
     copy.remove();
     check(save, error);

@@ -90,7 +90,7 @@ SafetyCopy::SafetyCopy(const QString& folder, const QByteArray& target,
 }
 
 QString SafetyCopy::path() const {
-    return FilePath::shown(FilePath::decoded(copy_));
+    return FilePath::decoded(copy_);
 }
 
 int SafetyCopy::make(const QByteArray& folder) {

@@ -32,7 +32,7 @@ public:
     /// 0 or the number of the system's error.
     int error() const noexcept { return error_; }
 
-    /// The copy, for people.
+    /// The path of the copy.
     QString path() const;
 
     /// Puts the old bytes back into the file. Returns 0 or the number of the system's error.

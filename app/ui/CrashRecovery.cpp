@@ -76,18 +76,19 @@ void CrashRecovery::restore(const SafetyCopy& copy) {
         copy.remove();
         return;
     }
-    MessageDialog::show(*window_,
-                        tr("The file “%1” could not be restored.")
-                            .arg(FilePath::shownName(FilePath::decoded(copy.target()))),
-                        tr("%1.\n\nWhat it held before is kept in “%2”.")
-                            .arg(QString::fromLocal8Bit(std::strerror(error)), copy.path()));
+    MessageDialog::show(
+        *window_,
+        tr("The file “%1” could not be restored.")
+            .arg(FilePath::shownName(FilePath::decoded(copy.target()))),
+        tr("%1.\n\nWhat it held before is kept in “%2”.")
+            .arg(QString::fromLocal8Bit(std::strerror(error)), FilePath::shown(copy.path())));
 }
 
 void CrashRecovery::showFolder(const QString& path) {
     FileManager::show(path, *this, [this, path] {
         if (window_ != nullptr) {
             MessageDialog::show(*window_, tr("No file manager shows the folder."),
-                                tr("What was kept is in “%1”.").arg(path));
+                                tr("What was kept is in “%1”.").arg(FilePath::shown(path)));
         }
     });
 }

@@ -40,7 +40,7 @@ QString describe(const LostDocument& document) {
     if (document.isLeftAlone()) {
         text += QLatin1Char('\n') +
                 RecoveryDialog::tr("Tabulet ended twice while recovering it. It is kept in “%1”.")
-                    .arg(document.contentPath());
+                    .arg(FilePath::shown(document.contentPath()));
     } else if (document.hasFileChanged()) {
         text += QLatin1Char('\n') +
                 RecoveryDialog::tr("Its file has changed since. It opens as a copy.");
