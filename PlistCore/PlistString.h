@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "PlistCore/PlistCell.h"
+#include "PlistCore/value/PlistCell.h"
 
 /// An immutable text in 16 bytes: the key of an entry, or what a string value holds.
 ///

@@ -9,10 +9,10 @@
 #include <utility>
 #include <vector>
 
-#include "PlistCore/PlistCell.h"
 #include "PlistCore/PlistInteger.h"
 #include "PlistCore/PlistString.h"
 #include "PlistCore/PlistType.h"
+#include "PlistCore/value/PlistCell.h"
 
 struct PlistEntry;
 

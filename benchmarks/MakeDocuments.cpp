@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "PlistCore/BinaryPlistSerializer.h"
 #include "PlistCore/PlistBytes.h"
+#include "PlistCore/binary/BinaryPlistSerializer.h"
 #include "benchmarks/support/GeneratedDocument.h"
 
 namespace {

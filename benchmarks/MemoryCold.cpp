@@ -2,8 +2,8 @@
 #include <sstream>
 #include <string>
 
-#include "PlistCore/BinaryPlistParser.h"
-#include "PlistCore/XMLPlistParser.h"
+#include "PlistCore/binary/BinaryPlistParser.h"
+#include "PlistCore/xml/XMLPlistParser.h"
 #include "benchmarks/support/ColdRun.h"
 #include "benchmarks/support/ProcessMemory.h"
 #include "benchmarks/support/TouchedFile.h"

@@ -8,8 +8,8 @@
 #include <QElapsedTimer>
 #include <cstdio>
 
-#include "app/ui/DocumentWindow.h"
-#include "app/ui/TabuletApp.h"
+#include "app/ui/app/TabuletApp.h"
+#include "app/ui/window/DocumentWindow.h"
 #include "benchmarks/support/Pulse.h"
 
 int main(int argc, char** argv) {

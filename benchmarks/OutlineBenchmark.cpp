@@ -6,8 +6,8 @@
 #include <cstddef>
 
 #include "PlistCore/PlistValue.h"
-#include "app/model/OutlineState.h"
-#include "app/model/PlistNode.h"
+#include "app/model/outline/OutlineState.h"
+#include "app/model/tree/PlistNode.h"
 #include "benchmarks/support/ShownTree.h"
 
 namespace {

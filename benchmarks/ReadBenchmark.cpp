@@ -5,10 +5,10 @@
 #include <span>
 #include <string>
 
-#include "PlistCore/BinaryPlistParser.h"
-#include "PlistCore/BinaryPlistSerializer.h"
 #include "PlistCore/PlistBytes.h"
-#include "PlistCore/XMLPlistParser.h"
+#include "PlistCore/binary/BinaryPlistParser.h"
+#include "PlistCore/binary/BinaryPlistSerializer.h"
+#include "PlistCore/xml/XMLPlistParser.h"
 #include "benchmarks/support/GeneratedDocument.h"
 #include "benchmarks/support/WarmRun.h"
 #include "benchmarks/support/Yardstick.h"

@@ -12,9 +12,9 @@
 #include <cstdio>
 #include <memory>
 
-#include "app/ui/DocumentView.h"
-#include "app/ui/DocumentWindow.h"
-#include "app/ui/TabuletApp.h"
+#include "app/ui/app/TabuletApp.h"
+#include "app/ui/document/DocumentView.h"
+#include "app/ui/window/DocumentWindow.h"
 #include "benchmarks/support/Pulse.h"
 
 namespace {

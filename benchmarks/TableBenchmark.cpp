@@ -19,13 +19,13 @@
 
 #include "PlistCore/PlistFormat.h"
 #include "PlistCore/PlistValue.h"
-#include "app/model/DocumentActions.h"
-#include "app/model/OutlineState.h"
-#include "app/model/PlistDocument.h"
-#include "app/model/PlistEditor.h"
-#include "app/model/PlistNode.h"
-#include "app/model/UndoManager.h"
-#include "app/ui/PlistTable.h"
+#include "app/model/actions/DocumentActions.h"
+#include "app/model/editing/PlistDocument.h"
+#include "app/model/editing/PlistEditor.h"
+#include "app/model/editing/UndoManager.h"
+#include "app/model/outline/OutlineState.h"
+#include "app/model/tree/PlistNode.h"
+#include "app/ui/table/PlistTable.h"
 #include "benchmarks/support/ShownTree.h"
 
 namespace {

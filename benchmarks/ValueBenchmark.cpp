@@ -10,7 +10,7 @@
 #include "PlistCore/PlistEntry.h"
 #include "PlistCore/PlistType.h"
 #include "PlistCore/PlistValue.h"
-#include "PlistCore/XMLPlistParser.h"
+#include "PlistCore/xml/XMLPlistParser.h"
 #include "benchmarks/support/GeneratedDocument.h"
 #include "benchmarks/support/WarmRun.h"
 

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <string>
 
-#include "PlistCore/BinaryPlistSerializer.h"
 #include "PlistCore/PlistBytes.h"
-#include "PlistCore/XMLPlistSerializer.h"
+#include "PlistCore/binary/BinaryPlistSerializer.h"
+#include "PlistCore/xml/XMLPlistSerializer.h"
 #include "benchmarks/support/GeneratedDocument.h"
 #include "benchmarks/support/WarmRun.h"
 #include "benchmarks/support/Yardstick.h"

@@ -2,10 +2,10 @@
 #include <span>
 #include <string>
 
-#include "PlistCore/BinaryPlistSerializer.h"
 #include "PlistCore/PlistBytes.h"
-#include "PlistCore/XMLPlistParser.h"
-#include "PlistCore/XMLPlistSerializer.h"
+#include "PlistCore/binary/BinaryPlistSerializer.h"
+#include "PlistCore/xml/XMLPlistParser.h"
+#include "PlistCore/xml/XMLPlistSerializer.h"
 #include "benchmarks/support/ColdRun.h"
 #include "benchmarks/support/TouchedFile.h"
 #include "benchmarks/support/Yardstick.h"

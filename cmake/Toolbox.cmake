@@ -35,10 +35,10 @@ function(tabulet_warnings target)
     endif()
 endfunction()
 
-# Finds the .cpp files of a folder, so that a new file needs no edit of a build file.
-# Further arguments are file names to leave out.
+# Finds the .cpp files of a folder and of those inside it, so that a new file needs no edit of a
+# build file. Further arguments are paths to leave out, from the folder on.
 function(tabulet_sources result folder)
-    file(GLOB found CONFIGURE_DEPENDS ${folder}/*.cpp)
+    file(GLOB_RECURSE found CONFIGURE_DEPENDS ${folder}/*.cpp)
     foreach(name IN LISTS ARGN)
         list(REMOVE_ITEM found ${folder}/${name})
     endforeach()

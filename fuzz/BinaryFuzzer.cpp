@@ -4,8 +4,8 @@
 #include <span>
 #include <variant>
 
-#include "PlistCore/BinaryPlistParser.h"
 #include "PlistCore/PlistError.h"
+#include "PlistCore/binary/BinaryPlistParser.h"
 #include "fuzz/support/FuzzCheck.h"
 #include "fuzz/support/RoundTrip.h"
 

@@ -4,9 +4,9 @@
 #include <string_view>
 #include <variant>
 
-#include "PlistCore/OpenStepPlistParser.h"
 #include "PlistCore/PlistError.h"
-#include "PlistCore/UnicodeText.h"
+#include "PlistCore/openstep/OpenStepPlistParser.h"
+#include "PlistCore/text/UnicodeText.h"
 #include "fuzz/support/FuzzCheck.h"
 #include "fuzz/support/RoundTrip.h"
 

@@ -3,12 +3,12 @@
 #include <optional>
 #include <span>
 
-#include "PlistCore/BinaryPlistParser.h"
-#include "PlistCore/BinaryPlistSerializer.h"
 #include "PlistCore/PlistBytes.h"
 #include "PlistCore/PlistError.h"
-#include "PlistCore/XMLPlistParser.h"
-#include "PlistCore/XMLPlistSerializer.h"
+#include "PlistCore/binary/BinaryPlistParser.h"
+#include "PlistCore/binary/BinaryPlistSerializer.h"
+#include "PlistCore/xml/XMLPlistParser.h"
+#include "PlistCore/xml/XMLPlistSerializer.h"
 #include "fuzz/support/FuzzCheck.h"
 #include "fuzz/support/ValueFacts.h"
 

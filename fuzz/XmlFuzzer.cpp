@@ -5,7 +5,7 @@
 #include <variant>
 
 #include "PlistCore/PlistError.h"
-#include "PlistCore/XMLPlistParser.h"
+#include "PlistCore/xml/XMLPlistParser.h"
 #include "fuzz/support/FuzzCheck.h"
 #include "fuzz/support/RoundTrip.h"
 

@@ -48,7 +48,7 @@ endfunction()
 
 # Each XTest.cpp of a room becomes one program and one test, without a display.
 function(tabulet_qt_tests room library)
-    file(GLOB found CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${room}/*Test.cpp)
+    file(GLOB_RECURSE found CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${room}/*Test.cpp)
     file(GLOB helpers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${room}/support/*.cpp)
     set(links ${library} Qt6::Test)
     if(helpers)

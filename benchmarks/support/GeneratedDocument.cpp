@@ -5,11 +5,11 @@
 #include <stdexcept>
 #include <vector>
 
-#include "PlistCore/BinaryPlistParser.h"
-#include "PlistCore/BinaryPlistSerializer.h"
 #include "PlistCore/PlistBytes.h"
-#include "PlistCore/XMLPlistParser.h"
-#include "PlistCore/XMLPlistSerializer.h"
+#include "PlistCore/binary/BinaryPlistParser.h"
+#include "PlistCore/binary/BinaryPlistSerializer.h"
+#include "PlistCore/xml/XMLPlistParser.h"
+#include "PlistCore/xml/XMLPlistSerializer.h"
 #include "benchmarks/support/DocumentText.h"
 #include "benchmarks/support/Random.h"
 #include "benchmarks/support/Words.h"

@@ -9,8 +9,8 @@
 
 #include "PlistCore/PlistEntry.h"
 #include "PlistCore/PlistValue.h"
-#include "app/model/OutlineState.h"
-#include "app/model/PlistNode.h"
+#include "app/model/outline/OutlineState.h"
+#include "app/model/tree/PlistNode.h"
 
 /// A tree of nodes with all its rows on show, and the yardstick for what is done with it. Of a
 /// header alone, because other measuring programs do without the model.

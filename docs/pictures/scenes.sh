@@ -81,7 +81,7 @@ open() {
 }
 
 openSample() {
-    cp "$source/packaging/sample.plist" Harbour.plist
+    cp "$source/scripts/sample.plist" Harbour.plist
     open Harbour.plist
 }
 

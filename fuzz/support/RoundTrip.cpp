@@ -1,10 +1,10 @@
 #include "fuzz/support/RoundTrip.h"
 
-#include "PlistCore/BinaryPlistParser.h"
-#include "PlistCore/BinaryPlistSerializer.h"
 #include "PlistCore/PlistBytes.h"
-#include "PlistCore/XMLPlistParser.h"
-#include "PlistCore/XMLPlistSerializer.h"
+#include "PlistCore/binary/BinaryPlistParser.h"
+#include "PlistCore/binary/BinaryPlistSerializer.h"
+#include "PlistCore/xml/XMLPlistParser.h"
+#include "PlistCore/xml/XMLPlistSerializer.h"
 #include "fuzz/support/FuzzCheck.h"
 #include "fuzz/support/ValueFacts.h"
 

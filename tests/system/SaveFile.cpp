@@ -7,9 +7,9 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "app/desktop/SafeWriter.h"
-#include "app/model/ContentDigest.h"
-#include "app/model/FileError.h"
+#include "app/desktop/files/ContentDigest.h"
+#include "app/desktop/files/FileError.h"
+#include "app/desktop/saving/SafeWriter.h"
 
 int main(int argc, char** argv) {
     if (argc != 4) {

@@ -20,7 +20,7 @@ dbus-send --session --print-reply --dest=org.a11y.Bus /org/a11y/bus \
     org.freedesktop.DBus.Properties.Set \
     string:org.a11y.Status string:IsEnabled variant:boolean:true >/dev/null
 
-sed -E 's|<real>[^<]*</real>|<real>0.5</real>|' "$source/packaging/sample.plist" >document.plist
+sed -E 's|<real>[^<]*</real>|<real>0.5</real>|' "$source/scripts/sample.plist" >document.plist
 sed -e '0,/<true/s|<true/>|<false/>|' -e 's|<string>Harbour Light: a field guide</string>|<string>Lamps</string>|' \
     document.plist >expected.plist
 

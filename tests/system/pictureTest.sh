@@ -34,7 +34,7 @@ expectRefusal() {
     fi
 }
 
-expectPicture "$source/packaging/sample.plist"
+expectPicture "$source/scripts/sample.plist"
 printf '{ name = "North Mole"; height = 27; }' >openstep.plist
 expectPicture openstep.plist
 

@@ -9,7 +9,7 @@ set -euo pipefail
 source "$(dirname -- "$(realpath -- "${BASH_SOURCE[0]}")")/onDisplay.sh"
 
 # Reals are written with all their digits, so those of the sample would come back longer.
-sed -E 's|<real>[^<]*</real>|<real>0.5</real>|' "$source/packaging/sample.plist" >original.plist
+sed -E 's|<real>[^<]*</real>|<real>0.5</real>|' "$source/scripts/sample.plist" >original.plist
 cp original.plist document.plist
 
 start document.plist

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "PlistCore/UnicodeText.h"
+#include "PlistCore/text/UnicodeText.h"
 
 namespace {
 

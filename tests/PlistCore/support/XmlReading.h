@@ -6,7 +6,7 @@
 
 #include "PlistCore/PlistError.h"
 #include "PlistCore/PlistValue.h"
-#include "PlistCore/XMLPlistParser.h"
+#include "PlistCore/xml/XMLPlistParser.h"
 
 /// What reading an XML property list gave: a value or an error.
 struct XmlOutcome {

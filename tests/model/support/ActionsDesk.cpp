@@ -4,7 +4,7 @@
 #include <QStringList>
 
 #include "PlistCore/PlistCodec.h"
-#include "app/model/PlistNode.h"
+#include "app/model/tree/PlistNode.h"
 #include "tests/model/support/TreeText.h"
 
 namespace {

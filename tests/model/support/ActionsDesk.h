@@ -5,11 +5,11 @@
 #include <utility>
 
 #include "PlistCore/PlistValue.h"
-#include "app/model/DocumentActions.h"
-#include "app/model/OutlineState.h"
-#include "app/model/PlistDocument.h"
-#include "app/model/PlistNodePtr.h"
-#include "app/model/UndoManager.h"
+#include "app/model/actions/DocumentActions.h"
+#include "app/model/editing/PlistDocument.h"
+#include "app/model/editing/UndoManager.h"
+#include "app/model/outline/OutlineState.h"
+#include "app/model/tree/PlistNodePtr.h"
 
 /// A document with all that a window adds to it, without the window.
 struct ActionsDesk {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "app/model/PlistNode.h"
+#include "app/model/tree/PlistNode.h"
 
 void ChangeRecorder::handleNodeChange(PlistNode& node, PlistNodeChanges changes,
                                       std::optional<PlistNodeRun> run) {

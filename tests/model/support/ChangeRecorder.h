@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <utility>
 
-#include "app/model/PlistNodeObserver.h"
+#include "app/model/tree/PlistNodeObserver.h"
 
 /// Writes down what an observer hears: the key of the node and what changed, "a: type|scalar", and
 /// which children came or went, "a: childCount|children +2 at 1".

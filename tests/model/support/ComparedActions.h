@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <vector>
 
-#include "app/model/DocumentActions.h"
-#include "app/model/PlistTransfer.h"
+#include "app/model/actions/DocumentActions.h"
+#include "app/model/actions/PlistTransfer.h"
 #include "tests/model/support/ModelComparison.h"
 #include "tests/model/support/RandomOperations.h"
 #include "tests/model/support/ReferenceActions.h"

@@ -4,8 +4,8 @@
 #include <set>
 #include <utility>
 
-#include "app/model/EditError.h"
-#include "app/model/PlistNode.h"
+#include "app/model/editing/EditError.h"
+#include "app/model/tree/PlistNode.h"
 #include "tests/model/support/RandomValues.h"
 #include "tests/model/support/TreeText.h"
 

@@ -8,10 +8,10 @@
 #include <optional>
 #include <vector>
 
-#include "app/model/OutlineState.h"
-#include "app/model/PlistDocument.h"
-#include "app/model/PlistEditor.h"
-#include "app/model/UndoManager.h"
+#include "app/model/editing/PlistDocument.h"
+#include "app/model/editing/PlistEditor.h"
+#include "app/model/editing/UndoManager.h"
+#include "app/model/outline/OutlineState.h"
 #include "tests/model/support/ComparedActions.h"
 #include "tests/model/support/ModelComparison.h"
 #include "tests/model/support/RandomOperations.h"

@@ -4,7 +4,7 @@
 #include <QMutexLocker>
 #include <utility>
 
-#include "app/model/Signposter.h"
+#include "app/model/runtime/Signposter.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <functional>
 
-#include "app/model/Alarm.h"
+#include "app/model/runtime/Alarm.h"
 
 /// An alarm whose clock the test moves.
 class ManualAlarm : public Alarm {

@@ -4,10 +4,10 @@
 #include <span>
 #include <string>
 
-#include "app/model/OutlineState.h"
-#include "app/model/PlistDocument.h"
-#include "app/model/PlistNode.h"
-#include "app/model/UndoManager.h"
+#include "app/model/editing/PlistDocument.h"
+#include "app/model/editing/UndoManager.h"
+#include "app/model/outline/OutlineState.h"
+#include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ReferenceDocument.h"
 #include "tests/model/support/ReferenceOutline.h"
 

@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "app/model/NodeId.h"
+#include "app/model/tree/NodeId.h"
 #include "tests/model/support/ReferenceItem.h"
 
 class OutlineState;

@@ -9,9 +9,9 @@
 
 #include "PlistCore/PlistEntry.h"
 #include "PlistCore/PlistValue.h"
-#include "app/model/NodeIdSet.h"
-#include "app/model/OutlineState.h"
-#include "app/model/PlistNode.h"
+#include "app/model/outline/OutlineState.h"
+#include "app/model/tree/NodeIdSet.h"
+#include "app/model/tree/PlistNode.h"
 #include "tests/model/support/RowMirror.h"
 #include "tests/model/support/TreeText.h"
 

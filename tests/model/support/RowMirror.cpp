@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "app/model/OutlineState.h"
-#include "app/model/PlistNode.h"
+#include "app/model/outline/OutlineState.h"
+#include "app/model/tree/PlistNode.h"
 #include "tests/model/support/TreeText.h"
 
 namespace {

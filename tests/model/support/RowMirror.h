@@ -5,8 +5,8 @@
 #include <QStringList>
 #include <vector>
 
-#include "app/model/NodeId.h"
-#include "app/model/PlistNodePtr.h"
+#include "app/model/tree/NodeId.h"
+#include "app/model/tree/PlistNodePtr.h"
 
 class OutlineState;
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "app/model/PlistNode.h"
+#include "app/model/tree/PlistNode.h"
 
 SearchDesk::SearchDesk(const PlistValue& value) : editor(document, undo.get()) {
     document.apply({value, PlistFormat::xml});

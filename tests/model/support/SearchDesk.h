@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "PlistCore/PlistValue.h"
-#include "app/model/NodeId.h"
-#include "app/model/PlistDocument.h"
-#include "app/model/PlistEditor.h"
-#include "app/model/SearchState.h"
-#include "app/model/UndoManager.h"
+#include "app/model/editing/PlistDocument.h"
+#include "app/model/editing/PlistEditor.h"
+#include "app/model/editing/UndoManager.h"
+#include "app/model/search/SearchState.h"
+#include "app/model/tree/NodeId.h"
 #include "tests/model/support/ManualAlarm.h"
 
 class PlistNode;

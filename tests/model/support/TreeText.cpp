@@ -5,9 +5,9 @@
 
 #include "PlistCore/PlistInteger.h"
 #include "PlistCore/PlistType.h"
-#include "app/model/OutlineRow.h"
-#include "app/model/OutlineState.h"
-#include "app/model/PlistNode.h"
+#include "app/model/outline/OutlineRow.h"
+#include "app/model/outline/OutlineState.h"
+#include "app/model/tree/PlistNode.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "app/ui/TabuletApp.h"
+#include "app/ui/app/TabuletApp.h"
 
 /// The main function of a test that shows widgets: an application with the program's own texts and
 /// a style that is the same everywhere.

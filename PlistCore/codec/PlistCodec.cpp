@@ -1,0 +1,99 @@
+#include "PlistCore/PlistCodec.h"
+
+#include <optional>
+#include <string>
+
+#include "PlistCore/PlistError.h"
+#include "PlistCore/PlistExpansion.h"
+#include "PlistCore/binary/BinaryPlistParser.h"
+#include "PlistCore/binary/BinaryPlistSerializer.h"
+#include "PlistCore/openstep/OpenStepPlistParser.h"
+#include "PlistCore/text/TextEncoding.h"
+#include "PlistCore/text/UnicodeText.h"
+#include "PlistCore/xml/XMLPlistParser.h"
+#include "PlistCore/xml/XMLPlistSerializer.h"
+
+namespace {
+
+constexpr std::string_view binaryStart = "bplist00";
+
+std::span<const std::uint8_t> bytesOf(std::string_view text) {
+    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+std::string_view viewOf(std::span<const std::uint8_t> bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+/// The first byte that tells text forms apart. White space and the bytes of the UTF-8 byte-order
+/// mark, in any order and number, tell nothing; throws if there is nothing else.
+char firstTellingByte(std::string_view text) {
+    const std::size_t found = text.find_first_not_of("\t\n\r \xEF\xBB\xBF");
+    if (found == std::string_view::npos) {
+        throw PlistError(PlistError::UnrecognizedFormat{});
+    }
+    return text[found];
+}
+
+PlistFile readXml(std::span<const std::uint8_t> bytes) {
+    return {XMLPlistParser::parse(bytes), PlistFormat::xml};
+}
+
+/// XML in whatever encoding its declaration names.
+PlistFile readDeclaredXml(std::span<const std::uint8_t> bytes) {
+    if (!XMLPlistParser::acceptsEncoding(bytes)) {
+        const std::optional<std::string> encoding = TextEncoding::declaredEncoding(bytes);
+        if (encoding && !TextEncoding::contradictsDeclaration(bytes, *encoding)) {
+            return readXml(bytesOf(TextEncoding::toUtf8(bytes, *encoding)));
+        }
+    }
+    return readXml(bytes);
+}
+
+PlistFile readOpenStep(std::string_view text) {
+    if (!UnicodeText::isValidUtf8(text)) {
+        // Old files in a character set of one byte do not say which one. A guess would quietly
+        // show, and save, wrong letters.
+        throw PlistError(PlistError::Malformed{"The text is not valid UTF-8."});
+    }
+    return {OpenStepPlistParser::parse(text), PlistFormat::openStep};
+}
+
+/// Text that was UTF-16 or UTF-32, whatever encoding its declaration names.
+PlistFile readConverted(std::string_view text) {
+    return firstTellingByte(text) == '<' ? readXml(bytesOf(text)) : readOpenStep(text);
+}
+
+void checkWrittenValues(const PlistValue& value) {
+    if (PlistExpansion::exceeds({&value, 1}, PlistCodec::writtenValueLimit)) {
+        throw PlistError(PlistError::InvalidValue{"The document describes more than " +
+                                                  std::to_string(PlistCodec::writtenValueLimit) +
+                                                  " values when written out."});
+    }
+}
+
+}  // namespace
+
+PlistFile PlistCodec::read(std::span<const std::uint8_t> bytes) {
+    const std::string_view text = viewOf(bytes);
+    if (text.starts_with(binaryStart)) {
+        return {BinaryPlistParser::parse(bytes), PlistFormat::binary};
+    }
+    if (const std::optional<std::string_view> encoding = TextEncoding::wideEncoding(bytes)) {
+        return readConverted(TextEncoding::toUtf8(bytes, *encoding));
+    }
+    return firstTellingByte(text) == '<' ? readDeclaredXml(bytes) : readOpenStep(text);
+}
+
+PlistFile PlistCodec::read(std::string_view bytes) {
+    return read(bytesOf(bytes));
+}
+
+PlistBytes PlistCodec::write(const PlistValue& value, PlistFormat format) {
+    if (!isWritable(format)) {
+        throw PlistError(PlistError::NotWritable{format});
+    }
+    checkWrittenValues(value);
+    return format == PlistFormat::binary ? BinaryPlistSerializer::serialize(value)
+                                         : XMLPlistSerializer::serialize(value);
+}

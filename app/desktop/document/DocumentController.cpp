@@ -1,0 +1,327 @@
+#include "app/desktop/document/DocumentController.h"
+
+#include <QFileInfo>
+#include <QTimer>
+#include <new>
+#include <optional>
+#include <utility>
+#include <variant>
+
+#include "PlistCore/PlistCheck.h"
+#include "PlistCore/PlistFile.h"
+#include "app/desktop/files/BackgroundTask.h"
+#include "app/desktop/files/FilePath.h"
+#include "app/desktop/files/PlistDocumentReader.h"
+#include "app/desktop/files/PlistDocumentWriter.h"
+#include "app/desktop/files/StateFolder.h"
+#include "app/desktop/recovery/LostDocument.h"
+#include "app/desktop/saving/SafeWriter.h"
+#include "app/model/editing/PlistEditor.h"
+#include "app/model/tree/ChildrenMaker.h"
+#include "app/model/tree/DuplicateKeyFinder.h"
+#include "app/model/tree/PlistNode.h"
+
+namespace {
+
+struct ReadContent {
+    PlistFile file;
+    ContentDigest digest;
+};
+
+using ReadResult = std::variant<ReadContent, FileError>;
+
+struct WriteResult {
+    std::optional<ContentDigest> digest;  ///< of what was to be written, if it came to that
+    std::optional<FileError> error;
+};
+
+FileError outOfMemory(FileError::Code code, const QString& path) {
+    return {code, path, DocumentController::tr("There is not enough memory.")};
+}
+
+ReadResult read(const QString& path) {
+    try {
+        ReadContent content;
+        content.file = PlistDocumentReader::read(path, nullptr, &content.digest);
+        return content;
+    } catch (const FileError& error) {
+        return error;
+    } catch (const std::bad_alloc&) {
+        return outOfMemory(FileError::Code::readFailed, path);
+    }
+}
+
+WriteResult write(const PlistFile& file, const QString& path,
+                  const SafeWriter::Consent& mayReplace) {
+    WriteResult result;
+    try {
+        PlistDocumentWriter::write(
+            file, path, nullptr, [&result, &mayReplace](const QString& target, auto bytes) {
+                result.digest = ContentDigest::of(bytes);
+                SafeWriter::write(target, bytes, StateFolder::recoveryPath(), mayReplace);
+            });
+    } catch (const FileError& error) {
+        result.error = error;
+    } catch (const std::bad_alloc&) {
+        result.error = outOfMemory(FileError::Code::writeFailed, path);
+    }
+    return result;
+}
+
+/// What to call a document that comes back without its file. The end of the file's name would be
+/// in the way of the word behind it.
+QString recoveredName(const QString& title) {
+    const QString suffix = DocumentController::tr(" (recovered)");
+    if (title.endsWith(suffix)) {
+        return title;
+    }
+    const QString name = QFileInfo(title).completeBaseName();
+    return (name.isEmpty() ? title : name) + suffix;
+}
+
+}  // namespace
+
+DocumentController::DocumentController(QString untitledName, QObject* parent)
+    : QObject(parent), untitledName_(std::move(untitledName)) {
+    connect(&undoManager_, &UndoManager::isModifiedChanged, this,
+            &DocumentController::modifiedChanged);
+}
+
+DocumentController::~DocumentController() = default;
+
+class DocumentController::FreshRoot {
+public:
+    /// A turn of the event loop with so many takes a few milliseconds.
+    static constexpr std::size_t perTurn = 20'000;
+
+    explicit FreshRoot(const ReadContent& content)
+        : root(PlistNode::create({}, content.file.root)),
+          format(content.file.format),
+          digest(content.digest) {
+        if (root->isContainer()) {
+            maker_.emplace(*root);
+        }
+    }
+
+    /// True when the root is complete.
+    bool makeSome() {
+        if (maker_) {
+            if (!maker_->make(perTurn)) {
+                return false;
+            }
+            maker_.reset();
+            if (root->type() == PlistType::dictionary) {
+                finder_.emplace(*root);
+            }
+            return !finder_ || root->childCount() == 0;
+        }
+        return !finder_ || finder_->find(perTurn);
+    }
+
+    const PlistNodePtr root;
+    const PlistFormat format;
+    const ContentDigest digest;  ///< of the file
+
+private:
+    std::optional<ChildrenMaker> maker_;
+    std::optional<DuplicateKeyFinder> finder_;
+};
+
+QString DocumentController::name() const {
+    return path_.isEmpty() ? untitledName_ : FilePath::shownName(path_);
+}
+
+bool DocumentController::isPristine() const noexcept {
+    return path_.isEmpty() && activity_ == Activity::idle && !isModified() &&
+           !undoManager_.canUndo() && !undoManager_.canRedo();
+}
+
+void DocumentController::open(const QString& path) {
+    const QString file = FilePath::absolute(path);
+    beginReading(
+        file, [this, file](const FreshRoot& fresh) { finishReading(file, fresh); },
+        &DocumentController::openFailed);
+}
+
+void DocumentController::recover(const LostDocument& lost) {
+    beginReading(
+        lost.contentPath(), [this, lost](const FreshRoot& fresh) { finishRecovering(lost, fresh); },
+        &DocumentController::openFailed);
+    readPath_ = lost.hasFile() ? lost.filePath() : QString();
+}
+
+void DocumentController::revert() {
+    beginReading(
+        path_, [this](const FreshRoot& fresh) { finishReverting(fresh); },
+        &DocumentController::revertFailed);
+}
+
+void DocumentController::reload(std::function<bool()> mayReplace) {
+    beginReading(
+        path_,
+        [this, state = undoManager_.state(),
+         mayReplace = std::move(mayReplace)](const FreshRoot& fresh) {
+            const bool isUnedited = undoManager_.state() == state;
+            finishReloading(fresh, isUnedited && (!mayReplace || mayReplace()));
+        },
+        &DocumentController::reloadFailed);
+}
+
+void DocumentController::beginReading(const QString& path,
+                                      std::function<void(const FreshRoot&)> finish,
+                                      void (DocumentController::*failed)(const FileError&)) {
+    begin(Activity::reading, path);
+    readPath_ = path;
+    BackgroundTask::run(
+        *this, [path] { return read(path); },
+        [this, finish = std::move(finish), failed](const ReadResult& result) {
+            if (const auto* error = std::get_if<FileError>(&result)) {
+                setActivity(Activity::idle);
+                Q_EMIT(this->*failed)(*error);
+            } else {
+                makeRoot(std::make_shared<FreshRoot>(std::get<ReadContent>(result)), finish);
+            }
+        });
+}
+
+void DocumentController::save() {
+    beginWriting(path_, [base = baseDigest_, chosen = overwritable_,
+                         attempted = attemptedDigest_](const ContentDigest& present) {
+        return present == base || present == chosen || present == attempted;
+    });
+}
+
+void DocumentController::save(const QString& path) {
+    beginWriting(FilePath::absolute(path), nullptr);
+}
+
+void DocumentController::beginWriting(const QString& path,
+                                      std::function<bool(const ContentDigest&)> mayReplace) {
+    begin(Activity::writing, path);
+    BackgroundTask::run(
+        *this,
+        [content = document_.snapshot(), path, mayReplace = std::move(mayReplace)] {
+            return write(content, path, mayReplace);
+        },
+        [this, path, state = undoManager_.state()](const WriteResult& result) {
+            setActivity(Activity::idle);
+            if (!result.error) {
+                finishWriting(path, state, *result.digest);
+                return;
+            }
+            if (path == path_ && result.digest) {
+                attemptedDigest_ = result.digest;
+            }
+            Q_EMIT saveFailed(*result.error);
+        });
+}
+
+void DocumentController::begin(Activity activity, const QString& path) {
+    plistCheck(activity_ == Activity::idle, "a document does one thing at a time with its file");
+    plistCheck(!path.isEmpty(), "a file has a path");
+    setActivity(activity);
+}
+
+void DocumentController::makeRoot(const std::shared_ptr<FreshRoot>& fresh,
+                                  const std::function<void(const FreshRoot&)>& finish) {
+    if (fresh->makeSome()) {
+        setActivity(Activity::idle);
+        finish(*fresh);
+    } else {
+        QTimer::singleShot(0, this, [this, fresh, finish] { makeRoot(fresh, finish); });
+    }
+}
+
+void DocumentController::finishReading(const QString& path, const FreshRoot& fresh) {
+    document_.apply(fresh.root, fresh.format);
+    setPath(path);
+    undoManager_.clear();
+    setBase(fresh.digest, undoManager_.state());
+    Q_EMIT opened();
+}
+
+void DocumentController::finishRecovering(const LostDocument& lost, const FreshRoot& fresh) {
+    const RecoveryRecord& record = lost.record();
+    document_.apply(fresh.root, record.format);
+    document_.setWasReadOnlyFormat(record.wasReadOnlyFormat);
+    untitledName_ = recoveredName(record.title);
+    if (lost.hasFile()) {
+        path_ = lost.filePath();
+        baseDigest_ = ContentDigest::fromHex(record.baseDigest);
+    }
+    Q_EMIT pathChanged();
+    undoManager_.clear();
+    undoManager_.setSavedState(std::nullopt);
+    Q_EMIT opened();
+}
+
+void DocumentController::finishReverting(const FreshRoot& fresh) {
+    replaceContent(fresh, tr("Revert to Saved"));
+    Q_EMIT reverted();
+}
+
+void DocumentController::finishReloading(const FreshRoot& fresh, bool mayReplace) {
+    if (!mayReplace) {
+        Q_EMIT reloadOvertaken();
+        return;
+    }
+    Q_EMIT aboutToReload();
+    replaceContent(fresh, tr("Reload"));
+    Q_EMIT reloaded();
+}
+
+void DocumentController::replaceContent(const FreshRoot& fresh, const QString& actionName) {
+    const PlistEditor editor(document_, &undoManager_);
+    editor.replaceContent(fresh.root, fresh.format, actionName);
+    setBase(fresh.digest, undoManager_.state());
+}
+
+void DocumentController::finishWriting(const QString& path, UndoManager::State state,
+                                       const ContentDigest& digest) {
+    setPath(path);
+    setBase(digest, state);
+    Q_EMIT saved();
+}
+
+void DocumentController::setBase(const ContentDigest& digest, UndoManager::State state) {
+    baseDigest_ = digest;
+    overwritable_.reset();
+    attemptedDigest_.reset();
+    isFileLost_ = false;
+    undoManager_.setSavedState(state);
+}
+
+// --- What becomes of the file ---
+
+bool DocumentController::hasEdits() const noexcept {
+    return undoManager_.state() != (isFileLost_ ? stateBeforeLoss_ : undoManager_.savedState());
+}
+
+void DocumentController::loseFile() {
+    if (!isFileLost_) {
+        isFileLost_ = true;
+        stateBeforeLoss_ = undoManager_.savedState();
+        undoManager_.setSavedState(std::nullopt);
+    }
+}
+
+void DocumentController::regainFile() {
+    if (isFileLost_) {
+        isFileLost_ = false;
+        undoManager_.setSavedState(stateBeforeLoss_);
+    }
+}
+
+void DocumentController::setActivity(Activity activity) {
+    if (activity_ != activity) {
+        activity_ = activity;
+        Q_EMIT activityChanged();
+    }
+}
+
+void DocumentController::setPath(const QString& path) {
+    if (path_ != path) {
+        path_ = path;
+        Q_EMIT pathChanged();
+    }
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+#include "app/desktop/files/FileError.h"
+#include "app/desktop/watching/FileMonitor.h"
+
+class DocumentController;
+
+/// Keeps a document in step with its file. What another program writes is taken over by itself as
+/// long as nothing of the user's would be replaced; else the user is to choose, and until then
+/// nothing happens. Belongs to the main thread.
+class FileFollower : public QObject {
+    Q_OBJECT
+
+public:
+    /// What the user should know about the file.
+    enum class Trouble : std::uint8_t {
+        none,
+        changed,     ///< another program has changed it, and so has the user the document
+        unreadable,  ///< what another program has written cannot be read; counts as modified
+        deleted,     ///< it is not there any more; counts as modified
+    };
+    Q_ENUM(Trouble)
+
+    /// Both outlive this.
+    explicit FileFollower(DocumentController& controller,
+                          std::chrono::milliseconds rest = FileMonitor::restTime,
+                          QObject* parent = nullptr);
+    ~FileFollower() override;
+
+    Trouble trouble() const noexcept { return trouble_; }
+
+    /// Why the file is unreadable; else empty.
+    const QString& reason() const noexcept { return reason_; }
+
+    /// Has what the user is just typing into a field, which is no edit yet, count as one.
+    void setInputCheck(std::function<bool()> hasInput) { hasInput_ = std::move(hasInput); }
+
+    /// Looks whether something has happened that the system did not tell of.
+    void check() { monitor_.check(); }
+
+    /// The user wants the document as it is: it counts as modified, and saving replaces what the
+    /// file holds now. Another change of the file is told of again.
+    void keepMine();
+
+Q_SIGNALS:
+    void troubleChanged();
+
+private:
+    void followActivity();
+    void followFile();
+    void handleChange(const ContentDigest& content);
+    void handleDeletion();
+    void handleReturn();
+    void setTrouble(Trouble trouble, const QString& reason = {});
+    bool mayReload() const;
+
+    DocumentController& controller_;
+    FileMonitor monitor_;
+    std::function<bool()> hasInput_;
+    std::optional<ContentDigest> present_;  ///< what the file holds, if it is not what was read
+    Trouble trouble_ = Trouble::none;
+    QString reason_;
+    bool keepsMine_ = false;
+};

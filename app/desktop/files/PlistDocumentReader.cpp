@@ -1,0 +1,97 @@
+#include "app/desktop/files/PlistDocumentReader.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <cerrno>
+#include <cstddef>
+#include <string>
+
+#include "PlistCore/PlistBytes.h"
+#include "PlistCore/PlistCodec.h"
+#include "PlistCore/PlistError.h"
+#include "app/desktop/files/ContentDigest.h"
+#include "app/desktop/files/FileDescriptor.h"
+#include "app/desktop/files/FileError.h"
+#include "app/desktop/files/FilePath.h"
+#include "app/desktop/files/ProgressReporter.h"
+#include "app/model/runtime/Signposter.h"
+
+namespace {
+
+/// How much is asked for beyond the size that the system tells: the end of the file is only seen by
+/// a read that finds nothing.
+constexpr std::size_t spare = 4096;
+
+[[noreturn]] void failReading(const QString& path, int errorNumber) {
+    throw FileError::fromSystem(FileError::Code::readFailed, path, errorNumber);
+}
+
+void requireRegularFile(const struct stat& status, const QString& path) {
+    if (S_ISDIR(status.st_mode)) {
+        failReading(path, EISDIR);
+    }
+    // Reading from a pipe or a device could block for ever.
+    if (!S_ISREG(status.st_mode)) {
+        throw FileError(FileError::Code::readFailed, path,
+                        QCoreApplication::translate("FileError", "It is not a regular file."));
+    }
+}
+
+PlistBytes wholeFile(const QString& path) {
+    // A pipe without a writer would hold the call up before its kind can be asked.
+    FileDescriptor file(
+        ::open(FilePath::encoded(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file.isOpen()) {
+        failReading(path, errno);
+    }
+    struct stat status {};
+    if (::fstat(file.number(), &status) != 0) {
+        failReading(path, errno);
+    }
+    requireRegularFile(status, path);
+
+    // The size is a hint: files may grow while they are read, and some have none to tell.
+    PlistBytes bytes;
+    std::size_t room = static_cast<std::size_t>(status.st_size) + spare;
+    for (;;) {
+        const ssize_t count = ::read(file.number(), bytes.reserve(room), room);
+        if (count == 0) {
+            return bytes;
+        }
+        if (count > 0) {
+            bytes.advance(static_cast<std::size_t>(count));
+            room = room > static_cast<std::size_t>(count) + spare
+                       ? room - static_cast<std::size_t>(count)
+                       : spare;
+        } else if (errno != EINTR) {
+            failReading(path, errno);
+        }
+    }
+}
+
+}  // namespace
+
+PlistFile PlistDocumentReader::read(const QString& path, ProgressReporter* progress,
+                                    ContentDigest* digest) {
+    const Signposter::Interval interval("Read");
+    if (progress != nullptr) {
+        progress->start(1);
+    }
+    const PlistBytes bytes = wholeFile(path);
+    if (digest != nullptr) {
+        *digest = ContentDigest::of(bytes.span());
+    }
+    try {
+        PlistFile file = PlistCodec::read(bytes.span());
+        if (progress != nullptr) {
+            progress->complete(1);
+        }
+        return file;
+    } catch (const PlistError& error) {
+        throw FileError(FileError::Code::corruptFile, path,
+                        QString::fromStdString(error.errorDescription()));
+    }
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <QByteArray>
+
+#include "app/desktop/files/FileDescriptor.h"
+
+/// A new file with a short name of its own in a folder, open for writing. It is deleted with this
+/// unless it has been given another name. (QTemporaryFile knows neither the mode of a new file nor
+/// the reason of a failure.)
+class TemporaryFile {
+public:
+    /// How the names of all these files begin.
+    static constexpr const char* prefix = ".tabulet-";
+
+    /// `mode` is what `open` takes. If the file cannot be made, `error` tells why.
+    TemporaryFile(const QByteArray& folder, mode_t mode);
+    ~TemporaryFile();
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    /// Why the file is not there: 0 or the number of the system's error.
+    int error() const noexcept { return error_; }
+
+    FileDescriptor& file() noexcept { return file_; }
+
+    /// Puts the file at `path`, in place of what is there. Returns 0 or the number of the error.
+    int moveTo(const QByteArray& path) noexcept;
+
+private:
+    static QByteArray anyName(const QByteArray& folder);
+
+    QByteArray path_;
+    FileDescriptor file_;
+    int error_;
+};

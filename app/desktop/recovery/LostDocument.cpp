@@ -1,0 +1,97 @@
+#include "app/desktop/recovery/LostDocument.h"
+
+#include <fcntl.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <algorithm>
+#include <utility>
+
+#include "app/desktop/files/ContentDigest.h"
+#include "app/desktop/files/FileDescriptor.h"
+#include "app/desktop/files/FilePath.h"
+#include "app/desktop/recovery/RecoveryStore.h"
+
+namespace {
+
+/// The digest of what a file holds, as text; empty if it cannot be read.
+QString digestOf(const QByteArray& path) {
+    const FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const std::optional<ContentDigest> digest =
+        file.isOpen() ? ContentDigest::ofOpenFile(file.number()) : std::nullopt;
+    return digest ? digest->hex() : QString();
+}
+
+/// The record of a document whose own one cannot be read.
+RecoveryRecord unknownRecord() {
+    RecoveryRecord record;
+    record.title = QCoreApplication::translate("LostDocument", "Unknown Document");
+    return record;
+}
+
+}  // namespace
+
+LostDocument::LostDocument(std::shared_ptr<RecoveryFolder> folder, QByteArray name)
+    : folder_(std::move(folder)), name_(std::move(name)) {
+    const std::optional<QByteArray> json = folder_->read(name_ + RecoveryStore::recordEnd);
+    const auto record = RecoveryRecord::fromJson(json.value_or(QByteArray()));
+    hasRecord_ = record.has_value();
+    record_ = record.value_or(unknownRecord());
+    hasFileChanged_ = !record_.file.isEmpty() && digestOf(record_.file) != record_.baseDigest;
+}
+
+std::vector<LostDocument> LostDocument::find(const QString& place) {
+    std::vector<LostDocument> found;
+    const QDir folders(place);
+    for (const QString& folderName : folders.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        auto folder =
+            std::make_shared<RecoveryFolder>(FilePath::encoded(folders.filePath(folderName)));
+        if (folder->claim() != 0) {
+            continue;
+        }
+        const QByteArrayList names = folder->names();
+        for (const QByteArray& name : names) {
+            const QByteArray document = name.left(name.lastIndexOf('.'));
+            if (name.endsWith(RecoveryStore::contentEnd)) {
+                found.push_back(LostDocument(folder, document));
+            } else if (name.endsWith(RecoveryStore::recordEnd) &&
+                       !names.contains(document + RecoveryStore::contentEnd)) {
+                // A record alone: the document was being deleted.
+                folder->remove(name);
+            }
+        }
+    }
+    std::stable_sort(found.begin(), found.end(), [](const auto& one, const auto& other) {
+        return one.record().keptAt > other.record().keptAt;
+    });
+    return found;
+}
+
+QString LostDocument::filePath() const {
+    return FilePath::decoded(record_.file);
+}
+
+QString LostDocument::contentPath() const {
+    return FilePath::decoded(folder_->pathOf(name_ + RecoveryStore::contentEnd));
+}
+
+void LostDocument::beginAttempt() {
+    ++record_.attempts;
+    writeRecord();
+}
+
+void LostDocument::endAttempt() {
+    --record_.attempts;
+    writeRecord();
+}
+
+void LostDocument::writeRecord() const {
+    if (hasRecord_) {
+        folder_->write(name_ + RecoveryStore::recordEnd, record_.toJson());
+    }
+}
+
+void LostDocument::remove() const {
+    folder_->remove(name_ + RecoveryStore::contentEnd);
+    folder_->remove(name_ + RecoveryStore::recordEnd);
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <memory>
+#include <vector>
+
+#include "app/desktop/recovery/RecoveryFolder.h"
+#include "app/desktop/recovery/RecoveryRecord.h"
+
+/// A document with unsaved changes that a program left behind when it ended without warning. As
+/// long as a copy of this lives, no other program finds the document.
+class LostDocument {
+public:
+    /// So many attempts to bring a document back may end the program before it is left alone.
+    static constexpr int mostAttempts = 2;
+
+    /// All documents in the folders inside of `place` that no running program uses, the newest
+    /// first. Deletes folders in which nothing is. Reads the records only, and the files that the
+    /// documents came from, to see whether they have changed; may be called from any thread.
+    static std::vector<LostDocument> find(const QString& place);
+
+    /// What is known about it; made up where the record cannot be read.
+    const RecoveryRecord& record() const noexcept { return record_; }
+
+    /// The path of its file; empty if it was never saved.
+    QString filePath() const;
+
+    /// Whether its file is not what it was when the document was read from it or saved to it last,
+    /// so that it must not be overwritten. False for a document without a file.
+    bool hasFileChanged() const noexcept { return hasFileChanged_; }
+
+    /// Whether it belongs to its file still.
+    bool hasFile() const noexcept { return !record_.file.isEmpty() && !hasFileChanged_; }
+
+    /// Whether programs have ended too often while they brought it back.
+    bool isLeftAlone() const noexcept { return record_.attempts >= mostAttempts; }
+
+    /// The file with the content.
+    QString contentPath() const;
+
+    /// Remembers on the disk that somebody tries to bring it back, until `endAttempt`: a program
+    /// that ends in between does not come to that. Does nothing where the record is unreadable,
+    /// which stays as it is.
+    void beginAttempt();
+    void endAttempt();
+
+    /// Deletes it for good.
+    void remove() const;
+
+private:
+    LostDocument(std::shared_ptr<RecoveryFolder> folder, QByteArray name);
+
+    void writeRecord() const;
+
+    std::shared_ptr<RecoveryFolder> folder_;
+    QByteArray name_;
+    RecoveryRecord record_;
+    bool hasRecord_ = false;
+    bool hasFileChanged_ = false;
+};

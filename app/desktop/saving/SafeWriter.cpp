@@ -1,0 +1,290 @@
+#include "app/desktop/saving/SafeWriter.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <cerrno>
+#include <climits>
+#include <optional>
+
+#include "app/desktop/files/ContentDigest.h"
+#include "app/desktop/files/FileDescriptor.h"
+#include "app/desktop/files/FileError.h"
+#include "app/desktop/files/FileFolder.h"
+#include "app/desktop/files/FileOutput.h"
+#include "app/desktop/files/FilePath.h"
+#include "app/desktop/files/TemporaryFile.h"
+#include "app/desktop/saving/FileAttributes.h"
+#include "app/desktop/saving/SafetyCopy.h"
+#include "app/desktop/saving/SavedBytes.h"
+
+namespace {
+
+/// One save: the file as the user named it and as links lead to it, and its new content.
+struct Save {
+    QString path;
+    QByteArray target;
+    std::optional<struct stat> old;  ///< of the file that is there
+    std::span<const std::uint8_t> bytes;
+    const SafeWriter::Consent& mayReplace;
+};
+
+QString explained(const char* reason) {
+    return QCoreApplication::translate("SafeWriter", reason);
+}
+
+[[noreturn]] void fail(const Save& save, int errorNumber) {
+    throw FileError::fromSystem(FileError::Code::writeFailed, save.path, errorNumber);
+}
+
+[[noreturn]] void fail(const Save& save, const QString& reason) {
+    throw FileError(FileError::Code::writeFailed, save.path, reason);
+}
+
+void check(const Save& save, int errorNumber) {
+    if (errorNumber != 0) {
+        fail(save, errorNumber);
+    }
+}
+
+/// Where the links lead that a path may end in, also where nothing is there yet.
+QByteArray resolved(QByteArray path) {
+    constexpr int mostLinks = 40;  // as many as the system follows
+    for (int i = 0; i < mostLinks; ++i) {
+        QByteArray link(PATH_MAX, '\0');
+        const ssize_t size =
+            ::readlink(path.constData(), link.data(), static_cast<std::size_t>(link.size()));
+        if (size < 0) {
+            break;
+        }
+        link.truncate(size);
+        path = link.startsWith('/') ? link : FileFolder::of(path) + '/' + link;
+    }
+    return path;
+}
+
+/// Finds out what is there, and refuses what must not be touched.
+void examine(Save& save) {
+    struct stat status {};
+    if (::stat(save.target.constData(), &status) != 0) {
+        if (errno != ENOENT) {
+            fail(save, errno);
+        }
+        return;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        fail(save, EISDIR);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        fail(save, explained(QT_TRANSLATE_NOOP("SafeWriter", "It is not a regular file.")));
+    }
+    if (::faccessat(AT_FDCWD, save.target.constData(), W_OK, AT_EACCESS) != 0) {
+        if (errno != EACCES) {
+            fail(save, errno);
+        }
+        fail(save, explained(QT_TRANSLATE_NOOP(
+                       "SafeWriter",
+                       "You may not write to it. Save under another name, or allow "
+                       "writing in the properties of the file.")));
+    }
+    save.old = status;
+}
+
+/// Stops the save if the file that is there must not be written over. A file that has gone can be
+/// made again without a question.
+void askForConsent(const Save& save) {
+    if (!save.mayReplace) {
+        return;
+    }
+    const FileDescriptor present(
+        ::open(save.target.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (!present.isOpen()) {
+        check(save, errno == ENOENT ? 0 : errno);
+        return;
+    }
+    const std::optional<ContentDigest> digest = ContentDigest::ofOpenFile(present.number());
+    if (!digest) {
+        fail(save, errno);
+    }
+    if (!save.mayReplace(*digest)) {
+        throw FileError(FileError::Code::changedOnDisk, save.path,
+                        explained(QT_TRANSLATE_NOOP("SafeWriter",
+                                                    "It does not hold what was read from it or "
+                                                    "saved in it last, and was left alone.")));
+    }
+}
+
+/// Whether an error speaks against putting another file in place, and not against the content.
+bool isAboutPlace(int errorNumber) {
+    return errorNumber == EACCES || errorNumber == EPERM || errorNumber == EROFS ||
+           errorNumber == EBUSY || errorNumber == EXDEV;
+}
+
+/// Whether an error says that a new file cannot have what the old one had, and not that there is no
+/// room or that the disk fails.
+bool isAboutAttributes(int errorNumber) {
+    return errorNumber == EPERM || errorNumber == EACCES || errorNumber == EOPNOTSUPP ||
+           errorNumber == EINVAL || errorNumber == ENOSYS;
+}
+
+/// Gives a new file what the old one had. Returns 0 or the number of the system's error.
+int inherit(const Save& save, TemporaryFile& fresh) {
+    const FileDescriptor old(
+        ::open(save.target.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    return old.isOpen() ? FileAttributes::copy(old.number(), fresh.file().number()) : errno;
+}
+
+/// Whether the file holds what was saved, as far as there is reason to doubt it.
+bool hasArrived(const Save& save) {
+    return !SavedBytes::mayGoAstrayAt(save.target) || SavedBytes::areAt(save.target, save.bytes);
+}
+
+/// Puts a finished file in place of the old one, if any. False if the place does not allow that,
+/// and nothing has happened.
+bool replace(const Save& save) {
+    if (save.old && save.old->st_nlink > 1) {
+        return false;
+    }
+    constexpr mode_t newFileMode = 0666;  // less what the user's mask takes away
+    constexpr mode_t untilItInherits = 0600;
+    const QByteArray folder = FileFolder::of(save.target);
+    TemporaryFile fresh(folder, save.old ? untilItInherits : newFileMode);
+    if (save.old && isAboutPlace(fresh.error())) {
+        return false;
+    }
+    check(save, fresh.error());
+    check(save, FileOutput::writeAll(fresh.file().number(), save.bytes));
+    if (save.old) {
+        const int error = inherit(save, fresh);
+        if (isAboutAttributes(error)) {
+            return false;
+        }
+        check(save, error);
+    }
+    check(save, FileOutput::synchronize(fresh.file().number()));
+    check(save, fresh.file().close());
+    askForConsent(save);
+    const int error = fresh.moveTo(save.target);
+    if (save.old && isAboutPlace(error)) {
+        return false;
+    }
+    check(save, error);
+    check(save, FileFolder::synchronize(folder));
+    if (!hasArrived(save)) {
+        fail(save, explained(QT_TRANSLATE_NOOP(
+                       "SafeWriter", "The file system took it, but now holds something else.")));
+    }
+    return true;
+}
+
+/// Writing takes the bits for other identities away from the mode. Only the owner of the file can
+/// put them back.
+void keepMode(const Save& save, int file) {
+    constexpr mode_t permissions = 07777;
+    struct stat status {};
+    if (::fstat(file, &status) == 0 && status.st_mode != save.old->st_mode) {
+        // Whoever may not do that has saved nevertheless.
+        static_cast<void>(::fchmod(file, save.old->st_mode & permissions));
+    }
+}
+
+/// Writes over the old content. The room is taken first, so that a full disk is found before the
+/// first byte is overwritten.
+int writeOver(const Save& save, const FileDescriptor& file) {
+    const auto size = static_cast<off_t>(save.bytes.size());
+    if (size > save.old->st_size && ::fallocate(file.number(), 0, 0, size) != 0 &&
+        errno != EOPNOTSUPP && errno != ENOSYS) {
+        return errno;
+    }
+    if (const int error = FileOutput::writeAll(file.number(), save.bytes); error != 0) {
+        return error;
+    }
+    if (::ftruncate(file.number(), size) != 0) {
+        return errno;
+    }
+    keepMode(save, file.number());
+    return FileOutput::synchronize(file.number());
+}
+
+/// Whether the path still leads to the open file.
+bool isInPlace(const Save& save, const FileDescriptor& file) {
+    struct stat opened {};
+    struct stat present {};
+    return ::fstat(file.number(), &opened) == 0 &&
+           ::lstat(save.target.constData(), &present) == 0 && opened.st_dev == present.st_dev &&
+           opened.st_ino == present.st_ino;
+}
+
+[[noreturn]] void failAsMoved(const Save& save) {
+    fail(save, explained(QT_TRANSLATE_NOOP("SafeWriter",
+                                           "Another program has moved or replaced it meanwhile.")));
+}
+
+/// Nothing else will do: what lies in the folder for temporary files may be gone after a power cut.
+[[noreturn]] void failWithoutCopy(const Save& save, const QString& safetyFolder, int errorNumber) {
+    const FileError reason =
+        FileError::fromSystem(FileError::Code::writeFailed, save.path, errorNumber);
+    fail(save,
+         QCoreApplication::translate(
+             "SafeWriter",
+             "It can only be overwritten, and a copy of what it holds, which is needed in case "
+             "that fails, cannot be put into “%1”: %2 Allow writing there, or make room.")
+             .arg(FilePath::shown(safetyFolder), reason.failureReason()));
+}
+
+void overwrite(const Save& save, const QString& safetyFolder) {
+    FileDescriptor file(::open(save.target.constData(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW));
+    if (!file.isOpen()) {
+        fail(save, errno);
+    }
+    if (::faccessat(AT_FDCWD, save.target.constData(), R_OK, AT_EACCESS) != 0) {
+        fail(save, errno);
+    }
+    const SafetyCopy copy(safetyFolder, save.target, ContentDigest::of(save.bytes));
+    if (copy.error() != 0) {
+        failWithoutCopy(save, safetyFolder, copy.error());
+    }
+    try {
+        askForConsent(save);
+    } catch (const FileError&) {
+        copy.remove();
+        throw;
+    }
+    // What was copied and asked about is what the path led to then.
+    if (!isInPlace(save, file)) {
+        copy.remove();
+        failAsMoved(save);
+    }
+    int error = writeOver(save, file);
+    const bool isMoved = !isInPlace(save, file);
+    error = error != 0 ? error : file.close();
+    if (error == 0 && !isMoved && !hasArrived(save)) {
+        error = EIO;
+    }
+    // Where the file is another program's now, the old bytes have no business in it.
+    if (error != 0 && (isMoved || copy.restore() != 0)) {
+        const FileError reason =
+            FileError::fromSystem(FileError::Code::writeFailed, save.path, error);
+        fail(save,
+             QCoreApplication::translate("SafeWriter", "%1 What it held before is kept in “%2”.")
+                 .arg(reason.failureReason(), FilePath::shown(copy.path())));
+    }
+    copy.remove();
+    check(save, error);
+    if (isMoved) {
+        failAsMoved(save);
+    }
+}
+
+}  // namespace
+
+void SafeWriter::write(const QString& path, std::span<const std::uint8_t> bytes,
+                       const QString& safetyFolder, const Consent& mayReplace) {
+    Save save{path, resolved(FilePath::encoded(path)), std::nullopt, bytes, mayReplace};
+    examine(save);
+    if (!replace(save)) {
+        overwrite(save, safetyFolder);
+    }
+}

@@ -1,0 +1,140 @@
+#include "app/desktop/watching/FileMonitor.h"
+
+#include <fcntl.h>
+
+#include "app/desktop/files/BackgroundTask.h"
+#include "app/desktop/files/FileDescriptor.h"
+#include "app/desktop/files/FilePath.h"
+
+FileMonitor::FileMonitor(std::chrono::milliseconds rest, QObject* parent) : QObject(parent) {
+    rest_.setSingleShot(true);
+    rest_.setInterval(rest);
+    connect(&rest_, &QTimer::timeout, this, &FileMonitor::beginLook);
+    connect(&events_, &FileEvents::happened, this, &FileMonitor::handleEvent);
+}
+
+FileMonitor::~FileMonitor() = default;
+
+void FileMonitor::follow(const QString& path, const ContentDigest& known) {
+    ++generation_;
+    path_ = FilePath::encoded(path);
+    known_ = known;
+    told_.reset();
+    reported_ = Report::known;
+    concluded_.reset();
+    seen_.reset();
+    events_.watch(path_);
+    // What happened between the reading of the file and now has caused no event.
+    rest_.start();
+}
+
+void FileMonitor::pause() {
+    isPaused_ = true;
+    ++generation_;
+    rest_.stop();
+    seen_.reset();
+}
+
+void FileMonitor::resume() {
+    isPaused_ = false;
+    concluded_.reset();
+    if (!path_.isEmpty()) {
+        rest_.start();
+    }
+}
+
+void FileMonitor::check() {
+    if (!isPaused_ && !path_.isEmpty() && !rest_.isActive()) {
+        beginLook();
+    }
+}
+
+void FileMonitor::handleEvent() {
+    if (isPaused_ || path_.isEmpty()) {
+        return;
+    }
+    // The times of files have gaps of milliseconds: what is written shortly after a look, in the
+    // same size, may leave the stamp as it is.
+    concluded_.reset();
+    if (!rest_.isActive() && !seen_) {
+        beginLook();
+    }
+    rest_.start();
+}
+
+FileMonitor::Sight FileMonitor::look(const QByteArray& path,
+                                     const std::optional<FileStamp>& before) {
+    Sight sight{FileStamp::of(path), std::nullopt};
+    if (sight.stamp.kind != FileStamp::Kind::regular || sight.stamp != before) {
+        return sight;
+    }
+    const FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (file.isOpen()) {
+        sight.digest = ContentDigest::ofOpenFile(file.number());
+    }
+    const FileStamp after = FileStamp::of(path);
+    if (after != sight.stamp) {
+        sight = {after, std::nullopt};
+    }
+    return sight;
+}
+
+void FileMonitor::beginLook() {
+    if (isLooking_) {
+        rest_.start();
+        return;
+    }
+    isLooking_ = true;
+    BackgroundTask::run(
+        *this, [path = path_, before = seen_] { return look(path, before); },
+        [this, generation = generation_](const Sight& sight) {
+            isLooking_ = false;
+            if (generation == generation_) {
+                handleSight(sight);
+            }
+        });
+}
+
+void FileMonitor::handleSight(const Sight& sight) {
+    if (rest_.isActive()) {
+        // More has happened; it will be looked at again.
+        seen_ = sight.stamp;
+    } else if (sight.stamp == concluded_ || sight.stamp == seen_) {
+        conclude(sight);
+    } else {
+        seen_ = sight.stamp;
+        rest_.start();
+    }
+}
+
+void FileMonitor::conclude(const Sight& sight) {
+    const bool isNews = sight.stamp != concluded_;
+    concluded_ = sight.stamp;
+    seen_.reset();
+    if (isNews) {
+        report(sight);
+    }
+    Q_EMIT examined();
+}
+
+void FileMonitor::report(const Sight& sight) {
+    if (sight.digest) {
+        reportContent(*sight.digest);
+    } else if (sight.stamp.kind == FileStamp::Kind::missing && reported_ != Report::deleted) {
+        reported_ = Report::deleted;
+        Q_EMIT deleted();
+    }
+}
+
+void FileMonitor::reportContent(const ContentDigest& content) {
+    if (content == known_) {
+        if (reported_ != Report::known) {
+            reported_ = Report::known;
+            Q_EMIT restored();
+        }
+    } else if (reported_ != Report::changed || told_ != content) {
+        reported_ = Report::changed;
+        told_ = content;
+        Q_EMIT changed(content);
+    }
+}

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <chrono>
+#include <cstdint>
+#include <optional>
+
+#include "app/desktop/files/ContentDigest.h"
+#include "app/desktop/watching/FileEvents.h"
+#include "app/desktop/watching/FileStamp.h"
+
+/// Finds out when other programs make a file hold something else. Looks at what the file holds, so
+/// that neither new times nor new rights nor the same bytes once more count as a change, and only
+/// when it has come to rest, so that nothing is seen half written. Links are followed. All that may
+/// take long is done on a worker thread. Belongs to the main thread.
+class FileMonitor : public QObject {
+    Q_OBJECT
+
+public:
+    /// For how long nothing may happen to a file before it counts as complete.
+    static constexpr std::chrono::milliseconds restTime{200};
+
+    explicit FileMonitor(std::chrono::milliseconds rest = restTime, QObject* parent = nullptr);
+    ~FileMonitor() override;
+
+    /// From now on the file at `path` is looked after, which is known to hold `known`.
+    void follow(const QString& path, const ContentDigest& known);
+
+    /// No signals come until `resume`, which then makes up for what was missed: while the file is
+    /// being read or written here.
+    void pause();
+    void resume();
+
+    /// Looks whether something has happened that the system did not tell of, as with files that
+    /// other machines write to. Costs next to nothing if nothing has.
+    void check();
+
+Q_SIGNALS:
+    /// The file holds something else than what is known and what was told of last.
+    void changed(const ContentDigest& content);
+
+    /// There is no file any more.
+    void deleted();
+
+    /// After `changed` or `deleted`: the file holds again what is known.
+    void restored();
+
+    /// The file was looked at. After the other signals, if there are any.
+    void examined();
+
+private:
+    /// What was seen of a file at one moment; with the digest only if it was at rest.
+    struct Sight {
+        FileStamp stamp;
+        std::optional<ContentDigest> digest;
+    };
+    enum class Report : std::uint8_t { known, changed, deleted };
+
+    static Sight look(const QByteArray& path, const std::optional<FileStamp>& before);
+    void handleEvent();
+    void beginLook();
+    void handleSight(const Sight& sight);
+    void conclude(const Sight& sight);
+    void report(const Sight& sight);
+    void reportContent(const ContentDigest& content);
+
+    FileEvents events_;
+    QTimer rest_;
+    QByteArray path_;
+    std::optional<ContentDigest> known_;
+    std::optional<ContentDigest> told_;
+    Report reported_ = Report::known;
+    std::optional<FileStamp> concluded_;  ///< nothing to find out while the file has this stamp
+    std::optional<FileStamp> seen_;       ///< when it was looked at, since the last event
+    std::uint64_t generation_ = 0;        ///< what is being looked at: sights of others are stale
+    bool isLooking_ = false;
+    bool isPaused_ = false;
+};

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "PlistCore/PlistFile.h"
+#include "PlistCore/PlistFormat.h"
+#include "PlistCore/PlistString.h"
+#include "PlistCore/PlistType.h"
+#include "PlistCore/PlistValue.h"
+#include "app/model/editing/EditError.h"
+#include "app/model/editing/UndoManager.h"
+#include "app/model/tree/PlistNode.h"
+#include "app/model/tree/PlistNodePtr.h"
+
+class PlistDocument;
+
+/// The only way in which the tree of a document is changed. Each operation is one undo group with a
+/// name, and registers its inverse as a call back into an editor. What is no change does nothing
+/// and registers nothing.
+///
+/// A record without state of its own, cheap to copy. The document must outlive it and the entries
+/// of the undo manager; without an undo manager edits happen all the same.
+///
+/// `PlistDocument::treeChanged` follows each operation, or each step of undo and redo, once.
+class PlistEditor {
+public:
+    explicit PlistEditor(PlistDocument& document, UndoManager* undoManager = nullptr);
+
+    PlistDocument& document() const noexcept { return *document_; }
+    UndoManager* undoManager() const noexcept { return undoManager_.data(); }
+
+    /// Gives an entry another key. Refused for the root, and in a dictionary for a key that a
+    /// sibling has.
+    std::optional<EditError> rename(PlistNode& node, const PlistString& key) const;
+
+    /// Replaces a scalar by another; does nothing for containers or an equal value.
+    void changeValue(PlistNode& node, const PlistValue& value) const;
+
+    /// Converts the content to another type. Between dictionary and array the child nodes stay; an
+    /// array that becomes a dictionary gets keys where they are missing or repeated.
+    void changeType(PlistNode& node, PlistType type) const;
+
+    /// Sets the format for saving; does nothing for the OpenStep form, which can only be read.
+    void changeFormat(PlistFormat format) const;
+
+    /// Puts new nodes before the child at `index`, at the end for too large a one. Keys are taken
+    /// as they are. Does nothing if `parent` is a scalar.
+    void add(std::span<const PlistNodePtr> nodes, PlistNode& parent, qint64 index) const;
+
+    /// A new node, and the one that it shall stand directly behind.
+    struct Copy {
+        PlistNodePtr original;
+        PlistNodePtr copy;
+    };
+
+    /// Puts each copy behind its original; all originals have parents and differ. Keys are taken as
+    /// they are. Counts one revision for each copy, but costs in proportion to the siblings.
+    void addCopies(std::span<const Copy> copies) const;
+
+    /// Takes nodes out of the tree; the root is skipped.
+    void remove(std::span<const PlistNodePtr> nodes) const;
+
+    /// Moves nodes before the child at `index`, as it is before the move, and returns those that
+    /// were moved: nodes that hold `parent` stay. In a dictionary keys that are taken get a number.
+    std::vector<PlistNodePtr> move(std::span<const PlistNodePtr> nodes, PlistNode& parent,
+                                   qint64 index) const;
+
+    /// Sorts the entries of a dictionary by key, in the order of `UnicodeText::compare`; equal keys
+    /// keep their order.
+    void sortKeys(PlistNode& node) const;
+
+    /// Makes a file's content that of the document, as reverting and reloading do: one step that
+    /// brings the old tree, format and notice back when it is undone.
+    void replaceContent(const PlistFile& snapshot, const QString& actionName) const;
+
+    /// The same with a root that has been made from the file, which was in the format `format`.
+    void replaceContent(const PlistNodePtr& root, PlistFormat format,
+                        const QString& actionName) const;
+
+private:
+    /// Where nodes stood that were taken out: the nodes of one parent, by ascending position.
+    struct Places {
+        PlistNodePtr parent;
+        std::vector<std::size_t> positions;
+        std::vector<PlistNodePtr> nodes;
+    };
+
+    /// What a revert puts in place.
+    struct Content {
+        PlistNodePtr root;
+        PlistFormat format;
+        bool wasReadOnlyFormat;
+    };
+
+    static std::vector<Places> placesOf(std::span<const PlistNodePtr> nodes);
+    static std::vector<PlistString> keysOf(PlistNode& node);
+
+    void setKey(const PlistNodePtr& node, const PlistString& key) const;
+    void replaceValue(const PlistNodePtr& node, const PlistValue& value,
+                      const QString& actionName) const;
+    void restore(const PlistNodePtr& node, const PlistNode::Representation& content) const;
+    void convert(const PlistNodePtr& node, PlistType type,
+                 const std::vector<PlistString>& keys) const;
+    void takeOut(const std::vector<Places>& places) const;
+    void putBack(const std::vector<Places>& places) const;
+    void makeKeysUnique(std::span<const PlistNodePtr> nodes, PlistNode& parent) const;
+    void setOrder(const PlistNodePtr& node, const std::vector<PlistNodePtr>& order) const;
+    void setFormat(PlistFormat format) const;
+    void setContent(const Content& content) const;
+
+    /// Registers `inverse`, which is called with an editor of the same document.
+    template <typename Inverse>
+    void registerUndo(Inverse inverse) const;
+
+    PlistDocument* document_;
+    QPointer<UndoManager> undoManager_;
+};

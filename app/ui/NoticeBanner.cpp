@@ -1,5 +1,0 @@
-#include "app/ui/NoticeBanner.h"
-
-NoticeBanner::NoticeBanner(const QString& text, QWidget* parent) : NoticeStrip(parent) {
-    setText(text);
-}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+#include <vector>
+
+#include "app/desktop/recovery/LostDocument.h"
+#include "app/desktop/saving/SafetyCopy.h"
+
+/// Looks for what a crash has left, and asks what shall become of it: the old content of files
+/// whose saves were interrupted, and documents with unsaved changes.
+class CrashRecovery : public QObject {
+    Q_OBJECT
+
+public:
+    /// Looks in the folder `place`.
+    explicit CrashRecovery(QString place, QObject* parent = nullptr);
+
+    /// Looks in the background, but only the first time.
+    void look();
+
+    /// Asks about what was found, over `window`.
+    void ask(QWidget& window);
+
+Q_SIGNALS:
+    /// A crash has left something, which is to be asked about.
+    void found();
+
+    void recoverChosen(const LostDocument& document);
+
+private:
+    struct Findings {
+        std::vector<SafetyCopy> copies;
+        std::vector<LostDocument> documents;
+    };
+
+    void askAboutNext();
+    void askAboutCopy();
+    void restore(const SafetyCopy& copy);
+    void showFolder(const QString& path);
+
+    QString place_;
+    bool hasLooked_ = false;
+    Findings findings_;
+    QPointer<QWidget> window_;
+};

@@ -1,0 +1,255 @@
+#include "app/ui/app/TabuletApp.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QTimer>
+#include <QTranslator>
+#include <algorithm>
+
+#include "app/desktop/document/DocumentRecovery.h"
+#include "app/desktop/files/FilePath.h"
+#include "app/desktop/files/SameFile.h"
+#include "app/desktop/files/StateFolder.h"
+#include "app/desktop/session/RecentDocuments.h"
+#include "app/ui/dialogs/FileDialogs.h"
+#include "app/ui/document/DocumentView.h"
+#include "app/ui/window/DocumentWindow.h"
+
+namespace {
+
+/// The texts in the sources are English, but say nothing about singular and plural: that is in a
+/// catalogue, which is needed whatever the user's language is.
+void loadTexts() {
+    auto* translator = new QTranslator(qApp);
+    if (translator->load(QStringLiteral(":/i18n/tabulet_en.qm"))) {
+        QCoreApplication::installTranslator(translator);
+    }
+}
+
+/// Whether a window shows its file, and nobody has done anything to it yet.
+bool isUntouched(DocumentWindow& window) {
+    DocumentController& controller = window.controller();
+    return controller.activity() == DocumentController::Activity::idle &&
+           !controller.isModified() && !controller.undoManager().canUndo() &&
+           !controller.undoManager().canRedo() && window.isUndisturbed();
+}
+
+void bringToFront(QWidget& window) {
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.raise();
+    window.activateWindow();
+}
+
+}  // namespace
+
+TabuletApp::TabuletApp(QObject* parent)
+    : QObject(parent),
+      recoveryStore_(StateFolder::recoveryPath()),
+      crashRecovery_(StateFolder::recoveryPath()) {
+    connect(&colorScheme_, &ColorScheme::preferenceChanged, this,
+            [this] { appearance_.follow(colorScheme_.preference()); });
+    connect(&crashRecovery_, &CrashRecovery::found, this, &TabuletApp::askAboutLost);
+    connect(&crashRecovery_, &CrashRecovery::recoverChosen, this, &TabuletApp::recover);
+    connect(&terminationSignals_, &TerminationSignals::received, this,
+            &TabuletApp::endWithoutAsking);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &TabuletApp::keepAll,
+            Qt::DirectConnection);
+    qApp->installEventFilter(this);
+}
+
+TabuletApp::~TabuletApp() {
+    const QList<DocumentWindow*> remaining = windows_;
+    windows_.clear();
+    qDeleteAll(remaining);
+}
+
+void TabuletApp::setUp(const QString& version) {
+    QCoreApplication::setApplicationName(QStringLiteral("tabulet"));
+    QCoreApplication::setApplicationVersion(version);
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Tabulet"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("tabulet"));
+    loadTexts();
+}
+
+void TabuletApp::start(const QStringList& paths) {
+    if (paths.isEmpty()) {
+        newDocument();
+    } else {
+        open(paths);
+    }
+    // What is asked then stands over a window, which must have its place for that.
+    DocumentWindow* window = windows_.first();
+    connect(window, &DocumentWindow::documentShown, &crashRecovery_, &CrashRecovery::look);
+    connect(&window->controller(), &DocumentController::openFailed, &crashRecovery_,
+            &CrashRecovery::look);
+}
+
+void TabuletApp::askAboutLost() {
+    const auto found =
+        std::find_if(windows_.begin(), windows_.end(),
+                     [](const DocumentWindow* window) { return window->isUndisturbed(); });
+    if (found != windows_.end()) {
+        crashRecovery_.ask(**found);
+        return;
+    }
+    DocumentWindow* window = newDocument();
+    connect(
+        window, &DocumentWindow::documentShown, this,
+        [this, window] { crashRecovery_.ask(*window); }, Qt::SingleShotConnection);
+}
+
+DocumentWindow* TabuletApp::newDocument() {
+    DocumentWindow* window = makeWindow();
+    window->show();
+    return window;
+}
+
+void TabuletApp::open(const QStringList& paths) {
+    for (const QString& path : paths) {
+        openOne(path);
+    }
+}
+
+void TabuletApp::takeOver(const QStringList& paths, const LaunchToken& token) {
+    // The user goes on working.
+    isQuitting_ = false;
+    token.useForNextWindow();
+    DocumentWindow* window = nullptr;
+    for (const QString& path : paths) {
+        window = openOne(path);
+    }
+    if (window == nullptr) {
+        window = pristineWindow();
+    }
+    bringToFront(window != nullptr ? *window : *newDocument());
+}
+
+DocumentWindow* TabuletApp::openOne(const QString& path) {
+    if (DocumentWindow* window = windowShowing(path)) {
+        bringToFront(*window);
+        return window;
+    }
+    DocumentWindow* window = pristineWindow();
+    if (window == nullptr) {
+        window = makeWindow();
+    }
+    window->open(path);
+    window->show();
+    return window;
+}
+
+DocumentWindow* TabuletApp::makeWindow() {
+    ++untitledCount_;
+    const QString name =
+        untitledCount_ == 1 ? tr("Untitled") : tr("Untitled %1").arg(untitledCount_);
+    auto* window = new DocumentWindow(name);
+    windows_ += window;
+    auto* recovery = new DocumentRecovery(window->controller(), recoveryStore_);
+    connect(this, &TabuletApp::keepingNeeded, recovery, &DocumentRecovery::keepNow);
+    connect(window, &DocumentWindow::recovered, recovery, &DocumentRecovery::keepNow);
+    connect(recovery, &DocumentRecovery::kept, window, &DocumentWindow::handleKept);
+    connect(recovery, &DocumentRecovery::keepingFailed, window,
+            &DocumentWindow::warnThatNothingIsKept);
+    connect(window, &DocumentWindow::newChosen, this, &TabuletApp::newDocument);
+    connect(window, &DocumentWindow::openChosen, this, [this, window] { askForFiles(*window); });
+    connect(window, &DocumentWindow::recentChosen, this, &TabuletApp::openOne);
+    connect(window, &DocumentWindow::filesDropped, this, &TabuletApp::open);
+    connect(window, &DocumentWindow::quitChosen, this, &TabuletApp::quit);
+    connect(window, &DocumentWindow::closeRefused, this, [this] { isQuitting_ = false; });
+    connect(window, &QObject::destroyed, this, &TabuletApp::forget);
+    connect(&window->controller(), &DocumentController::openFailed, window,
+            &DocumentWindow::explainOpenFailure);
+    const auto remember = [window] {
+        if (const QString& path = window->controller().path(); !path.isEmpty()) {
+            RecentDocuments::add(path);
+        }
+    };
+    connect(&window->controller(), &DocumentController::opened, window, remember);
+    connect(&window->controller(), &DocumentController::saved, window, remember);
+    window->setWindowList([this] { return QList<QWidget*>(windows_.begin(), windows_.end()); });
+    return window;
+}
+
+DocumentWindow* TabuletApp::windowShowing(const QString& path) const {
+    const auto found =
+        std::find_if(windows_.begin(), windows_.end(), [&path](DocumentWindow* window) {
+            const QString& shown = window->controller().claimedPath();
+            return !shown.isEmpty() && isSameFile(shown, path);
+        });
+    return found == windows_.end() ? nullptr : *found;
+}
+
+DocumentWindow* TabuletApp::pristineWindow() const {
+    const auto found = std::find_if(windows_.begin(), windows_.end(), [](DocumentWindow* window) {
+        return window->controller().isPristine() && window->isUndisturbed();
+    });
+    return found == windows_.end() ? nullptr : *found;
+}
+
+void TabuletApp::askForFiles(DocumentWindow& window) const {
+    const QString& path = window.controller().path();
+    QFileDialog* dialog = FileDialogs::opening(
+        window, path.isEmpty() ? RecentDocuments::lastFolder() : FilePath::folder(path));
+    connect(dialog, &QFileDialog::filesSelected, this, &TabuletApp::open);
+    dialog->open();
+}
+
+void TabuletApp::recover(const LostDocument& lost) {
+    DocumentWindow* window = windowFor(lost);
+    window->recover(lost);
+    window->show();
+}
+
+/// The window that shows its file without changes, or one that shows nothing yet.
+DocumentWindow* TabuletApp::windowFor(const LostDocument& lost) {
+    if (lost.hasFile()) {
+        DocumentWindow* window = windowShowing(lost.filePath());
+        if (window != nullptr && isUntouched(*window)) {
+            return window;
+        }
+    }
+    DocumentWindow* window = pristineWindow();
+    return window != nullptr ? window : makeWindow();
+}
+
+// --- The end ---
+
+void TabuletApp::keepAll() {
+    for (DocumentWindow* window : windows_) {
+        window->view().commitEditing();
+    }
+    Q_EMIT keepingNeeded();
+    recoveryStore_.wait();
+}
+
+void TabuletApp::endWithoutAsking() {
+    keepAll();
+    recoveryStore_.seal();
+    QCoreApplication::exit();
+}
+
+bool TabuletApp::eventFilter(QObject* watched, QEvent* event) {
+    // The end of the desktop's session; what the user ends here has been asked about already.
+    if (watched == qApp && event->type() == QEvent::Quit) {
+        endWithoutAsking();
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void TabuletApp::quit() {
+    isQuitting_ = true;
+    if (windows_.isEmpty()) {
+        QCoreApplication::quit();
+    } else {
+        windows_.last()->close();
+    }
+}
+
+void TabuletApp::forget(QObject* window) {
+    windows_.removeIf([window](const DocumentWindow* one) { return one == window; });
+    if (isQuitting_) {
+        // Not from within the end of the window before.
+        QTimer::singleShot(0, this, &TabuletApp::quit);
+    }
+}

@@ -1,0 +1,54 @@
+#include <QApplication>
+#include <cstddef>
+#include <span>
+
+#include "app/desktop/session/LaunchToken.h"
+#include "app/desktop/session/SessionBus.h"
+#include "app/desktop/session/SingleInstance.h"
+#include "app/desktop/session/TerminationSignals.h"
+#include "app/ui/app/CommandLine.h"
+#include "app/ui/app/TabuletApp.h"
+#include "app/ui/window/WindowPicture.h"
+
+namespace {
+
+/// Prints what was asked for, also where there is no display.
+int printText(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    TabuletApp::setUp(QStringLiteral(TABULET_VERSION));
+    CommandLine::parse({argv, static_cast<std::size_t>(argc)});
+    return 0;
+}
+
+int showWindows(int argc, char** argv) {
+    const LaunchToken token = LaunchToken::ofThisProcess();
+    SessionBus::useOnlyIfThere();
+    const QApplication application(argc, argv);
+    TabuletApp::setUp(QStringLiteral(TABULET_VERSION));
+    // Those that are meant for the toolkit have been taken out.
+    const CommandLine commandLine = CommandLine::parse({argv, static_cast<std::size_t>(argc)});
+
+    if (!commandLine.picturePath.isEmpty()) {
+        takeWindowPicture(commandLine.paths.first(), commandLine.picturePath);
+        return QApplication::exec();
+    }
+    SingleInstance instance;
+    if (instance.start(commandLine.paths, token) == SingleInstance::Role::handedOver) {
+        return 0;
+    }
+    TabuletApp app;
+    QObject::connect(&instance, &SingleInstance::handedOver, &app, &TabuletApp::takeOver);
+    // Nothing more can be taken over when the program is about to end.
+    QObject::connect(&application, &QGuiApplication::lastWindowClosed, &instance,
+                     &SingleInstance::stop);
+    app.start(commandLine.paths);
+    return QApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    TerminationSignals::block();
+    const bool isText = CommandLine::asksForText({argv, static_cast<std::size_t>(argc)});
+    return isText ? printText(argc, argv) : showWindows(argc, argv);
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QDialog>
+#include <vector>
+
+#include "app/desktop/recovery/LostDocument.h"
+
+class QListWidget;
+class QPushButton;
+
+/// Lists documents that a crash left unsaved, all of them selected, and asks what shall become of
+/// them. Whatever is not recovered or discarded stays for the next start. Deletes itself when it is
+/// closed, as it does when nothing is left in it.
+class RecoveryDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit RecoveryDialog(std::vector<LostDocument> documents, QWidget* parent = nullptr);
+
+Q_SIGNALS:
+    void recoverChosen(const LostDocument& document);
+
+    /// The user wants to see where this file lies.
+    void showFolderChosen(const QString& path);
+
+private:
+    void addRow(int number);
+    QWidget* makeButtons();
+    void updateButtons();
+    QList<int> selectedNumbers() const;
+    void recover();
+    void askToDiscard();
+    void discard();
+    void removeRows(const QList<int>& numbers);
+
+    std::vector<LostDocument> documents_;
+    QListWidget* list_;
+    QPushButton* recover_ = nullptr;
+    QPushButton* discard_ = nullptr;
+    QPushButton* showFolder_ = nullptr;
+};

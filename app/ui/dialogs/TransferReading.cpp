@@ -1,0 +1,22 @@
+#include "app/ui/dialogs/TransferReading.h"
+
+#include "PlistCore/PlistError.h"
+#include "app/desktop/pasteboard/PasteboardData.h"
+#include "app/model/actions/TransferError.h"
+#include "app/model/tree/NestingDepth.h"
+#include "app/ui/dialogs/MessageDialog.h"
+
+std::optional<PlistTransfer> TransferReading::read(const QMimeData& data,
+                                                   const PlistNode& container, QWidget& window,
+                                                   const QString& headline) {
+    try {
+        PlistTransfer transfer = PasteboardData::transferFrom(data);
+        NestingDepth::check(transfer.entries, container);
+        return transfer;
+    } catch (const TransferError& error) {
+        MessageDialog::show(window, headline, error.message());
+    } catch (const PlistError& error) {
+        MessageDialog::show(window, headline, QString::fromStdString(error.errorDescription()));
+    }
+    return std::nullopt;
+}

@@ -1,0 +1,226 @@
+#include "app/ui/editors/DataPopover.h"
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTextDocument>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "PlistCore/PlistText.h"
+#include "app/desktop/files/BackgroundTask.h"
+#include "app/desktop/files/FileError.h"
+#include "app/desktop/saving/ByteFile.h"
+#include "app/ui/dialogs/MessageDialog.h"
+#include "app/ui/editors/Base64Filling.h"
+#include "app/ui/look/ErrorColor.h"
+#include "app/ui/look/SecondaryLabel.h"
+#include "app/ui/notices/ProgressPage.h"
+#include "app/ui/text/FileName.h"
+#include "app/ui/text/HexDump.h"
+
+namespace {
+
+/// The widest line of the dump: offset, blanks, and 16 bytes in four groups.
+constexpr int dumpColumns = 8 + 2 + 32 + 3;
+
+QPlainTextEdit* makeEditor(const QString& name, QWidget* parent) {
+    auto* editor = new QPlainTextEdit(parent);
+    editor->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    editor->setAccessibleName(name);
+    editor->setTabChangesFocus(true);
+    return editor;
+}
+
+/// More than a person types: to read it takes longer than an answer may.
+constexpr qsizetype longText = 1'000'000;
+
+std::optional<std::vector<std::uint8_t>> bytesOf(QString text) {
+    text.replace(QChar::ParagraphSeparator, u'\n');
+    return PlistText::parseBase64(text.toStdString());
+}
+
+}  // namespace
+
+DataPopover::DataPopover(Bytes bytes, const QString& name, std::function<void(Bytes)> apply,
+                         QWidget* parent)
+    : QDialog(parent),
+      name_(name),
+      apply_(std::move(apply)),
+      dump_(makeEditor(tr("Bytes"), this)),
+      note_(new SecondaryLabel({}, this)),
+      base64_(makeEditor(tr("Base64"), this)),
+      filling_(new Base64Filling(*base64_, this)),
+      problem_(new QLabel(tr("This is not valid Base64."), this)),
+      buttons_(new QDialogButtonBox(this)),
+      progress_(new QProgressBar(this)) {
+    setWindowTitle(name);
+    dump_->setReadOnly(true);
+    dump_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    makeLayout();
+    connect(base64_, &QPlainTextEdit::textChanged, this, [this] { isEdited_ = true; });
+    connect(filling_, &Base64Filling::done, this, [this] {
+        isEdited_ = false;
+        finish();
+    });
+    setBytes(bytes);
+}
+
+void DataPopover::makeLayout() {
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(dump_, 2);
+    layout->addWidget(note_);
+    auto* label = new QLabel(tr("Base64"), this);
+    label->setBuddy(base64_);
+    layout->addWidget(label);
+    layout->addWidget(base64_, 1);
+    layout->addWidget(problem_);
+    QPushButton* import = buttons_->addButton(tr("Import…"), QDialogButtonBox::ActionRole);
+    QPushButton* save = buttons_->addButton(tr("Export…"), QDialogButtonBox::ActionRole);
+    QPushButton* apply = buttons_->addButton(tr("Apply"), QDialogButtonBox::ActionRole);
+    connect(import, &QPushButton::clicked, this, &DataPopover::askForImport);
+    connect(save, &QPushButton::clicked, this, &DataPopover::askForExport);
+    connect(apply, &QPushButton::clicked, this, &DataPopover::applyText);
+    // Else Return in the dump would ask for a file: dialogs press their first button.
+    apply->setDefault(true);
+    layout->addWidget(progress_);
+    layout->addWidget(buttons_);
+    // How long it will take is not known: a bar that only moves.
+    progress_->setRange(0, 0);
+    progress_->hide();
+    patience_.setSingleShot(true);
+    patience_.setInterval(ProgressPage::delay);
+    connect(&patience_, &QTimer::timeout, progress_, &QWidget::show);
+    const int character = dump_->fontMetrics().horizontalAdvance(u'0');
+    resize((dumpColumns + 10) * character, 30 * dump_->fontMetrics().height());
+}
+
+void DataPopover::setBytes(Bytes bytes) {
+    const bool wasFilling = !filling_->isDone();
+    bytes_.assign(bytes.begin(), bytes.end());
+    dump_->setPlainText(HexDump::text(bytes_));
+    note_->setText(HexDump::note(bytes_));
+    note_->setVisible(!note_->text().isEmpty());
+    filling_->start(bytes_);
+    isEdited_ = false;
+    if (wasFilling) {
+        finish();
+    }
+    if (!filling_->isDone()) {
+        begin(tr("Showing the bytes as Base64\u2026"));
+    }
+    setInvalid(false);
+}
+
+void DataPopover::applyText() {
+    if (!isEdited_) {
+        apply(bytes_);
+        return;
+    }
+    const QString text = base64_->document()->toRawText();
+    if (text.size() <= longText) {
+        apply(bytesOf(text));
+        return;
+    }
+    begin(tr("Applying\u2026"));
+    base64_->setReadOnly(true);
+    BackgroundTask::run(
+        *this, [text] { return bytesOf(text); },
+        [this](const std::optional<std::vector<std::uint8_t>>& bytes) {
+            base64_->setReadOnly(false);
+            finish();
+            apply(bytes);
+        });
+}
+
+/// Nothing was no Base64.
+void DataPopover::apply(const std::optional<std::vector<std::uint8_t>>& bytes) {
+    setInvalid(!bytes);
+    if (bytes) {
+        apply_(*bytes);
+    }
+}
+
+void DataPopover::setInvalid(bool isInvalid) {
+    isInvalid_ = isInvalid;
+    problem_->setVisible(isInvalid);
+    QPalette colors = palette();
+    colors.setColor(QPalette::WindowText, ErrorColor::of(colors));
+    problem_->setPalette(colors);
+    base64_->setAccessibleDescription(isInvalid ? problem_->text() : QString());
+}
+
+// --- Files ---
+
+void DataPopover::askForImport() {
+    auto* dialog = new QFileDialog(this, tr("Import"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(dialog, &QFileDialog::fileSelected, this, &DataPopover::importFrom);
+    dialog->open();
+}
+
+void DataPopover::askForExport() {
+    auto* dialog = new QFileDialog(this, tr("Export"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->selectFile(FileName::safe(name_));
+    connect(dialog, &QFileDialog::fileSelected, this, &DataPopover::exportTo);
+    dialog->open();
+}
+
+void DataPopover::importFrom(const QString& path) {
+    begin(tr("Importing\u2026"));
+    BackgroundTask::run(
+        *this, [path] { return ByteFile::read(path); },
+        [this, path](const ByteFile::Content& content) {
+            finish();
+            if (content.error.isEmpty()) {
+                apply_({reinterpret_cast<const std::uint8_t*>(content.bytes.constData()),
+                        static_cast<std::size_t>(content.bytes.size())});
+            } else {
+                MessageDialog::show(*this,
+                                    FileError(FileError::Code::readFailed, path, content.error));
+            }
+        });
+}
+
+void DataPopover::exportTo(const QString& path) {
+    begin(tr("Exporting\u2026"));
+    const QByteArray bytes(reinterpret_cast<const char*>(bytes_.data()),
+                           static_cast<qsizetype>(bytes_.size()));
+    BackgroundTask::run(
+        *this, [path, bytes] { return ByteFile::write(path, bytes); },
+        [this, path](const QString& error) {
+            finish();
+            if (!error.isEmpty()) {
+                const FileError failure(FileError::Code::writeFailed, path, error);
+                MessageDialog::show(*this, failure.message(),
+                                    tr("%1\n\nThe data is still in the document. Export it to "
+                                       "another place.")
+                                        .arg(failure.failureReason()));
+            }
+        });
+}
+
+/// The buttons have to wait until all is done: what they began, and the text after an undo.
+void DataPopover::begin(const QString& activity) {
+    ++activities_;
+    buttons_->setEnabled(false);
+    progress_->setAccessibleName(activity);
+    progress_->setFormat(activity);
+    patience_.start();
+}
+
+void DataPopover::finish() {
+    if (--activities_ > 0) {
+        return;
+    }
+    patience_.stop();
+    progress_->hide();
+    buttons_->setEnabled(true);
+}

@@ -1,0 +1,121 @@
+#include "app/ui/editors/ExactTextEdit.h"
+
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QTextDocument>
+#include <optional>
+
+#include "app/ui/editors/LongLines.h"
+
+namespace {
+
+/// The kind of line breaks that a text has. If it has several, any of them: no choice keeps all.
+QString lineBreakOf(const QString& text) {
+    for (const QString& kind : {QStringLiteral("\r\n"), QStringLiteral("\n"), QStringLiteral("\r"),
+                                QStringLiteral("\u2029")}) {
+        if (text.contains(kind)) {
+            return kind;
+        }
+    }
+    return QStringLiteral("\n");
+}
+
+/// How far a key deletes from the cursor; nothing for keys that delete nothing.
+std::optional<QTextCursor::MoveOperation> deletedBy(const QKeyEvent& event) {
+    if (event.matches(QKeySequence::Delete)) {
+        return QTextCursor::NextCharacter;
+    }
+    if (event.matches(QKeySequence::DeleteStartOfWord)) {
+        return QTextCursor::PreviousWord;
+    }
+    if (event.matches(QKeySequence::DeleteEndOfWord)) {
+        return QTextCursor::NextWord;
+    }
+    return event.key() == Qt::Key_Backspace ? std::optional(QTextCursor::PreviousCharacter)
+                                            : std::nullopt;
+}
+
+}  // namespace
+
+ExactTextEdit::ExactTextEdit(QWidget* parent) : QPlainTextEdit(parent) {
+    connect(this, &QPlainTextEdit::cursorPositionChanged, this, &ExactTextEdit::stayOffMarks);
+    connect(this, &QPlainTextEdit::selectionChanged, this, &ExactTextEdit::stayOffMarks);
+}
+
+bool ExactTextEdit::setExactText(const QString& text) {
+    lineBreak_ = lineBreakOf(text);
+    QString lines = text;
+    if (lineBreak_ != QLatin1String("\n")) {
+        lines.replace(lineBreak_, QStringLiteral("\n"));
+    }
+    setPlainText(LongLines::inSections(lines));
+    const bool isExact = exactText() == text;
+    setReadOnly(!isExact);
+    return isExact;
+}
+
+QString ExactTextEdit::exactText() const {
+    return LongLines::joined(document()->toRawText(), lineBreak_);
+}
+
+void ExactTextEdit::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::InsertLineSeparator) && !isReadOnly()) {
+        // The base would insert U+2028, which looks like a line break and is none in most files.
+        textCursor().insertBlock();
+        ensureCursorVisible();
+        event->accept();
+        return;
+    }
+    const std::optional<QTextCursor::MoveOperation> reach = deletedBy(*event);
+    if (reach && !isReadOnly() && !textCursor().hasSelection()) {
+        joinSections(*reach);
+    }
+    QPlainTextEdit::keyPressEvent(event);
+}
+
+/// The cursor and the ends of a selection never stand between a section and its mark: a mark that
+/// is deleted without what parts the sections would leave a line break.
+void ExactTextEdit::stayOffMarks() {
+    QTextCursor cursor = textCursor();
+    const int position = cursor.position();
+    const int anchor = cursor.anchor();
+    lastPosition_ = placeOffMark(position, lastPosition_ == position + 1);
+    // Where three clicks begin to select, for one. A selection becomes smaller rather than larger.
+    const int newAnchor =
+        anchor == position ? lastPosition_ : placeOffMark(anchor, anchor > position);
+    if (lastPosition_ != position || newAnchor != anchor) {
+        cursor.setPosition(newAnchor);
+        cursor.setPosition(lastPosition_, QTextCursor::KeepAnchor);
+        setTextCursor(cursor);
+    }
+}
+
+/// The place before or behind a mark and what parts the sections there, instead of between them.
+int ExactTextEdit::placeOffMark(int place, bool isBefore) const {
+    if (document()->characterAt(place) != LongLines::mark) {
+        return place;
+    }
+    return isBefore && place > 0 ? place - 1 : place + 1;
+}
+
+/// Joins the sections between which something is about to be deleted: the key shall delete what is
+/// seen, not what parts them.
+void ExactTextEdit::joinSections(QTextCursor::MoveOperation reach) {
+    QTextCursor deleted = textCursor();
+    deleted.movePosition(reach, QTextCursor::KeepAnchor);
+    for (int at = deleted.selectionEnd(); at >= deleted.selectionStart() && at > 0; --at) {
+        if (document()->characterAt(at) == LongLines::mark) {
+            QTextCursor seam(document());
+            seam.setPosition(at - 1);
+            seam.setPosition(at + 1, QTextCursor::KeepAnchor);
+            seam.removeSelectedText();
+            return;
+        }
+    }
+}
+
+QMimeData* ExactTextEdit::createMimeDataFromSelection() const {
+    auto* copied = new QMimeData;
+    copied->setText(LongLines::joined(textCursor().selectedText(), lineBreak_));
+    return copied;
+}

@@ -1,0 +1,33 @@
+#include "app/ui/editors/TypeMenu.h"
+
+#include <string_view>
+
+#include "PlistCore/PlistType.h"
+#include "app/model/tree/PlistNode.h"
+
+bool TypeMenu::isFor(const PlistNode& node) {
+    return node.type() != PlistType::uid;
+}
+
+TypeMenu::TypeMenu(const DocumentActions& actions, const PlistNodePtr& node, QWidget* parent)
+    : QMenu(tr("Type"), parent) {
+    for (const PlistType type : allPlistTypes) {
+        if (type == PlistType::uid) {
+            continue;
+        }
+        const std::string_view name = displayName(type);
+        QAction* item = addAction(QString::fromUtf8(name.data(), qsizetype(name.size())));
+        // Without a group, which some styles mark by dots in place of check marks.
+        item->setCheckable(true);
+        item->setChecked(type == node->type());
+        connect(item, &QAction::triggered, this, [actions, node, type] {
+            // A change to a container would show it expanded.
+            if (node->type() != type) {
+                actions.changeType(*node, type);
+            }
+        });
+        if (item->isChecked()) {
+            setActiveAction(item);
+        }
+    }
+}

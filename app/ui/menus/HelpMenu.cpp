@@ -1,0 +1,97 @@
+#include "app/ui/menus/HelpMenu.h"
+
+#include <QCoreApplication>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QKeySequence>
+#include <QLabel>
+#include <QMessageBox>
+#include <QVBoxLayout>
+
+namespace {
+
+struct KeyHelp {
+    QString keys;
+    QString meaning;
+};
+
+QString nameOf(const QKeySequence& keys) {
+    return keys.toString(QKeySequence::NativeText);
+}
+
+/// Keys of the table and its fields, and second keys of commands: what no menu tells.
+QList<KeyHelp> keyHelp() {
+    const auto pair = [](int one, int other) {
+        return HelpMenu::tr("%1 or %2").arg(nameOf(one), nameOf(other));
+    };
+    return {
+        {pair(Qt::Key_Return, Qt::Key_F2), HelpMenu::tr("Edit the key of the selected item")},
+        {nameOf(Qt::Key_Tab), HelpMenu::tr("From a key on to its value")},
+        {nameOf(Qt::Key_F4), HelpMenu::tr("Choose the type of the current item")},
+        {pair(Qt::Key_Menu, static_cast<int>(Qt::SHIFT) | Qt::Key_F10),
+         HelpMenu::tr("Show what can be done with the selected items")},
+        {nameOf(Qt::Key_Space),
+         HelpMenu::tr("Turn the current item to true or false, or edit its date or bytes")},
+        {nameOf(Qt::Key_Escape), HelpMenu::tr("End an edit without changing anything")},
+        {pair(Qt::Key_Right, Qt::Key_Left), HelpMenu::tr("Expand or collapse the selected items")},
+        {pair(static_cast<int>(Qt::ALT) | Qt::Key_Right, static_cast<int>(Qt::ALT) | Qt::Key_Left),
+         HelpMenu::tr("The same with everything below them")},
+        {pair(static_cast<int>(Qt::ALT) | Qt::Key_Up, static_cast<int>(Qt::ALT) | Qt::Key_Down),
+         HelpMenu::tr("Move the selected items")},
+        {pair(static_cast<int>(Qt::CTRL | Qt::SHIFT) | Qt::Key_Right,
+              static_cast<int>(Qt::CTRL | Qt::SHIFT) | Qt::Key_Left),
+         HelpMenu::tr("Expand or collapse everything")},
+        {pair(Qt::Key_Delete, Qt::Key_Backspace), HelpMenu::tr("Delete the selected items")},
+        {pair(Qt::Key_F3, static_cast<int>(Qt::SHIFT) | Qt::Key_F3),
+         HelpMenu::tr("The next or the previous match")},
+    };
+}
+
+QLabel* plainLabel(const QString& text, QWidget* parent) {
+    auto* label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setText(text);
+    return label;
+}
+
+}  // namespace
+
+HelpMenu::HelpMenu(QWidget* window) : QMenu(tr("&Help"), window) {
+    connect(addAction(tr("&Keyboard Shortcuts")), &QAction::triggered, this, &HelpMenu::showKeys);
+    addSeparator();
+    connect(addAction(tr("&About Tabulet")), &QAction::triggered, this, &HelpMenu::showAbout);
+}
+
+void HelpMenu::showKeys() {
+    auto* dialog = new QDialog(parentWidget());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(tr("Keyboard Shortcuts"));
+    auto* layout = new QVBoxLayout(dialog);
+    layout->addWidget(
+        plainLabel(tr("Beside the keys that the menus show, there are these:"), dialog));
+    auto* table = new QFormLayout;
+    table->setHorizontalSpacing(24);
+    table->setContentsMargins(0, 8, 0, 8);
+    for (const KeyHelp& help : keyHelp()) {
+        table->addRow(plainLabel(help.keys, dialog), plainLabel(help.meaning, dialog));
+    }
+    layout->addLayout(table);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, dialog);
+    connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+    layout->addWidget(buttons);
+    dialog->open();
+}
+
+void HelpMenu::showAbout() {
+    auto* box = new QMessageBox(parentWidget());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowTitle(tr("About Tabulet"));
+    box->setTextFormat(Qt::PlainText);
+    box->setText(tr("Tabulet %1").arg(QCoreApplication::applicationVersion()));
+    box->setInformativeText(
+        tr("An editor for property lists.\nFree software under the MIT "
+           "licence, without any warranty."));
+    box->setStandardButtons(QMessageBox::Close);
+    box->open();
+}

@@ -1,0 +1,46 @@
+#include "app/ui/notices/FileNotice.h"
+
+#include <QAccessible>
+#include <QPushButton>
+
+FileNotice::FileNotice(const FileFollower& follower, QWidget* parent)
+    : NoticeStrip(parent),
+      follower_(follower),
+      reload_(addButton(tr("&Reload"))),
+      keep_(addButton(tr("&Keep Mine"))),
+      save_(addButton(tr("&Save"))) {
+    connect(reload_, &QPushButton::clicked, this, &FileNotice::reloadChosen);
+    connect(keep_, &QPushButton::clicked, this, &FileNotice::keepChosen);
+    connect(save_, &QPushButton::clicked, this, &FileNotice::saveChosen);
+    hide();
+}
+
+void FileNotice::showTrouble(const QString& name) {
+    const FileFollower::Trouble trouble = follower_.trouble();
+    const bool isDeleted = trouble == FileFollower::Trouble::deleted;
+    setText(textFor(name));
+    reload_->setVisible(!isDeleted);
+    keep_->setVisible(!isDeleted);
+    save_->setVisible(isDeleted);
+    setVisible(trouble != FileFollower::Trouble::none);
+    if (isVisible()) {
+        QAccessibleEvent alert(this, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
+}
+
+QString FileNotice::textFor(const QString& name) const {
+    switch (follower_.trouble()) {
+        case FileFollower::Trouble::changed:
+            return tr("The file “%1” has been changed by another program.").arg(name);
+        case FileFollower::Trouble::unreadable:
+            return tr("The file “%1” has been changed by another program and cannot be read now. "
+                      "%2")
+                .arg(name, follower_.reason());
+        case FileFollower::Trouble::deleted:
+            return tr("The file “%1” has been deleted or moved. Saving makes it again.").arg(name);
+        case FileFollower::Trouble::none:
+            break;
+    }
+    return {};
+}

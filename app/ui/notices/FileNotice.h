@@ -1,0 +1,30 @@
+#pragma once
+
+#include "app/desktop/document/FileFollower.h"
+#include "app/ui/notices/NoticeStrip.h"
+
+/// The strip that says what other programs have done to the file of a document, and asks what to do
+/// about it. It is there only when there is something to say.
+class FileNotice : public NoticeStrip {
+    Q_OBJECT
+
+public:
+    /// `follower` outlives the strip.
+    explicit FileNotice(const FileFollower& follower, QWidget* parent = nullptr);
+
+    /// Shows what trouble there is with the file, which is called `name`.
+    void showTrouble(const QString& name);
+
+Q_SIGNALS:
+    void reloadChosen();
+    void keepChosen();
+    void saveChosen();
+
+private:
+    QString textFor(const QString& name) const;
+
+    const FileFollower& follower_;
+    QPushButton* reload_;
+    QPushButton* keep_;
+    QPushButton* save_;
+};

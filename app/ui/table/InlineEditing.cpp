@@ -1,0 +1,184 @@
+#include "app/ui/table/InlineEditing.h"
+
+#include <QApplication>
+#include <QScrollBar>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "PlistCore/PlistText.h"
+#include "app/model/tree/PlistNode.h"
+#include "app/ui/editors/InlineTextField.h"
+#include "app/ui/editors/LongTextEditor.h"
+#include "app/ui/table/OutlineCell.h"
+#include "app/ui/table/OutlineTableModel.h"
+#include "app/ui/table/PlistTable.h"
+#include "app/ui/text/RowText.h"
+
+namespace {
+
+using Column = OutlineState::Column;
+
+/// What the edit begins with: the whole text, which the cell may show only the beginning of.
+QString editedText(const PlistNode& node, Column column) {
+    return QString::fromStdString(column == Column::key ? std::string(node.key().view())
+                                                        : PlistText::displayText(node.scalar()));
+}
+
+InlineTextField::Owner ownerFor(const DocumentActions& actions, const PlistNodePtr& node,
+                                Column column) {
+    InlineTextField::Owner owner;
+    owner.finish = [&outline = actions.outline()] { outline.setEditing(std::nullopt); };
+    if (column == Column::key) {
+        owner.commit = [actions, node](const QString& text) { return actions.rename(*node, text); };
+        owner.onTab = [actions, node] { actions.moveOnFromKey(*node); };
+    } else {
+        owner.commit = [actions, node](const QString& text) {
+            return actions.setValueFromText(*node, text);
+        };
+    }
+    return owner;
+}
+
+/// What screen readers call the text.
+QString accessibleName(const OutlineRow& row, Column column) {
+    return column == Column::key ? InlineEditing::tr("Key")
+                                 : InlineEditing::tr("Value of %1").arg(RowText::key(row));
+}
+
+}  // namespace
+
+InlineEditing::InlineEditing(PlistTable& table, const DocumentActions& actions)
+    : QObject(&table), table_(table), actions_(actions) {
+    connect(&outline(), &OutlineState::editingChanged, this, &InlineEditing::follow);
+    connect(&outline(), &OutlineState::rowsChanged, this, &InlineEditing::followRows);
+    connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, &InlineEditing::place);
+    connect(table.horizontalScrollBar(), &QScrollBar::valueChanged, this, &InlineEditing::place);
+}
+
+void InlineEditing::follow() {
+    close();
+    const std::optional<OutlineState::EditingField> edited = outline().editing();
+    const std::optional<int> row = edited ? outline().rowForId(edited->nodeId) : std::nullopt;
+    // Behind a filter a new item may have no row yet.
+    if (row) {
+        open(*edited, *row);
+    }
+}
+
+void InlineEditing::followRows() {
+    const std::optional<OutlineState::EditingField> edited = outline().editing();
+    if (!edited) {
+        return;
+    }
+    const std::optional<int> row = outline().rowForId(edited->nodeId);
+    if (!row) {
+        outline().setEditing(std::nullopt);
+    } else if (isOpen()) {
+        place();
+    } else {
+        open(*edited, *row);
+    }
+}
+
+void InlineEditing::open(const OutlineState::EditingField& edited, int row) {
+    const OutlineRow shown = table_.outlineModel().row(row);
+    table_.scrollTo(cell(edited, row));
+    const QString text = editedText(shown.node(), edited.column);
+    if (text.size() > LongTextEditor::longestInField) {
+        openWindow(edited, shown, text);
+    } else {
+        openField(edited, shown, text);
+    }
+}
+
+void InlineEditing::openField(const OutlineState::EditingField& edited, const OutlineRow& shown,
+                              const QString& text) {
+    const PlistNodePtr node(&shown.node());
+    field_ = new InlineTextField(text, ownerFor(actions_, node, edited.column), table_.viewport());
+    field_->setFont(table_.font());
+    field_->setAccessibleName(accessibleName(shown, edited.column));
+    place();
+    field_->show();
+}
+
+void InlineEditing::openWindow(const OutlineState::EditingField& edited, const OutlineRow& shown,
+                               const QString& text) {
+    const PlistNodePtr node(&shown.node());
+    longEditor_ = new LongTextEditor(text, ownerFor(actions_, node, edited.column), &table_);
+    longEditor_->setNames(RowText::key(shown), accessibleName(shown, edited.column));
+    longEditor_->show();
+}
+
+void InlineEditing::close() {
+    closeField();
+    closeWindow();
+}
+
+void InlineEditing::closeField() {
+    if (field_) {
+        InlineTextField* field = std::exchange(field_, nullptr);
+        field->abandon();
+        takeFocusFrom(*field);
+        field->hide();
+        // Not at once: it may be the field that ends the edit.
+        field->deleteLater();
+    }
+}
+
+void InlineEditing::closeWindow() {
+    if (longEditor_) {
+        LongTextEditor* editor = std::exchange(longEditor_, nullptr);
+        editor->abandon();
+        takeFocusFrom(*editor);
+        editor->hide();
+        editor->deleteLater();
+    }
+}
+
+/// Brings the keyboard back to the table, but not if the user has gone on to another widget, which
+/// shall keep it.
+void InlineEditing::takeFocusFrom(const QWidget& editor) {
+    const QWidget* focus = QApplication::focusWidget();
+    if (focus == nullptr || focus == &editor || editor.isAncestorOf(focus) ||
+        focus == table_.viewport()) {
+        table_.setFocus();
+    }
+}
+
+void InlineEditing::place() {
+    const std::optional<OutlineState::EditingField> edited = outline().editing();
+    const std::optional<int> row =
+        field_ && edited ? outline().rowForId(edited->nodeId) : std::nullopt;
+    if (row) {
+        table_.placeEditor(*field_, cell(*edited, *row));
+    }
+}
+
+bool InlineEditing::isOpen() const {
+    return field_ || longEditor_;
+}
+
+QWidget* InlineEditing::fieldAt(const QModelIndex& index) const {
+    const std::optional<OutlineState::EditingField> edited = outline().editing();
+    const bool isOver = field_ && edited && index.isValid() &&
+                        table_.outlineModel().row(index.row()).nodeId() == edited->nodeId &&
+                        cell(*edited, index.row()) == index;
+    return isOver ? field_.data() : nullptr;
+}
+
+QModelIndex InlineEditing::cell(const OutlineState::EditingField& edited, int row) const {
+    return table_.outlineModel().index(row, edited.column == Column::key
+                                                ? OutlineTableModel::keyColumn
+                                                : OutlineTableModel::valueColumn);
+}
+
+bool InlineEditing::commit() {
+    return longEditor_ ? longEditor_->commitNow() : !field_ || field_->commitNow();
+}
+
+void InlineEditing::end() {
+    if (!commit()) {
+        outline().setEditing(std::nullopt);
+    }
+}

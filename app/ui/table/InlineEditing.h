@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+#include "app/model/actions/DocumentActions.h"
+#include "app/model/outline/OutlineState.h"
+
+class InlineTextField;
+class LongTextEditor;
+class PlistTable;
+
+/// The text field that is open in a table, or the window for a text that is too long for one:
+/// opens, places and closes it as the outline says which cell is edited. There is one at most.
+class InlineEditing : public QObject {
+    Q_OBJECT
+
+public:
+    /// Belongs to `table`; what `actions` name must outlive it.
+    InlineEditing(PlistTable& table, const DocumentActions& actions);
+
+    /// Applies the text of the open field and closes it. False if the text is refused, which the
+    /// field shows and stays open for.
+    bool commit();
+
+    /// Applies the text, or drops it if it is refused, and closes the field.
+    void end();
+
+    /// Whether a field or a window is there; not yet where the edited item has no row.
+    bool isOpen() const;
+
+    /// The field if it is open over this cell, else null.
+    QWidget* fieldAt(const QModelIndex& index) const;
+
+    /// Puts the field where its cell is now.
+    void place();
+
+private:
+    OutlineState& outline() const noexcept { return actions_.outline(); }
+
+    void follow();
+    void followRows();
+    void open(const OutlineState::EditingField& edited, int row);
+    void openField(const OutlineState::EditingField& edited, const OutlineRow& shown,
+                   const QString& text);
+    void openWindow(const OutlineState::EditingField& edited, const OutlineRow& shown,
+                    const QString& text);
+    void close();
+    void closeField();
+    void closeWindow();
+    void takeFocusFrom(const QWidget& editor);
+    QModelIndex cell(const OutlineState::EditingField& edited, int row) const;
+
+    PlistTable& table_;
+    DocumentActions actions_;
+    QPointer<InlineTextField> field_;
+    QPointer<LongTextEditor> longEditor_;
+};

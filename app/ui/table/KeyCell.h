@@ -1,0 +1,42 @@
+#pragma once
+
+#include <span>
+
+#include "app/model/tree/NodeId.h"
+#include "app/model/tree/NodeIdSet.h"
+#include "app/ui/table/OutlineCell.h"
+
+/// The key column: indentation, the disclosure control of a container, the key, and a sign where
+/// the key is there twice.
+class KeyCell : public OutlineCell {
+    Q_OBJECT
+
+public:
+    using OutlineCell::OutlineCell;
+
+    /// Where the parts of a cell stand; a part that is not there has an empty rectangle.
+    struct Parts {
+        QRect disclosure;
+        QRect text;
+        QRect duplicateSign;
+    };
+
+    /// The nodes whose cells are marked as matches of a search.
+    void setMatchIDs(std::span<const NodeId> ids);
+
+    Parts parts(const QStyleOptionViewItem& option, const QModelIndex& index) const;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+protected:
+    void paintContent(QPainter& painter, const QStyleOptionViewItem& option,
+                      const QModelIndex& index) const override;
+    QRect textRect(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    QString tooltipAt(const QPoint& position, const QStyleOptionViewItem& option,
+                      const QModelIndex& index) const override;
+
+private:
+    static void paintMatch(QPainter& painter, const QStyleOptionViewItem& option);
+
+    NodeIdSet matchIDs_;
+};

@@ -1,0 +1,517 @@
+#include "app/ui/table/PlistTable.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QItemSelection>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "app/model/tree/PlistNode.h"
+#include "app/ui/look/CellMetrics.h"
+#include "app/ui/table/CellControls.h"
+#include "app/ui/table/InlineEditing.h"
+#include "app/ui/table/KeyCell.h"
+#include "app/ui/table/OutlineHeader.h"
+#include "app/ui/table/OutlineTableModel.h"
+#include "app/ui/table/RowMenu.h"
+#include "app/ui/table/TypeCell.h"
+#include "app/ui/table/ValueCell.h"
+#include "app/ui/table/accessibility/AccessibleTable.h"
+#include "app/ui/table/drag/RowDragging.h"
+#include "app/ui/table/drag/RowDropping.h"
+
+namespace {
+
+OutlineState::Reach reachFor(Qt::KeyboardModifiers modifiers) {
+    return modifiers.testFlag(Qt::AltModifier) ? OutlineState::Reach::wholeSubtree
+                                               : OutlineState::Reach::nodeAlone;
+}
+
+/// The given numbers of rows as ranges over all columns. Sorts them.
+QItemSelection selectionOf(std::vector<int> rows, const QAbstractItemModel& model) {
+    std::sort(rows.begin(), rows.end());
+    QItemSelection selection;
+    const int lastColumn = model.columnCount() - 1;
+    for (std::size_t begin = 0; begin < rows.size();) {
+        std::size_t end = begin + 1;
+        while (end < rows.size() && rows[end] == rows[end - 1] + 1) {
+            ++end;
+        }
+        selection.append(QItemSelectionRange(model.index(rows[begin], 0),
+                                             model.index(rows[end - 1], lastColumn)));
+        begin = end;
+    }
+    return selection;
+}
+
+/// Whether an open text field has the key for itself.
+bool isKeyForFields(const QKeyEvent& event) {
+    switch (event.key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_F2:
+        case Qt::Key_Right:
+        case Qt::Key_Left:
+        case Qt::Key_Backspace:
+        case Qt::Key_Delete:
+        case Qt::Key_F4:
+            return true;
+        default:
+            return false;
+    }
+}
+
+std::optional<OutlineState::Column> editableColumn(const QModelIndex& index) {
+    switch (index.column()) {
+        case OutlineTableModel::keyColumn:
+            return OutlineState::Column::key;
+        case OutlineTableModel::valueColumn:
+            return OutlineState::Column::value;
+        default:
+            return std::nullopt;
+    }
+}
+
+}  // namespace
+
+PlistTable::PlistTable(const DocumentActions& actions, QWidget* parent)
+    : QTableView(parent),
+      actions_(actions),
+      header_(new OutlineHeader(this)),
+      controls_(new CellControls(*this, actions)) {
+    // First, as changes of what is on the screen make screen readers ask at once.
+    AccessibleTable::install();
+    // Before the model connects to the outline: what is in sight is remembered while the view has
+    // not yet heard of a change.
+    followOutline();
+    setHorizontalHeader(header_);
+    setUpModel();
+    setUpHelpers();
+    setUpAppearance();
+}
+
+PlistTable::~PlistTable() = default;
+
+void PlistTable::setUpAppearance() {
+    setAccessibleName(tr("Property list"));
+    setShowGrid(false);
+    setFrameShape(QFrame::NoFrame);
+    setWordWrap(false);
+    setAlternatingRowColors(true);
+    setCornerButtonEnabled(false);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setTabKeyNavigation(false);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    applyFont();
+    header_->applyIdealWidths();
+}
+
+void PlistTable::setUpModel() {
+    model_ = new OutlineTableModel(outline(), this);
+    keyCell_ = new KeyCell(*model_, this);
+    setItemDelegateForColumn(OutlineTableModel::keyColumn, keyCell_);
+    setItemDelegateForColumn(OutlineTableModel::typeColumn, new TypeCell(*model_, this));
+    valueCell_ = new ValueCell(*model_, this);
+    setItemDelegateForColumn(OutlineTableModel::valueColumn, valueCell_);
+    setModel(model_);
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &PlistTable::giveSelectionToOutline);
+}
+
+// After the table, which knows of new rows before its helpers do.
+void PlistTable::setUpHelpers() {
+    editing_ = new InlineEditing(*this, actions_);
+    dropping_ = new RowDropping(*this, actions_, *new RowDragging(*this, actions_));
+}
+
+void PlistTable::followOutline() {
+    const OutlineState* state = &outline();
+    connect(state, &OutlineState::rowsAboutToBeRemoved, this, &PlistTable::rememberSight);
+    connect(state, &OutlineState::rowsAboutToBeInserted, this, &PlistTable::rememberSight);
+    connect(state, &OutlineState::rowsAboutToBeRearranged, this, &PlistTable::rememberSight);
+    connect(state, &OutlineState::rowsAboutToBeReset, this, [this] { isChangingRows_ = true; });
+    connect(state, &OutlineState::rowsChanged, this, &PlistTable::restoreSight);
+    connect(state, &OutlineState::selectionChanged, this, &PlistTable::takeSelectionFromOutline);
+}
+
+void PlistTable::setMatchIDs(std::span<const NodeId> ids) {
+    keyCell_->setMatchIDs(ids);
+    viewport()->update();
+}
+
+void PlistTable::applyFont() {
+    const int height = CellMetrics(font()).rowHeight();
+    verticalHeader()->setMinimumSectionSize(height);
+    verticalHeader()->setDefaultSectionSize(height);
+    verticalScrollBar()->setSingleStep(height);
+}
+
+void PlistTable::changeEvent(QEvent* event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        applyFont();
+    }
+}
+
+void PlistTable::focusInEvent(QFocusEvent* event) {
+    const bool hadCurrent = currentIndex().isValid();
+    QTableView::focusInEvent(event);
+    if (!hadCurrent) {
+        // The first arrow key shall go to the first row, not past it.
+        selectionModel()->clearCurrentIndex();
+    }
+    AccessibleTable::announceCurrent(*this);
+}
+
+void PlistTable::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    QPainter painter(viewport());
+    dropping_->paint(painter);
+}
+
+void PlistTable::updateGeometries() {
+    QTableView::updateGeometries();
+    header_->fill(viewport()->width());
+    if (editing_ != nullptr) {
+        editing_->place();
+    }
+}
+
+// --- Keys and pointer ---
+
+void PlistTable::keyPressEvent(QKeyEvent* event) {
+    if (isKeyForFields(*event) && editing_->isOpen()) {
+        // Comes from the open field, which has done with it what there was to do.
+        event->ignore();
+    } else if (!handleKey(*event)) {
+        QTableView::keyPressEvent(event);
+    }
+}
+
+QModelIndex PlistTable::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    // In a table of single cells these lead along the row; an outline is a list of rows.
+    const int column = std::max(currentIndex().column(), 0);
+    if (action == MoveHome) {
+        return model()->index(0, column);
+    }
+    if (action == MoveEnd) {
+        return model()->index(model()->rowCount() - 1, column);
+    }
+    return QTableView::moveCursor(action, modifiers);
+}
+
+bool PlistTable::handleKey(const QKeyEvent& event) {
+    switch (event.key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_F2:
+            actions_.beginEditing(OutlineState::Column::key);
+            return true;
+        case Qt::Key_Right:
+            expandSelected(reachFor(event.modifiers()));
+            return true;
+        case Qt::Key_Left:
+            actions_.collapseSelected(reachFor(event.modifiers()));
+            return true;
+        case Qt::Key_Space:
+            return event.modifiers() == Qt::NoModifier && controls_->workCurrent();
+        case Qt::Key_F4:
+            // Of what is being typed, too.
+            if (commitEditing()) {
+                controls_->chooseTypeOfCurrent();
+            }
+            return true;
+        case Qt::Key_F10:
+            // The toolkit knows only the key that is made for it, which many keyboards lack.
+            if (event.modifiers() != Qt::ShiftModifier) {
+                return false;
+            }
+            if (commitEditing()) {
+                showRowMenuOfCurrent();
+            }
+            return true;
+        case Qt::Key_Backspace:
+        case Qt::Key_Delete:
+            if ((event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+                actions_.deleteSelected();
+                return true;
+            }
+            return false;
+        default:
+            return false;
+    }
+}
+
+void PlistTable::expandSelected(OutlineState::Reach reach) {
+    if (actions_.expandSelected(reach) == OutlineState::ExpandResult::tooManyRows) {
+        Q_EMIT expansionRefused();
+    }
+}
+
+void PlistTable::contextMenuEvent(QContextMenuEvent* event) {
+    if (event->reason() == QContextMenuEvent::Mouse) {
+        showRowMenu(indexAt(event->pos()), event->pos());
+    } else {
+        showRowMenuOfCurrent();
+    }
+}
+
+void PlistTable::showRowMenuOfCurrent() {
+    const QModelIndex index = currentIndex();
+    showRowMenu(index, visualRect(index).bottomLeft());
+}
+
+void PlistTable::showRowMenu(const QModelIndex& index, const QPoint& place) {
+    if (index.isValid() && !selectionModel()->isRowSelected(index.row())) {
+        outline().select({model_->row(index.row()).nodeId()});
+    }
+    auto* menu = new RowMenu(actions_, this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    connect(menu, &RowMenu::expansionRefused, this, &PlistTable::expansionRefused);
+    menu->popup(viewport()->mapToGlobal(place));
+}
+
+void PlistTable::mousePressEvent(QMouseEvent* event) {
+    const bool isHandled = event->button() == Qt::LeftButton &&
+                           toggleAt(event->position().toPoint(), event->modifiers());
+    pressed_ = QPersistentModelIndex();
+    if (!isHandled) {
+        QTableView::mousePressEvent(event);
+        pressed_ = indexAt(event->position().toPoint());
+    }
+}
+
+void PlistTable::mouseReleaseEvent(QMouseEvent* event) {
+    QTableView::mouseReleaseEvent(event);
+    const QPoint position = event->position().toPoint();
+    const bool isClick = event->button() == Qt::LeftButton &&
+                         event->modifiers() == Qt::NoModifier && pressed_.isValid() &&
+                         indexAt(position) == pressed_;
+    if (isClick) {
+        controls_->click(pressed_, position);
+    }
+}
+
+void PlistTable::mouseDoubleClickEvent(QMouseEvent* event) {
+    // Two quick clicks on the control are two clicks.
+    const bool isHandled = event->button() == Qt::LeftButton &&
+                           toggleAt(event->position().toPoint(), event->modifiers());
+    if (isHandled) {
+        return;
+    }
+    QTableView::mouseDoubleClickEvent(event);
+    if (event->button() == Qt::LeftButton) {
+        editAt(event->position().toPoint());
+        controls_->doubleClick(indexAt(event->position().toPoint()));
+    }
+}
+
+void PlistTable::editAt(const QPoint& position) {
+    const QModelIndex index = indexAt(position);
+    if (index.isValid()) {
+        outline().setPointerColumn(editableColumn(index));
+        actions_.beginEditing(outline().pointerColumn());
+    }
+}
+
+bool PlistTable::isOnDisclosure(const QPoint& position) const {
+    const QModelIndex index = indexAt(position);
+    if (!index.isValid() || index.column() != OutlineTableModel::keyColumn) {
+        return false;
+    }
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    // A little larger than what is drawn, so that it is easy to hit.
+    const QRect control = keyCell_->parts(option, index).disclosure;
+    return !control.isEmpty() && control.adjusted(-2, -4, 2, 4).contains(position);
+}
+
+bool PlistTable::toggleAt(const QPoint& position, Qt::KeyboardModifiers modifiers) {
+    if (!isOnDisclosure(position)) {
+        return false;
+    }
+    toggle(rowAt(position.y()), reachFor(modifiers));
+    return true;
+}
+
+void PlistTable::toggle(int row, OutlineState::Reach reach) {
+    const OutlineRow shown = model_->row(row);
+    const auto expansion =
+        shown.isExpanded() ? OutlineState::Expansion::collapse : OutlineState::Expansion::expand;
+    if (outline().setExpanded(shown.node(), expansion, reach) ==
+        OutlineState::ExpandResult::tooManyRows) {
+        Q_EMIT expansionRefused();
+    }
+}
+
+// --- Editing ---
+
+bool PlistTable::commitEditing() {
+    controls_->endEditing();
+    return editing_->commit();
+}
+
+void PlistTable::endEditing() {
+    controls_->endEditing();
+    editing_->end();
+}
+
+bool PlistTable::isEditing() const {
+    return controls_->isOpen() || editing_->isOpen();
+}
+
+QWidget* PlistTable::editorAt(const QModelIndex& index) const {
+    QWidget* field = editing_->fieldAt(index);
+    return field != nullptr ? field : controls_->fieldAt(index);
+}
+
+void PlistTable::work(const QModelIndex& cell) {
+    switch (cell.column()) {
+        case OutlineTableModel::keyColumn:
+            actions_.beginEditing(OutlineState::Column::key);
+            break;
+        case OutlineTableModel::typeColumn:
+            controls_->chooseTypeOfCurrent();
+            break;
+        default:
+            if (!controls_->workCurrent()) {
+                actions_.beginEditing(OutlineState::Column::value);
+            }
+    }
+}
+
+QRect PlistTable::checkBoxRect(const QModelIndex& index) const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    return valueCell_->checkBoxRect(option, index);
+}
+
+QRect PlistTable::linkRect(const QModelIndex& index) const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    return valueCell_->linkRect(option, index);
+}
+
+void PlistTable::placeEditor(QWidget& editor, const QModelIndex& index) const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    itemDelegateForIndex(index)->updateEditorGeometry(&editor, option, index);
+}
+
+// --- Selection ---
+
+void PlistTable::takeSelectionFromOutline() {
+    if (isSharingSelection_) {
+        return;
+    }
+    const QScopedValueRollback sharing(isSharingSelection_, true);
+    std::vector<int> rows;
+    for (const OutlineRow& row : outline().selectedRows()) {
+        rows.push_back(*outline().rowOf(row.node()));
+    }
+    const int first = rows.empty() ? -1 : *std::min_element(rows.begin(), rows.end());
+    const QItemSelection selection = selectionOf(std::move(rows), *model_);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (first >= 0 && !selection.contains(currentIndex())) {
+        selectionModel()->setCurrentIndex(model_->index(first, OutlineTableModel::keyColumn),
+                                          QItemSelectionModel::NoUpdate);
+        scrollTo(currentIndex());
+    }
+}
+
+void PlistTable::giveSelectionToOutline() {
+    // While rows come and go the outline looks after its selection itself.
+    if (isSharingSelection_ || isChangingRows_) {
+        return;
+    }
+    const QScopedValueRollback sharing(isSharingSelection_, true);
+    NodeIdSet ids;
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            ids.insert(model_->row(row).nodeId());
+        }
+    }
+    outline().select(ids);
+}
+
+// The base of these two tells screen readers of child numbers that are not those of the table's
+// accessible children, and lists all selected cells for it.
+
+void PlistTable::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+    QAbstractItemView::currentChanged(current, previous);
+    if (hasFocus()) {
+        AccessibleTable::announceCurrent(*this);
+    }
+}
+
+void PlistTable::selectionChanged(const QItemSelection& selected,
+                                  const QItemSelection& deselected) {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+    QAbstractItemView::selectionChanged(selected, deselected);
+    AccessibleTable::announceSelection(*this);
+}
+
+// --- What is in sight ---
+
+void PlistTable::rememberSight() {
+    isChangingRows_ = true;
+    if (sight_.empty()) {
+        sight_ = seenRows();
+    }
+}
+
+std::vector<PlistTable::SeenRow> PlistTable::seenRows() const {
+    std::vector<SeenRow> rows;
+    const auto add = [this, &rows](int row) {
+        rows.push_back({PlistNodePtr(&model_->row(row).node()), rowViewportPosition(row)});
+    };
+    const int height = viewport()->height();
+    const int current = currentIndex().row();
+    if (current >= 0 && rowViewportPosition(current) >= 0 &&
+        rowViewportPosition(current) < height) {
+        add(current);
+    }
+    const int first = rowAt(0);
+    for (int row = first; row >= 0 && row < model_->rowCount(); ++row) {
+        if (rowViewportPosition(row) >= height) {
+            break;
+        }
+        add(row);
+    }
+    return rows;
+}
+
+void PlistTable::restoreSight() {
+    isChangingRows_ = false;
+    const std::vector<SeenRow> seen = std::exchange(sight_, {});
+    for (const SeenRow& anchor : seen) {
+        if (const std::optional<int> row = outline().hintedRowOf(*anchor.node)) {
+            scrollRowTo(*row, anchor.top);
+            return;
+        }
+    }
+}
+
+void PlistTable::scrollRowTo(int row, int top) {
+    // The range of the scroll bar must know of the rows before it can be set.
+    executeDelayedItemsLayout();
+    updateGeometries();
+    const int moved = rowViewportPosition(row) - top;
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + moved);
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "app/ui/table/OutlineCell.h"
+
+/// The value column: the text of a scalar, with a check box before that of a boolean, or the number
+/// of items of a container.
+class ValueCell : public OutlineCell {
+    Q_OBJECT
+
+public:
+    using OutlineCell::OutlineCell;
+
+    /// Where the check box of a boolean stands; empty for other rows.
+    QRect checkBoxRect(const QStyleOptionViewItem& option, const QModelIndex& index) const;
+
+    /// Where the summary of data stands, which works like a link; empty for other rows.
+    QRect linkRect(const QStyleOptionViewItem& option, const QModelIndex& index) const;
+
+protected:
+    void paintContent(QPainter& painter, const QStyleOptionViewItem& option,
+                      const QModelIndex& index) const override;
+};

@@ -1,0 +1,258 @@
+#include "app/ui/table/accessibility/AccessibleCell.h"
+
+#include <optional>
+#include <utility>
+
+#include "app/model/tree/PlistNode.h"
+#include "app/ui/editors/DateValueEditor.h"
+#include "app/ui/editors/TypeMenu.h"
+#include "app/ui/table/OutlineTableModel.h"
+#include "app/ui/table/PlistTable.h"
+#include "app/ui/table/accessibility/AccessibleTable.h"
+
+namespace {
+
+const QString expandAction = QStringLiteral("Expand");
+const QString collapseAction = QStringLiteral("Collapse");
+const QString editAction = QStringLiteral("Edit");
+
+QString keyOf(const QString& action) {
+    if (action == expandAction) {
+        return QStringLiteral("Right");
+    }
+    if (action == collapseAction) {
+        return QStringLiteral("Left");
+    }
+    if (action == QAccessibleActionInterface::showMenuAction()) {
+        return QStringLiteral("F4");
+    }
+    return action == QAccessibleActionInterface::setFocusAction() ? QString()
+                                                                  : QStringLiteral("Space");
+}
+
+}  // namespace
+
+AccessibleCell::AccessibleCell(PlistTable& table, PlistNodePtr node, int column)
+    : AccessiblePart(table, column), node_(std::move(node)) {}
+
+AccessibleCell::~AccessibleCell() = default;
+
+QModelIndex AccessibleCell::index() const {
+    const std::optional<int> row = outline().outlineModel().outline().hintedRowOf(*node_);
+    return row ? outline().outlineModel().index(*row, column()) : QModelIndex();
+}
+
+void AccessibleCell::announceChange() {
+    // There is no event for an expansion that a screen reader would hear: the words carry it.
+    for (const QAccessible::Event kind :
+         {QAccessible::NameChanged, QAccessible::DescriptionChanged}) {
+        QAccessibleEvent event(this, kind);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+// --- The cell in the tree of what is on the screen ---
+
+bool AccessibleCell::isValid() const {
+    return index().isValid();
+}
+
+int AccessibleCell::childCount() const {
+    return outline().editorAt(index()) != nullptr ? 1 : 0;
+}
+
+QAccessibleInterface* AccessibleCell::child(int number) const {
+    QWidget* editor = number == 0 ? outline().editorAt(index()) : nullptr;
+    return editor != nullptr ? QAccessible::queryAccessibleInterface(editor) : nullptr;
+}
+
+QAccessibleInterface* AccessibleCell::childAt(int x, int y) const {
+    QAccessibleInterface* editor = child(0);
+    return editor != nullptr && editor->rect().contains(x, y) ? editor : nullptr;
+}
+
+int AccessibleCell::indexOfChild(const QAccessibleInterface* child) const {
+    const QWidget* editor = outline().editorAt(index());
+    return editor != nullptr && child != nullptr && child->object() == editor ? 0 : -1;
+}
+
+QString AccessibleCell::text(QAccessible::Text kind) const {
+    switch (kind) {
+        case QAccessible::Name:
+            return index().data(Qt::AccessibleTextRole).toString();
+        case QAccessible::Description:
+            return index().data(Qt::AccessibleDescriptionRole).toString();
+        default:
+            return {};
+    }
+}
+
+QRect AccessibleCell::rect() const {
+    const QRect cell = outline().visualRect(index());
+    return {outline().viewport()->mapToGlobal(cell.topLeft()), cell.size()};
+}
+
+QAccessible::Role AccessibleCell::role() const {
+    return QAccessible::Cell;
+}
+
+QAccessible::State AccessibleCell::state() const {
+    QAccessible::State state;
+    const QModelIndex cell = index();
+    if (!cell.isValid()) {
+        state.invalid = true;
+        return state;
+    }
+    state.selectable = true;
+    state.focusable = true;
+    state.selected = isSelected();
+    state.active = outline().currentIndex() == cell;
+    state.focused = state.active && outline().hasFocus();
+    state.offscreen = !outline().viewport()->rect().intersects(outline().visualRect(cell));
+    state.editable = actionNames().contains(editAction);
+    const QVariant check = cell.data(Qt::CheckStateRole);
+    state.checkable = check.isValid();
+    state.checked = check.toInt() == Qt::Checked;
+    if (canExpand()) {
+        const bool isExpanded = outline().outlineModel().row(cell.row()).isExpanded();
+        state.expandable = true;
+        state.expanded = isExpanded;
+        state.collapsed = !isExpanded;
+    }
+    return state;
+}
+
+void* AccessibleCell::interface_cast(QAccessible::InterfaceType type) {
+    switch (type) {
+        case QAccessible::TableCellInterface:
+            return static_cast<QAccessibleTableCellInterface*>(this);
+        case QAccessible::ActionInterface:
+            return static_cast<QAccessibleActionInterface*>(this);
+        default:
+            return nullptr;
+    }
+}
+
+// --- The cell in its table ---
+
+bool AccessibleCell::isSelected() const {
+    return outline().selectionModel()->isSelected(index());
+}
+
+QList<QAccessibleInterface*> AccessibleCell::columnHeaderCells() const {
+    return {parent()->child(column())};
+}
+
+QList<QAccessibleInterface*> AccessibleCell::rowHeaderCells() const {
+    if (column() == OutlineTableModel::keyColumn) {
+        return {};
+    }
+    // The key says which item the type and the value belong to.
+    return {parent()->tableInterface()->cellAt(rowIndex(), OutlineTableModel::keyColumn)};
+}
+
+int AccessibleCell::columnIndex() const {
+    return column();
+}
+
+int AccessibleCell::rowIndex() const {
+    return index().row();
+}
+
+int AccessibleCell::columnExtent() const {
+    return 1;
+}
+
+int AccessibleCell::rowExtent() const {
+    return 1;
+}
+
+QAccessibleInterface* AccessibleCell::table() const {
+    return parent();
+}
+
+// --- What can be done ---
+
+bool AccessibleCell::canExpand() const {
+    return column() == OutlineTableModel::keyColumn && node_->isContainer();
+}
+
+/// What Space does with the value; empty if there is nothing to do.
+QString AccessibleCell::valueAction() const {
+    switch (node_->type()) {
+        case PlistType::boolean:
+            return toggleAction();
+        case PlistType::data:
+            return pressAction();
+        case PlistType::date:
+            return DateValueEditor::canEdit(node_->scalar().dateValue()) ? editAction : QString();
+        default:
+            return DocumentActions::canEditValue(*node_) ? editAction : QString();
+    }
+}
+
+QStringList AccessibleCell::actionNames() const {
+    const QModelIndex cell = index();
+    if (!cell.isValid()) {
+        return {};
+    }
+    QStringList names;
+    if (canExpand()) {
+        names +=
+            outline().outlineModel().row(cell.row()).isExpanded() ? collapseAction : expandAction;
+    }
+    if (column() == OutlineTableModel::keyColumn && DocumentActions::canEditKey(*node_)) {
+        names += editAction;
+    }
+    if (column() == OutlineTableModel::typeColumn && TypeMenu::isFor(*node_)) {
+        names += showMenuAction();
+    }
+    if (column() == OutlineTableModel::valueColumn) {
+        names += valueAction();
+        names.removeAll(QString());
+    }
+    return names << setFocusAction();
+}
+
+QString AccessibleCell::localizedActionName(const QString& name) const {
+    if (name == expandAction) {
+        return tr("Expand");
+    }
+    if (name == collapseAction) {
+        return tr("Collapse");
+    }
+    return name == editAction ? tr("Edit") : QAccessibleActionInterface::localizedActionName(name);
+}
+
+QString AccessibleCell::localizedActionDescription(const QString& name) const {
+    if (name == expandAction) {
+        return tr("Shows the items inside");
+    }
+    if (name == collapseAction) {
+        return tr("Hides the items inside");
+    }
+    return name == editAction ? tr("Opens a field for the text")
+                              : QAccessibleActionInterface::localizedActionDescription(name);
+}
+
+void AccessibleCell::doAction(const QString& name) {
+    const QModelIndex cell = index();
+    if (!actionNames().contains(name)) {
+        return;
+    }
+    if (name == expandAction || name == collapseAction) {
+        outline().toggle(cell.row(), OutlineState::Reach::nodeAlone);
+        return;
+    }
+    outline().setFocus();
+    outline().setCurrentIndex(cell);
+    if (name != setFocusAction()) {
+        outline().work(cell);
+    }
+}
+
+QStringList AccessibleCell::keyBindingsForAction(const QString& name) const {
+    const bool isText = name == editAction && node_->type() != PlistType::date;
+    const QString key = isText ? QStringLiteral("Return") : keyOf(name);
+    return key.isEmpty() ? QStringList() : QStringList(key);
+}

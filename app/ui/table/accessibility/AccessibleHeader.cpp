@@ -1,0 +1,29 @@
+#include "app/ui/table/accessibility/AccessibleHeader.h"
+
+#include <QHeaderView>
+
+#include "app/ui/table/OutlineTableModel.h"
+#include "app/ui/table/PlistTable.h"
+
+QString AccessibleHeader::text(QAccessible::Text kind) const {
+    return kind == QAccessible::Name ? outline()
+                                           .outlineModel()
+                                           .headerData(column(), Qt::Horizontal, Qt::DisplayRole)
+                                           .toString()
+                                     : QString();
+}
+
+QRect AccessibleHeader::rect() const {
+    const QHeaderView& header = *outline().horizontalHeader();
+    const QPoint corner(header.sectionViewportPosition(column()), 0);
+    return {header.viewport()->mapToGlobal(corner),
+            QSize(header.sectionSize(column()), header.height())};
+}
+
+QAccessible::Role AccessibleHeader::role() const {
+    return QAccessible::ColumnHeader;
+}
+
+QAccessible::State AccessibleHeader::state() const {
+    return {};
+}

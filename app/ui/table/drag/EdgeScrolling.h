@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QPoint>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include "app/model/runtime/Alarm.h"
+
+class QAbstractScrollArea;
+
+/// Scrolls an area up and down while a drag rests near its upper or lower edge, faster the longer
+/// it does.
+class EdgeScrolling {
+public:
+    /// Between two steps, as in the item views of Qt.
+    static constexpr std::chrono::milliseconds interval{50};
+
+    /// By how much each step is longer than the one before, in pixels.
+    static constexpr int acceleration = 2;
+
+    /// `area` must outlive this. `scrolled` is called after each step.
+    EdgeScrolling(QAbstractScrollArea& area, std::function<void()> scrolled);
+    ~EdgeScrolling();
+
+    /// Takes another clock, for tests.
+    void setAlarm(std::unique_ptr<Alarm> alarm) { alarm_ = std::move(alarm); }
+
+    /// How far from an edge the area scrolls, in pixels: the height of a row.
+    int margin() const;
+
+    /// The drag is at this point of the viewport.
+    void follow(const QPoint& position);
+
+    /// The drag has gone.
+    void stop();
+
+private:
+    enum class Direction { none, up, down };
+
+    Direction directionAt(const QPoint& position) const;
+    void waitForStep();
+    void step();
+
+    QAbstractScrollArea& area_;
+    std::function<void()> scrolled_;
+    std::unique_ptr<Alarm> alarm_;
+    Direction direction_ = Direction::none;
+    int length_ = 0;
+};

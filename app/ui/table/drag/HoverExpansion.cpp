@@ -1,0 +1,31 @@
+#include "app/ui/table/drag/HoverExpansion.h"
+
+#include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/TimerAlarm.h"
+#include "app/model/tree/PlistNode.h"
+
+HoverExpansion::HoverExpansion(OutlineState& outline)
+    : outline_(outline), alarm_(std::make_unique<TimerAlarm>()) {}
+
+HoverExpansion::~HoverExpansion() = default;
+
+void HoverExpansion::follow(PlistNode* container) {
+    if (container == container_.get()) {
+        return;
+    }
+    container_ = PlistNodePtr(container);
+    if (container == nullptr) {
+        alarm_->cancel();
+    } else {
+        alarm_->set(delay, [this] { expand(); });
+    }
+}
+
+void HoverExpansion::expand() {
+    // Expanding makes rows, upon which this is told what is below the pointer then.
+    const PlistNodePtr container = std::exchange(container_, PlistNodePtr());
+    if (outline_.rowOf(*container)) {
+        outline_.setExpanded(*container, OutlineState::Expansion::expand,
+                             OutlineState::Reach::nodeAlone);
+    }
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <utility>
+
+#include "app/model/runtime/Alarm.h"
+#include "app/model/tree/PlistNodePtr.h"
+
+class OutlineState;
+class PlistNode;
+
+/// Opens a collapsed container on which a drag rests, so that something can be dropped into it.
+class HoverExpansion {
+public:
+    /// How long a drag rests before that happens: what GTK's tree views wait too.
+    static constexpr std::chrono::milliseconds delay{500};
+
+    /// `outline` must outlive this.
+    explicit HoverExpansion(OutlineState& outline);
+    ~HoverExpansion();
+
+    /// Takes another clock, for tests.
+    void setAlarm(std::unique_ptr<Alarm> alarm) { alarm_ = std::move(alarm); }
+
+    /// The collapsed container below the pointer; null for anything else. The delay begins anew
+    /// with each other container.
+    void follow(PlistNode* container);
+
+    /// The drag has gone.
+    void stop() { follow(nullptr); }
+
+private:
+    void expand();
+
+    OutlineState& outline_;
+    std::unique_ptr<Alarm> alarm_;
+    PlistNodePtr container_;
+};

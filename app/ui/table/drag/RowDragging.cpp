@@ -1,0 +1,114 @@
+#include "app/ui/table/drag/RowDragging.h"
+
+#include <QApplication>
+#include <QDrag>
+#include <QMouseEvent>
+#include <QPixmap>
+#include <QPointer>
+#include <utility>
+
+#include "app/desktop/pasteboard/PasteboardData.h"
+#include "app/model/actions/PlistTransfer.h"
+#include "app/model/tree/PlistNode.h"
+#include "app/ui/table/OutlineTableModel.h"
+#include "app/ui/table/PlistTable.h"
+#include "app/ui/table/drag/DragPicture.h"
+#include "app/ui/text/RowText.h"
+
+namespace {
+
+/// Where the pointer holds the picture: it stands beside the pointer, off the drop line.
+constexpr QPoint grip{-12, -8};
+
+}  // namespace
+
+RowDragging::RowDragging(PlistTable& table, const DocumentActions& actions)
+    : QObject(&table), table_(table), actions_(actions) {
+    table.viewport()->installEventFilter(this);
+}
+
+bool RowDragging::isDragged(const PlistNode& node) const {
+    const PlistNode* above = &node;
+    while (above != nullptr && !dragged_.contains(above->id())) {
+        above = above->parent();
+    }
+    return above != nullptr;
+}
+
+bool RowDragging::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::MouseButtonPress:
+            notePress(static_cast<const QMouseEvent&>(*event));
+            return false;
+        case QEvent::MouseMove:
+            return followMove(static_cast<const QMouseEvent&>(*event));
+        case QEvent::MouseButtonRelease:
+            pressed_ = PlistNodePtr();
+            return false;
+        default:
+            return QObject::eventFilter(watched, event);
+    }
+}
+
+void RowDragging::notePress(const QMouseEvent& event) {
+    const QPoint position = event.position().toPoint();
+    const QModelIndex index = table_.indexAt(position);
+    // With the modifiers the mouse selects several rows.
+    const bool takesHold = event.button() == Qt::LeftButton &&
+                           event.modifiers() == Qt::NoModifier && index.isValid() &&
+                           index.column() == OutlineTableModel::keyColumn &&
+                           !table_.isOnDisclosure(position);
+    pressed_ =
+        takesHold ? PlistNodePtr(&table_.outlineModel().row(index.row()).node()) : PlistNodePtr();
+    pressedAt_ = position;
+}
+
+/// Whether the move is for a drag, and not for the table, which would select what it passes.
+bool RowDragging::followMove(const QMouseEvent& event) {
+    if (!pressed_ || !event.buttons().testFlag(Qt::LeftButton)) {
+        return false;
+    }
+    const int distance = (event.position().toPoint() - pressedAt_).manhattanLength();
+    if (distance >= QApplication::startDragDistance()) {
+        const PlistNodePtr node = std::exchange(pressed_, PlistNodePtr());
+        if (actions_.outline().rowOf(*node)) {
+            drag(*node);
+        }
+    }
+    return true;
+}
+
+void RowDragging::drag(PlistNode& node) {
+    PlistTransfer transfer = actions_.dragItems(node);
+    if (transfer.entries.empty()) {
+        return;
+    }
+    for (const NodeId id : transfer.sourceIDs) {
+        dragged_.insert(id);
+    }
+    auto* drag = new QDrag(&table_);
+    // The window may be closed before the drag ends, and Qt deletes the drag when it has ended.
+    drag->setParent(nullptr);
+    drag->setPixmap(picture(transfer));
+    drag->setHotSpot(grip);
+    drag->setMimeData(new PasteboardData(std::move(transfer)));
+    const QPointer<RowDragging> self(this);
+    drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
+    if (self) {
+        dragged_.clear();
+    }
+}
+
+QPixmap RowDragging::picture(const PlistTransfer& transfer) const {
+    const OutlineState& outline = actions_.outline();
+    QStringList names;
+    for (const NodeId id : transfer.sourceIDs) {
+        if (names.size() == DragPicture::longest) {
+            break;
+        }
+        if (const std::optional<int> row = outline.rowForId(id)) {
+            names += RowText::key(outline.rows()[static_cast<std::size_t>(*row)]);
+        }
+    }
+    return DragPicture::of(names, static_cast<qsizetype>(transfer.entries.size()), table_);
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+
+#include "app/model/actions/DocumentActions.h"
+#include "app/model/tree/NodeIdSet.h"
+#include "app/model/tree/PlistNodePtr.h"
+
+class PlistTable;
+class QMouseEvent;
+class QPixmap;
+struct PlistTransfer;
+
+/// Lets the user take hold of the rows of a table by their keys and drag them away. Watches what
+/// the mouse does in the table.
+///
+/// What is dragged stays where it is: it is moved only by being dropped on the same table, and
+/// nothing is deleted because another window or program took a copy.
+class RowDragging : public QObject {
+    Q_OBJECT
+
+public:
+    /// Belongs to `table`; what `actions` name must outlive it.
+    RowDragging(PlistTable& table, const DocumentActions& actions);
+
+    /// Whether the node is being dragged, by itself or with an ancestor.
+    bool isDragged(const PlistNode& node) const;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void notePress(const QMouseEvent& event);
+    bool followMove(const QMouseEvent& event);
+    void drag(PlistNode& node);
+    QPixmap picture(const PlistTransfer& transfer) const;
+
+    PlistTable& table_;
+    DocumentActions actions_;
+    PlistNodePtr pressed_;
+    QPoint pressedAt_;
+    NodeIdSet dragged_;
+};

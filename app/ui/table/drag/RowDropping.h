@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <memory>
+#include <optional>
+
+#include "app/model/actions/DocumentActions.h"
+#include "app/model/actions/InsertionPoint.h"
+#include "app/model/runtime/Alarm.h"
+#include "app/ui/table/drag/DropLine.h"
+#include "app/ui/table/drag/EdgeScrolling.h"
+#include "app/ui/table/drag/HoverExpansion.h"
+
+class PlistTable;
+class QDropEvent;
+class QPainter;
+class RowDragging;
+
+/// Takes what is dropped between the rows of a table: items of this and of other windows and
+/// programs. Watches the drags over the table, and shows where they would go.
+///
+/// Rows of the same table are moved. Everything else is copied, whatever its source proposes, which
+/// so never has a reason to delete it. Files are left to the window.
+class RowDropping : public QObject {
+    Q_OBJECT
+
+public:
+    /// Belongs to `table`; `dragging`, and what `actions` name, must outlive it.
+    RowDropping(PlistTable& table, const DocumentActions& actions, const RowDragging& dragging);
+    ~RowDropping() override;
+
+    /// Takes other clocks, for tests: for what opens below a resting drag, and what scrolls.
+    void setAlarms(std::unique_ptr<Alarm> hover, std::unique_ptr<Alarm> scroll);
+
+    /// Where the drag over the table would go; nothing without one, or if it cannot be dropped
+    /// there.
+    const std::optional<DropLine>& line() const noexcept { return line_; }
+
+    /// Paints the line over the rows.
+    void paint(QPainter& painter) const;
+
+Q_SIGNALS:
+    /// Something that can be dropped has come over the table, or has gone.
+    void hoveredChanged(bool isHovered);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool isWelcome(const QDropEvent& event) const;
+    Qt::DropAction actionFor(const QDropEvent& event) const;
+    void follow(QDropEvent& event);
+    void leave();
+    void drop(QDropEvent& event);
+
+    void update();
+    void setLine(std::optional<DropLine> line);
+    qint64 positionAt(const QPoint& point) const;
+    std::optional<InsertionPoint> placeFor(qint64 position) const;
+    PlistNode* collapsedContainerAt(const QPoint& point) const;
+
+    PlistTable& table_;
+    DocumentActions actions_;
+    const RowDragging& dragging_;
+    HoverExpansion hover_;
+    EdgeScrolling scrolling_;
+    std::optional<QPoint> pointer_;
+    std::optional<DropLine> line_;
+};

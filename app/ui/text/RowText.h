@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+#include "app/model/outline/OutlineRow.h"
+
+/// What the columns of the table say about a row. Long texts are cut: see `PlainLine`.
+namespace RowText {
+
+/// "Root", "Item 3" or the key.
+QString key(const OutlineRow& row);
+
+/// The name of the type.
+QString type(const OutlineRow& row);
+
+/// The value, or how many items there are.
+QString value(const OutlineRow& row);
+
+/// Whether the key or the value stands back behind what the file holds word for word.
+bool isKeySecondary(const OutlineRow& row);
+bool isValueSecondary(const OutlineRow& row);
+
+/// What is said about a key that another entry has too.
+QString duplicateKeyNotice();
+
+/// What a screen reader adds to the key: the level, whether the row is expanded, and whether the
+/// key is there twice.
+QString keyDescription(const OutlineRow& row);
+
+}  // namespace RowText

@@ -1,0 +1,441 @@
+#include "app/ui/window/DocumentWindow.h"
+
+#include <QCloseEvent>
+#include <QDialog>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <optional>
+
+#include "app/desktop/files/FilePath.h"
+#include "app/ui/dialogs/FileDialogs.h"
+#include "app/ui/dialogs/MessageDialog.h"
+#include "app/ui/dialogs/RecoveryDialog.h"
+#include "app/ui/document/DocumentToolBar.h"
+#include "app/ui/document/DocumentView.h"
+#include "app/ui/editors/DataPopover.h"
+#include "app/ui/menus/EditMenu.h"
+#include "app/ui/menus/FileMenu.h"
+#include "app/ui/menus/HelpMenu.h"
+#include "app/ui/menus/PlistCommands.h"
+#include "app/ui/menus/WindowMenu.h"
+#include "app/ui/notices/FileNotice.h"
+#include "app/ui/notices/NoticeBanner.h"
+#include "app/ui/notices/ProgressPage.h"
+#include "app/ui/notices/SaveProgress.h"
+#include "app/ui/table/PlistTable.h"
+
+namespace {
+
+/// A name for the title bar, where "[*]" stands for the sign of unsaved changes.
+QString titleFor(QString name) {
+    return name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) + QStringLiteral("[*]");
+}
+
+QStringList localFilesOf(const QMimeData& data) {
+    QStringList paths;
+    for (const QUrl& url : data.urls()) {
+        if (const std::optional<QString> path = FilePath::fromUri(url)) {
+            paths.append(*path);
+        }
+    }
+    return paths;
+}
+
+/// Whether a dialog is open and asks or tells something of the document below it: one that asks
+/// what to open or to recover does not.
+bool isAboutThisDocument(const QDialog* dialog) {
+    const auto* files = qobject_cast<const QFileDialog*>(dialog);
+    const bool isOpening = files != nullptr && files->acceptMode() == QFileDialog::AcceptOpen;
+    return dialog->isVisible() && !isOpening &&
+           qobject_cast<const RecoveryDialog*>(dialog) == nullptr;
+}
+
+}  // namespace
+
+DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
+    : QMainWindow(parent),
+      controller_(untitledName),
+      follower_(controller_, FileMonitor::restTime, this),
+      pages_(new QStackedWidget(this)),
+      progress_(new ProgressPage(pages_)),
+      view_(new DocumentView(controller_.document(), &controller_.undoManager(), pages_)) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setContextMenuPolicy(Qt::PreventContextMenu);
+    setAcceptDrops(true);
+    makeMenus();
+    addToolBar(view_->toolBar());
+    makeLayout();
+    resize(defaultSize);
+    followController();
+    followFile();
+    updateTitle();
+    updateFileMenu();
+    showDocument();
+}
+
+DocumentWindow::~DocumentWindow() {
+    leaveLostDocument();
+    // The view looks at the document until it is gone, and the document is a member of this.
+    delete pages_;
+}
+
+void DocumentWindow::makeLayout() {
+    pages_->addWidget(view_);
+    pages_->addWidget(progress_);
+    auto* content = new QWidget(this);
+    notice_ = new FileNotice(follower_, content);
+    saveProgress_ = new SaveProgress(content);
+    layout_ = new QVBoxLayout(content);
+    layout_->setContentsMargins(0, 0, 0, 0);
+    layout_->setSpacing(0);
+    layout_->addWidget(notice_);
+    layout_->addWidget(pages_, 1);
+    layout_->addWidget(saveProgress_);
+    setCentralWidget(content);
+}
+
+void DocumentWindow::makeMenus() {
+    fileMenu_ = new FileMenu(this);
+    menuBar()->addMenu(fileMenu_);
+    connect(fileMenu_, &FileMenu::newChosen, this, &DocumentWindow::newChosen);
+    connect(fileMenu_, &FileMenu::openChosen, this, &DocumentWindow::openChosen);
+    connect(fileMenu_, &FileMenu::closeChosen, this, &QWidget::close);
+    connect(fileMenu_, &FileMenu::saveChosen, this, &DocumentWindow::save);
+    connect(fileMenu_, &FileMenu::saveAsChosen, this, &DocumentWindow::saveAs);
+    connect(fileMenu_, &FileMenu::recentChosen, this, &DocumentWindow::recentChosen);
+    connect(fileMenu_, &FileMenu::revertChosen, this, &DocumentWindow::revert);
+    connect(fileMenu_, &FileMenu::quitChosen, this, &DocumentWindow::quitChosen);
+    auto* commands = new PlistCommands(*view_, this);
+    menuBar()->addMenu(new EditMenu(*view_, controller_.undoManager(), *commands, this));
+    commands->addEditorItems(*menuBar()->addMenu(tr("Edi&tor")));
+    menuBar()->addMenu(new WindowMenu(
+        [this] { return allWindows_ ? allWindows_() : QList<QWidget*>{this}; }, this));
+    menuBar()->addMenu(new HelpMenu(this));
+}
+
+void DocumentWindow::followController() {
+    connect(&controller_, &DocumentController::pathChanged, this, &DocumentWindow::updateTitle);
+    connect(&controller_, &DocumentController::modifiedChanged, this, [this] {
+        setWindowModified(controller_.isModified());
+        updateFileMenu();
+    });
+    connect(&controller_, &DocumentController::activityChanged, this,
+            &DocumentWindow::updateActivity);
+    connect(&controller_, &DocumentController::opened, this, &DocumentWindow::showDocument);
+    connect(&controller_, &DocumentController::saved, this, &DocumentWindow::handleSaved);
+    connect(&controller_, &DocumentController::revertFailed, this,
+            [this](const FileError& error) { MessageDialog::show(*this, error); });
+    connect(&controller_, &DocumentController::saveFailed, this,
+            &DocumentWindow::explainSaveFailure);
+    connect(progress_, &ProgressPage::cancelled, this, &QWidget::close);
+}
+
+void DocumentWindow::followFile() {
+    follower_.setInputCheck([this] { return hasInput(); });
+    connect(&follower_, &FileFollower::troubleChanged, this, [this] {
+        if (notice_->isAncestorOf(focusWidget())) {
+            view_->setFocus();
+        }
+        notice_->showTrouble(controller_.name());
+    });
+    connect(notice_, &FileNotice::reloadChosen, this, &DocumentWindow::reload);
+    connect(notice_, &FileNotice::keepChosen, &follower_, &FileFollower::keepMine);
+    connect(notice_, &FileNotice::saveChosen, this, &DocumentWindow::save);
+    connect(&controller_, &DocumentController::aboutToReload, this,
+            [this] { keptPlace_.emplace(*view_); });
+    connect(&controller_, &DocumentController::reloaded, this, [this] {
+        keptPlace_->restore(*view_);
+        keptPlace_.reset();
+    });
+}
+
+/// Whether the user has begun something that is no edit of the document yet.
+bool DocumentWindow::hasInput() const {
+    return view_->table().isEditing() || findChild<DataPopover*>() != nullptr;
+}
+
+void DocumentWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        follower_.check();
+    }
+}
+
+void DocumentWindow::updateActivity() {
+    updateFileMenu();
+    notice_->setEnabled(controller_.activity() == DocumentController::Activity::idle);
+    if (controller_.activity() == DocumentController::Activity::writing) {
+        saveProgress_->start(tr("Saving “%1”…").arg(controller_.name()));
+    } else {
+        saveProgress_->stop();
+    }
+}
+
+void DocumentWindow::updateTitle() {
+    setWindowTitle(titleFor(controller_.name()));
+    setWindowFilePath(FilePath::shown(controller_.path()));
+}
+
+void DocumentWindow::updateFileMenu() {
+    const bool isIdle = controller_.activity() == DocumentController::Activity::idle;
+    fileMenu_->setSavingEnabled(isIdle);
+    fileMenu_->setRevertEnabled(isIdle && controller_.isModified() &&
+                                !controller_.path().isEmpty());
+}
+
+// --- Opening ---
+
+void DocumentWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (!localFilesOf(*event->mimeData()).isEmpty()) {
+        // Never a move, after which a file manager would delete what was opened.
+        event->setDropAction(Qt::CopyAction);
+        event->accept();
+    }
+}
+
+void DocumentWindow::dropEvent(QDropEvent* event) {
+    const QStringList paths = localFilesOf(*event->mimeData());
+    if (!paths.isEmpty()) {
+        event->setDropAction(Qt::CopyAction);
+        event->accept();
+        Q_EMIT filesDropped(paths);
+    }
+}
+
+void DocumentWindow::open(const QString& path) {
+    const QString name = FilePath::shownName(path);
+    showProgress(name, tr("Opening “%1”\u2026").arg(name));
+    controller_.open(path);
+}
+
+void DocumentWindow::recover(const LostDocument& lost) {
+    lost_ = lost;
+    lost_->beginAttempt();
+    const QString& name = lost.record().title;
+    showProgress(name, tr("Recovering “%1”\u2026").arg(name));
+    controller_.recover(lost);
+}
+
+void DocumentWindow::handleKept() {
+    delete keepingNotice_;
+    forgetLostDocument();
+}
+
+/// What a crash left has not been brought back, but not by another crash.
+void DocumentWindow::leaveLostDocument() {
+    if (lost_) {
+        lost_->endAttempt();
+        lost_.reset();
+    }
+}
+
+void DocumentWindow::forgetLostDocument() {
+    if (lost_) {
+        lost_->remove();
+        lost_.reset();
+    }
+}
+
+void DocumentWindow::warnThatNothingIsKept(const QString& reason) {
+    delete keepingNotice_;
+    keepingNotice_ = new NoticeBanner(
+        tr("Unsaved changes cannot be kept for a crash: %1. Save often.").arg(reason),
+        centralWidget());
+    keepingNotice_->setObjectName(QStringLiteral("keepingNotice"));
+    layout_->insertWidget(0, keepingNotice_);
+}
+
+void DocumentWindow::showProgress(const QString& title, const QString& text) {
+    setWindowTitle(titleFor(title));
+    progress_->start(text);
+    pages_->setCurrentWidget(progress_);
+    // Until the document is there, nothing can be done to it.
+    view_->setEnabled(false);
+    view_->toolBar()->setEnabled(false);
+}
+
+void DocumentWindow::showDocument() {
+    progress_->stop();
+    pages_->setCurrentWidget(view_);
+    view_->setEnabled(true);
+    view_->toolBar()->setEnabled(true);
+    view_->setFocus();
+    if (lost_) {
+        connect(this, &DocumentWindow::documentShown, this, &DocumentWindow::recovered,
+                Qt::SingleShotConnection);
+    }
+    if (!awaitsPaint_) {
+        awaitsPaint_ = true;
+        for (QWidget* painted : view_->paintedWidgets()) {
+            painted->installEventFilter(this);
+        }
+    }
+}
+
+bool DocumentWindow::eventFilter(QObject* watched, QEvent* event) {
+    // What is painted now is the document: tell when that is done.
+    if (awaitsPaint_ && event->type() == QEvent::Paint && pages_->currentWidget() == view_ &&
+        controller_.activity() != DocumentController::Activity::reading) {
+        awaitsPaint_ = false;
+        for (QWidget* painted : view_->paintedWidgets()) {
+            painted->removeEventFilter(this);
+        }
+        QTimer::singleShot(0, this, &DocumentWindow::documentShown);
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void DocumentWindow::explainOpenFailure(const FileError& error) {
+    progress_->stop();
+    const QMessageBox* box =
+        lost_ ? MessageDialog::show(
+                    *this, tr("“%1” could not be recovered.").arg(lost_->record().title),
+                    tr("%1\n\nWhat was kept is in “%2”.").arg(error.failureReason(), error.path()))
+              : MessageDialog::show(*this, error);
+    leaveLostDocument();
+    connect(box, &QMessageBox::finished, this, &QWidget::close);
+}
+
+bool DocumentWindow::isUndisturbed() const {
+    const QList<QDialog*> dialogs = findChildren<QDialog*>();
+    return std::none_of(dialogs.begin(), dialogs.end(), isAboutThisDocument) &&
+           pages_->currentWidget() == view_ && !hasInput();
+}
+
+// --- Saving ---
+
+void DocumentWindow::save() {
+    if (controller_.activity() != DocumentController::Activity::idle || !view_->commitEditing()) {
+        refuseClose();
+        return;
+    }
+    if (controller_.path().isEmpty()) {
+        saveAs();
+    } else {
+        controller_.save();
+    }
+}
+
+void DocumentWindow::saveAs() {
+    if (!view_->commitEditing()) {
+        refuseClose();
+        return;
+    }
+    QFileDialog* dialog = FileDialogs::saving(*this, controller_.path(), controller_.name());
+    connect(dialog, &QFileDialog::fileSelected, this, &DocumentWindow::saveTo);
+    connect(dialog, &QFileDialog::rejected, this, &DocumentWindow::refuseClose);
+    dialog->open();
+}
+
+/// Saves under this name, unless something else has begun while the user was asked for it.
+void DocumentWindow::saveTo(const QString& path) {
+    if (controller_.activity() == DocumentController::Activity::idle) {
+        controller_.save(path);
+    } else {
+        refuseClose();
+    }
+}
+
+void DocumentWindow::handleSaved() {
+    forgetLostDocument();
+    if (closesWhenSaved_) {
+        closesWhenSaved_ = false;
+        close();
+    }
+}
+
+void DocumentWindow::explainSaveFailure(const FileError& error) {
+    if (error.code() == FileError::Code::changedOnDisk) {
+        MessageDialog::askAboutChange(*this, error, [this](MessageDialog::ChangeAnswer answer) {
+            saveDespiteChange(answer);
+        });
+        return;
+    }
+    refuseClose();
+    MessageDialog::show(*this, error);
+}
+
+void DocumentWindow::saveDespiteChange(MessageDialog::ChangeAnswer answer) {
+    switch (answer) {
+        case MessageDialog::ChangeAnswer::overwrite:
+            saveTo(controller_.path());
+            return;
+        case MessageDialog::ChangeAnswer::saveAs:
+            saveAs();
+            return;
+        case MessageDialog::ChangeAnswer::reload:
+            reload();
+            break;
+        case MessageDialog::ChangeAnswer::cancel:
+            break;
+    }
+    refuseClose();
+}
+
+void DocumentWindow::reload() {
+    if (controller_.activity() == DocumentController::Activity::idle) {
+        view_->endEditing();
+        controller_.reload();
+    }
+}
+
+void DocumentWindow::revert() {
+    if (controller_.activity() == DocumentController::Activity::idle) {
+        view_->endEditing();
+        controller_.revert();
+    }
+}
+
+// --- Closing ---
+
+void DocumentWindow::closeEvent(QCloseEvent* event) {
+    if (!closesUnasked_ && !view_->commitEditing()) {
+        event->ignore();
+        refuseClose();
+    } else if (controller_.activity() == DocumentController::Activity::writing) {
+        closesWhenSaved_ = true;
+        saveProgress_->showNow(
+            tr("Saving “%1”… The window closes when that is done.").arg(controller_.name()));
+        event->ignore();
+    } else if (controller_.isModified() && !closesUnasked_) {
+        event->ignore();
+        askToSave();
+    } else {
+        event->accept();
+    }
+}
+
+void DocumentWindow::askToSave() {
+    if (isAsking_) {
+        return;
+    }
+    isAsking_ = true;
+    QMessageBox* box = MessageDialog::askToSave(*this, controller_.name());
+    connect(box, &QMessageBox::finished, this, [this](int answer) {
+        isAsking_ = false;
+        if (answer == QMessageBox::Save) {
+            closesWhenSaved_ = true;
+            save();
+        } else if (answer == QMessageBox::Discard) {
+            closesUnasked_ = true;
+            forgetLostDocument();
+            close();
+        } else {
+            refuseClose();
+        }
+    });
+}
+
+void DocumentWindow::refuseClose() {
+    closesWhenSaved_ = false;
+    Q_EMIT closeRefused();
+}

@@ -1,0 +1,43 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <new>
+#include <utility>
+
+#include "PlistCore/memory/FreshArray.h"
+
+namespace {
+
+TEST(FreshArray, ItemsAreZeroAtFirst) {
+    for (const std::size_t count : {std::size_t{1}, std::size_t{1000}, std::size_t{1000000}}) {
+        FreshArray<std::uint64_t> array(count);
+        std::uint64_t sum = 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            sum += array[i];
+            array[i] = i + 1;
+        }
+        EXPECT_EQ(sum, 0U);
+        EXPECT_EQ(array[count - 1], count);
+    }
+}
+
+TEST(FreshArray, Moves) {
+    for (const std::size_t count : {std::size_t{10}, std::size_t{1000000}}) {
+        FreshArray<std::uint32_t> first(count);
+        first[count - 1] = 7;
+        FreshArray<std::uint32_t> second(std::move(first));
+        FreshArray<std::uint32_t> third;
+        third = std::move(second);
+        EXPECT_EQ(third[count - 1], 7U);
+    }
+}
+
+TEST(FreshArray, RefusesImpossibleCounts) {
+    for (const std::size_t count :
+         {std::numeric_limits<std::size_t>::max(), std::numeric_limits<std::size_t>::max() / 8}) {
+        EXPECT_THROW(FreshArray<std::uint64_t> array(count), std::bad_alloc);
+    }
+}
+
+}  // namespace

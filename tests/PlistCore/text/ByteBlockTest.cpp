@@ -1,0 +1,16 @@
+#include <gtest/gtest.h>
+
+#include "PlistCore/text/ByteBlock.h"
+#include "tests/PlistCore/support/ByteBlockContract.h"
+
+TEST(ByteBlock, KnowsEveryByteAtEveryPlace) {
+    ByteBlockContract::checkEveryByte<ByteBlock>();
+}
+
+TEST(ByteBlock, Copies) {
+    ByteBlockContract::checkCopies<ByteBlock>();
+}
+
+TEST(ByteBlock, WidensAndNarrowsUnits) {
+    ByteBlockContract::checkUnits<ByteBlock>();
+}

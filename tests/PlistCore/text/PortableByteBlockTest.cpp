@@ -1,0 +1,25 @@
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "tests/PlistCore/support/ByteBlockContract.h"
+
+// The same class as it is compiled for processors without SSE2, under a name of its own.
+#undef __SSE2__
+namespace portable {
+#include "PlistCore/text/ByteBlock.h"
+}  // namespace portable
+
+TEST(PortableByteBlock, KnowsEveryByteAtEveryPlace) {
+    ByteBlockContract::checkEveryByte<portable::ByteBlock>();
+}
+
+TEST(PortableByteBlock, Copies) {
+    ByteBlockContract::checkCopies<portable::ByteBlock>();
+}
+
+TEST(PortableByteBlock, WidensAndNarrowsUnits) {
+    ByteBlockContract::checkUnits<portable::ByteBlock>();
+}

@@ -1,0 +1,122 @@
+#include <QTest>
+#include <vector>
+
+#include "PlistCore/PlistEntry.h"
+#include "PlistCore/PlistMatches.h"
+#include "PlistCore/PlistSearch.h"
+#include "app/model/search/MatchResolver.h"
+#include "app/model/search/MatchedNodes.h"
+#include "app/model/tree/PlistNode.h"
+#include "tests/model/support/SearchDesk.h"
+
+namespace {
+
+/// [["ab", 1], [2, 3, 4], ["b", "ab"]]
+PlistNodePtr sample() {
+    const auto number = [](int value) { return PlistValue::integer(value); };
+    const PlistValue ab = PlistValue::string("ab");
+    return PlistNode::create(
+        {}, PlistValue::array({PlistValue::array({ab, number(1)}),
+                               PlistValue::array({number(2), number(3), number(4)}),
+                               PlistValue::array({PlistValue::string("b"), ab})}));
+}
+
+QString textOf(const std::vector<PlistNodePtr>& nodes, PlistNode& root) {
+    std::vector<NodeId> ids;
+    ids.reserve(nodes.size());
+    for (const PlistNodePtr& node : nodes) {
+        ids.push_back(node->id());
+    }
+    return SearchDesk::textOf(ids, root);
+}
+
+QString textOf(const NodeIdSet& ids, PlistNode& root) {
+    return SearchDesk::textOf({ids.begin(), ids.end()}, root);
+}
+
+}  // namespace
+
+class MatchedNodesTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsTheNodesAndWhatIsAboveThem() {
+        const PlistNodePtr root = sample();
+        const PlistMatches found = PlistSearch::matches(root->value(), "a");
+        const MatchedNodes nodes = MatchedNodes::resolve(*root, found);
+        QCOMPARE(textOf(nodes.matches, *root), QStringLiteral("/0/0 /2/1"));
+        QCOMPARE(textOf(nodes.visible, *root), QStringLiteral("/ /0 /2 /0/0 /2/1"));
+        QVERIFY(nodes.areComplete);
+        QVERIFY(!root->children()[1]->isMaterialized());
+    }
+
+    void leavesTheRootAloneWithoutMatches() {
+        const PlistNodePtr root = sample();
+        const MatchedNodes nodes = MatchedNodes::resolve(*root, PlistMatches());
+        QVERIFY(nodes.matches.empty());
+        QCOMPARE(textOf(nodes.visible, *root), QStringLiteral("/"));
+        QVERIFY(nodes.areComplete);
+        QVERIFY(!root->isMaterialized());
+    }
+
+    void makesNoMoreNodesThanAllowed_data() {
+        QTest::addColumn<int>("limit");
+        QTest::addColumn<QString>("matches");
+        QTest::addColumn<QString>("visible");
+        QTest::newRow("none") << 2 << QString() << QStringLiteral("/");
+        QTest::newRow("the root's") << 4 << QString() << QStringLiteral("/");
+        QTest::newRow("one array's") << 6 << QStringLiteral("/0/0") << QStringLiteral("/ /0 /0/0");
+        QTest::newRow("all") << 7 << QStringLiteral("/0/0 /2/1")
+                             << QStringLiteral("/ /0 /2 /0/0 /2/1");
+    }
+
+    void makesNoMoreNodesThanAllowed() {
+        QFETCH(const int, limit);
+        QFETCH(const QString, matches);
+        QFETCH(const QString, visible);
+        const PlistNodePtr root = sample();
+        const PlistMatches found = PlistSearch::matches(root->value(), "a");
+        const MatchedNodes nodes = MatchedNodes::resolve(*root, found, limit);
+        QCOMPARE(textOf(nodes.matches, *root), matches);
+        QCOMPARE(textOf(nodes.visible, *root), visible);
+        QCOMPARE(nodes.areComplete, limit == 7);
+    }
+
+    void findsTheSameInManyTurns_data() { makesNoMoreNodesThanAllowed_data(); }
+
+    void findsTheSameInManyTurns() {
+        QFETCH(const int, limit);
+        QFETCH(const QString, matches);
+        QFETCH(const QString, visible);
+        const PlistNodePtr root = sample();
+        MatchResolver resolver(*root, PlistSearch::matches(root->value(), "a"), limit);
+        int turns = 1;
+        while (!resolver.resolve(1)) {
+            ++turns;
+        }
+        QVERIFY(limit < 7 || turns >= 5);
+        const MatchedNodes nodes = resolver.take();
+        QCOMPARE(textOf(nodes.matches, *root), matches);
+        QCOMPARE(textOf(nodes.visible, *root), visible);
+        QCOMPARE(nodes.areComplete, limit == 7);
+    }
+
+    void doesNotCountNodesThatAreThere() {
+        const PlistNodePtr root = sample();
+        for (const PlistNodePtr& child : root->children()) {
+            child->children();
+        }
+        const PlistMatches found = PlistSearch::matches(root->value(), "a");
+        QVERIFY(MatchedNodes::resolve(*root, found, 0).areComplete);
+    }
+
+    void saysWhenTheSearchEndedEarly() {
+        const PlistNodePtr root = sample();
+        PlistMatches found = PlistSearch::matches(root->value(), "a");
+        found.setEnding(PlistMatches::Ending::limitReached);
+        QVERIFY(!MatchedNodes::resolve(*root, found).areComplete);
+    }
+};
+
+QTEST_GUILESS_MAIN(MatchedNodesTest)
+#include "MatchedNodesTest.moc"

@@ -1,0 +1,310 @@
+#include <QDir>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <memory>
+
+#include "app/desktop/document/DocumentRecovery.h"
+#include "app/desktop/files/StateFolder.h"
+#include "app/desktop/saving/SafetyCopy.h"
+#include "app/ui/app/TabuletApp.h"
+#include "app/ui/dialogs/RecoveryDialog.h"
+#include "app/ui/document/DocumentView.h"
+#include "app/ui/notices/NoticeBanner.h"
+#include "app/ui/table/PlistTable.h"
+#include "app/ui/window/DocumentWindow.h"
+#include "tests/ui/support/Samples.h"
+#include "tests/ui/support/UiTest.h"
+
+/// What the program does about what it left behind when it ended without warning.
+class CrashRecoveryTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        folder_ = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_STATE_HOME", folder_->path().toUtf8());
+        app_ = std::make_unique<TabuletApp>();
+    }
+
+    void cleanup() { app_.reset(); }
+
+    void asksNothingWhereNothingWasLost() {
+        app_->start({});
+        // The search is done when this is.
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+        QVERIFY(window(0).findChild<QDialog*>() == nullptr);
+    }
+
+    void endingWithoutAskingLosesNothing() {
+        app_->start({});
+        window(0).view().actions().changeFormat(PlistFormat::binary);
+        endAndStartAgain({});
+        QTRY_VERIFY(dialog() != nullptr);
+        QCOMPARE(dialog()->parentWidget(), &window(0));
+        QTest::keyClick(dialog(), Qt::Key_Return);
+        QTRY_COMPARE(window(0).windowTitle(), QStringLiteral("Untitled (recovered)[*]"));
+        QVERIFY(window(0).isWindowModified());
+        QCOMPARE(window(0).controller().document().format(), PlistFormat::binary);
+        QCOMPARE(app_->windows().size(), 1);
+    }
+
+    void theEndOfTheSessionLosesNothing() {
+        app_->start({});
+        window(0).view().actions().changeFormat(PlistFormat::binary);
+        QTimer::singleShot(0, [] {
+            QEvent end(QEvent::Quit);
+            QCoreApplication::sendEvent(qApp, &end);
+        });
+        QCOMPARE(QCoreApplication::exec(), 0);
+        QVERIFY(window(0).findChild<QMessageBox*>() == nullptr);
+        app_.reset();
+        startAgain({});
+        QTRY_VERIFY(dialog() != nullptr);
+    }
+
+    void aFieldThatIsOpenIsKeptToo() {
+        const QString path = folder_->filePath(QStringLiteral("a.plist"));
+        Samples::writeFile(path, Samples::bytes(Samples::numbers(1), PlistFormat::xml));
+        app_->start({path});
+        QTRY_COMPARE(window(0).view().table().model()->rowCount(), 2);
+        window(0).activateWindow();
+        QTRY_VERIFY(window(0).isActiveWindow());
+        PlistTable& table = window(0).view().table();
+        table.setFocus();
+        QTest::keyClick(&table, Qt::Key_Down);
+        QTest::keyClick(&table, Qt::Key_Down);
+        QTest::keyClick(&table, Qt::Key_Return);
+        QTRY_VERIFY(table.findChild<QLineEdit*>() != nullptr);
+        table.findChild<QLineEdit*>()->setText(QStringLiteral("typed"));
+        endAndStartAgain({});
+        QTRY_VERIFY(dialog() != nullptr);
+        QTest::keyClick(dialog(), Qt::Key_Return);
+        QTRY_COMPARE(window(0).controller().document().root().children().size(), std::size_t{1});
+        QCOMPARE(window(0).controller().document().root().children()[0]->key().view(), "typed");
+    }
+
+    void whatWasLostIsKeptUntilItHasBeenKeptAnew() {
+        app_->start({});
+        window(0).view().actions().changeFormat(PlistFormat::binary);
+        endAndStartAgain({});
+        QTRY_VERIFY(dialog() != nullptr);
+        const QStringList before = keptDocuments();
+        QCOMPARE(before.size(), 1);
+        QTest::keyClick(dialog(), Qt::Key_Return);
+        QTRY_VERIFY(keptDocuments().size() == 1 && keptDocuments() != before);
+        // And then until it is discarded.
+        window(0).close();
+        QTRY_VERIFY(window(0).findChild<QMessageBox*>() != nullptr);
+        window(0).findChild<QMessageBox*>()->button(QMessageBox::Discard)->click();
+        QTRY_VERIFY(app_->windows().isEmpty());
+        app_.reset();
+        QCOMPARE(keptDocuments(), QStringList());
+        QVERIFY(QDir(StateFolder::recoveryPath()).isEmpty());
+    }
+
+    void comesBackInTheWindowOfItsFile() {
+        const QString path = folder_->filePath(QStringLiteral("a.plist"));
+        Samples::writeFile(path, Samples::bytes(Samples::numbers(1), PlistFormat::xml));
+        app_->start({path});
+        QTRY_COMPARE(window(0).controller().path(), path);
+        window(0).view().actions().changeFormat(PlistFormat::binary);
+        endAndStartAgain({path});
+        QTRY_COMPARE(window(0).controller().path(), path);
+        QTRY_VERIFY(dialog() != nullptr);
+        QTest::keyClick(dialog(), Qt::Key_Return);
+        QTRY_COMPARE(window(0).controller().document().format(), PlistFormat::binary);
+        QVERIFY(window(0).isWindowModified());
+        QCOMPARE(app_->windows().size(), 1);
+        QSignalSpy saved(&window(0).controller(), &DocumentController::saved);
+        window(0).save();
+        QVERIFY(saved.wait());
+        QVERIFY(Samples::readFile(path).startsWith("bplist00"));
+    }
+
+    void saysWhereContentLiesThatCannotBeRead() {
+        app_->start({});
+        window(0).view().actions().changeFormat(PlistFormat::binary);
+        end();
+        const QString kept = keptDocuments().first();
+        Samples::writeFile(kept, "bplist00");
+        startAgain({});
+        QTRY_VERIFY(dialog() != nullptr);
+        QTest::keyClick(dialog(), Qt::Key_Return);
+        QTRY_VERIFY(window(0).findChild<QMessageBox*>() != nullptr);
+        const auto* box = window(0).findChild<QMessageBox*>();
+        QCOMPARE(box->text(), QStringLiteral("“Untitled” could not be recovered."));
+        QCOMPARE(
+            box->informativeText(),
+            QStringLiteral("The file ends unexpectedly.\n\nWhat was kept is in “%1”.").arg(kept));
+        QVERIFY(QFile::exists(kept));
+        // That was no crash: it is not left alone the next time.
+        app_.reset();
+        for (int i = 0; i < LostDocument::mostAttempts; ++i) {
+            const std::vector<LostDocument> found = LostDocument::find(StateFolder::recoveryPath());
+            QCOMPARE(found.size(), std::size_t{1});
+            QCOMPARE(found.front().record().attempts, 0);
+        }
+    }
+
+    void offersTheOldContentOfAnInterruptedSave() {
+        interruptSave();
+        app_->start({});
+        QTRY_VERIFY(box() != nullptr);
+        QCOMPARE(box()->text(), QStringLiteral("The save of “a.plist” was interrupted."));
+        QCOMPARE(box()->informativeText(),
+                 QStringLiteral("The file may hold only a part of the new content. What it held "
+                                "before the save was kept and can be restored."));
+        QCOMPARE(buttonsOf(*box()),
+                 (QStringList{QStringLiteral("Restore"), QStringLiteral("Keep Current"),
+                              QStringLiteral("Show Folder")}));
+        QCOMPARE(box()->defaultButton()->text(), QStringLiteral("Restore"));
+        box()->defaultButton()->click();
+        QCOMPARE(Samples::readFile(interrupted()), QByteArray("old bytes"));
+        QVERIFY(QDir(StateFolder::recoveryPath()).isEmpty());
+    }
+
+    void offersItAlsoWhenTheFileItselfCannotBeOpened() {
+        interruptSave();
+        app_->start({interrupted()});
+        // The window of the file only says why it cannot be opened, and goes then.
+        QTRY_COMPARE(app_->windows().size(), 2);
+        QCOMPARE(box()->text(),
+                 QStringLiteral("The file “a.plist” is not a readable property list."));
+        box()->button(QMessageBox::Ok)->click();
+        QTRY_COMPARE(app_->windows().size(), 1);
+        QTRY_VERIFY(box() != nullptr);
+        QCOMPARE(box()->text(), QStringLiteral("The save of “a.plist” was interrupted."));
+        box()->defaultButton()->click();
+        QCOMPARE(Samples::readFile(interrupted()), QByteArray("old bytes"));
+    }
+
+    void keepsWhatTheFileHoldsIfTheUserWants() {
+        interruptSave();
+        app_->start({});
+        QTRY_VERIFY(box() != nullptr);
+        box()->button(QMessageBox::No)->click();
+        QCOMPARE(Samples::readFile(interrupted()), QByteArray("<plist>half of"));
+        QVERIFY(QDir(StateFolder::recoveryPath()).isEmpty());
+    }
+
+    void namesTheFolderWhereNoFileManagerShowsIt() {
+        interruptSave();
+        app_->start({});
+        QTRY_VERIFY(box() != nullptr);
+        const QPointer<QMessageBox> question = box();
+        QTest::keyClick(question, Qt::Key_Escape);
+        QTRY_VERIFY(question == nullptr && box() != nullptr);
+        QCOMPARE(box()->text(), QStringLiteral("No file manager shows the folder."));
+        const QStringList copies = filesIn(StateFolder::recoveryPath(), QStringLiteral("*.old"));
+        QCOMPARE(copies.size(), 1);
+        QCOMPARE(box()->informativeText(),
+                 QStringLiteral("What was kept is in “%1”.").arg(copies.first()));
+        QCOMPARE(Samples::readFile(interrupted()), QByteArray("<plist>half of"));
+    }
+
+    void saysWhyAFileCannotBeRestored() {
+        interruptSave();
+        QVERIFY(QFile::remove(interrupted()));
+        QVERIFY(QDir().mkdir(interrupted()));
+        app_->start({});
+        QTRY_VERIFY(box() != nullptr);
+        const QPointer<QMessageBox> question = box();
+        question->defaultButton()->click();
+        QTRY_VERIFY(question == nullptr && box() != nullptr);
+        QCOMPARE(box()->text(), QStringLiteral("The file “a.plist” could not be restored."));
+        const QString copy = filesIn(StateFolder::recoveryPath(), QStringLiteral("*.old")).value(0);
+        QCOMPARE(
+            box()->informativeText(),
+            QStringLiteral("Is a directory.\n\nWhat it held before is kept in “%1”.").arg(copy));
+    }
+
+    void warnsAsLongAsNothingCanBeKept() {
+        QDir().mkpath(StateFolder::path());
+        Samples::writeFile(StateFolder::recoveryPath(), "in the way");
+        app_->start({});
+        window(0).view().actions().changeFormat(PlistFormat::binary);
+        auto* recovery = window(0).controller().findChild<DocumentRecovery*>();
+        recovery->keepNow();
+        QTRY_VERIFY(window(0).findChild<NoticeBanner*>(QStringLiteral("keepingNotice")) != nullptr);
+        const auto* notice = window(0).findChild<NoticeBanner*>(QStringLiteral("keepingNotice"));
+        QVERIFY(notice->isVisible());
+        QCOMPARE(notice->text(), QStringLiteral("Unsaved changes cannot be kept for a crash: Not a "
+                                                "directory. Save often."));
+        QVERIFY(QFile::remove(StateFolder::recoveryPath()));
+        recovery->keepNow();
+        QTRY_VERIFY(window(0).findChild<NoticeBanner*>(QStringLiteral("keepingNotice")) == nullptr);
+    }
+
+private:
+    DocumentWindow& window(qsizetype index) const { return *app_->windows().at(index); }
+
+    RecoveryDialog* dialog() const { return window(0).findChild<RecoveryDialog*>(); }
+    QMessageBox* box() const { return window(0).findChild<QMessageBox*>(); }
+
+    void startAgain(const QStringList& paths) {
+        app_ = std::make_unique<TabuletApp>();
+        app_->start(paths);
+        window(0).activateWindow();
+    }
+
+    void end() {
+        QTimer::singleShot(0, app_.get(), &TabuletApp::endWithoutAsking);
+        QCOMPARE(QCoreApplication::exec(), 0);
+        app_.reset();
+    }
+
+    void endAndStartAgain(const QStringList& paths) {
+        end();
+        startAgain(paths);
+    }
+
+    static QStringList filesIn(const QString& folder, const QString& pattern) {
+        QStringList paths;
+        for (const QFileInfo& file : QDir(folder).entryInfoList({pattern}, QDir::Files)) {
+            paths += file.filePath();
+        }
+        return paths;
+    }
+
+    static QStringList keptDocuments() {
+        QStringList paths;
+        const QDir place(StateFolder::recoveryPath());
+        for (const QFileInfo& folder :
+             place.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
+            paths += filesIn(folder.filePath(), QStringLiteral("*.plist"));
+        }
+        return paths;
+    }
+
+    QString interrupted() const { return folder_->filePath(QStringLiteral("a.plist")); }
+
+    void interruptSave() const {
+        Samples::writeFile(interrupted(), "old bytes");
+        const SafetyCopy copy(StateFolder::recoveryPath(), QFile::encodeName(interrupted()));
+        Samples::writeFile(interrupted(), "<plist>half of");
+    }
+
+    static QStringList buttonsOf(const QMessageBox& box) {
+        QStringList texts;
+        for (const auto button : {QMessageBox::Yes, QMessageBox::No, QMessageBox::Open}) {
+            texts += box.button(button)->text();
+        }
+        return texts;
+    }
+
+    std::unique_ptr<QTemporaryDir> folder_;
+    std::unique_ptr<TabuletApp> app_;
+};
+
+int main(int argc, char** argv) {
+    return runUiTest<CrashRecoveryTest>(argc, argv);
+}
+
+#include "CrashRecoveryTest.moc"
