@@ -11,15 +11,11 @@
 #include <string>
 #include <thread>
 
-#include "PlistCore/PlistFormat.h"
-#include "PlistCore/PlistMatches.h"
-#include "PlistCore/PlistSearch.h"
-#include "PlistCore/PlistString.h"
-#include "PlistCore/PlistValue.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/editing/UndoManager.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/search/MatchedNodes.h"
 #include "app/model/search/SearchRun.h"
 #include "app/model/tree/PlistNode.h"

@@ -5,8 +5,8 @@
 
 #include <cstddef>
 
-#include "PlistCore/PlistValue.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "benchmarks/support/ShownTree.h"
 

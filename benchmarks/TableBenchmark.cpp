@@ -17,13 +17,12 @@
 #include <utility>
 #include <vector>
 
-#include "PlistCore/PlistFormat.h"
-#include "PlistCore/PlistValue.h"
 #include "app/model/actions/DocumentActions.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/editing/UndoManager.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/table/PlistTable.h"
 #include "benchmarks/support/ShownTree.h"

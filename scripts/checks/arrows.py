@@ -19,6 +19,7 @@ PlistCore/binary: PlistCore/value PlistCore/text PlistCore/memory
 PlistCore/openstep: PlistCore/value PlistCore/text PlistCore/memory
 PlistCore/search: PlistCore/value PlistCore/text PlistCore/memory
 PlistCore/codec: PlistCore/xml PlistCore/binary PlistCore/openstep PlistCore/value PlistCore/text PlistCore/memory
+PlistCore: PlistCore/codec PlistCore/search PlistCore/value PlistCore/text PlistCore/memory
 
 app/model/runtime:
 app/model/tree: app/model/runtime
@@ -52,6 +53,7 @@ USES_PUBLIC_HEADERS = ("app/",)
 
 # Public headers that need no source.
 HEADERS_ALONE = {
+    "PlistCore": "PlistCore",
     "PlistEntry": "PlistCore/value",
     "PlistFile": "PlistCore/codec",
     "PlistFormat": "PlistCore/text",
@@ -95,7 +97,7 @@ def folder_of(path, table):
 def is_allowed(source, target, header, table):
     if source == target or (source, header) in EXCEPTIONS:
         return True
-    if source.startswith(USES_PUBLIC_HEADERS) and target.startswith("PlistCore/"):
+    if source.startswith(USES_PUBLIC_HEADERS) and target.startswith("PlistCore"):
         return pathlib.PurePosixPath(header).parent.name == "PlistCore"
     return any(target == use or target.startswith(use + "/") for use in table[source])
 

@@ -7,8 +7,6 @@
 #include <utility>
 #include <variant>
 
-#include "PlistCore/PlistCheck.h"
-#include "PlistCore/PlistFile.h"
 #include "app/desktop/files/BackgroundTask.h"
 #include "app/desktop/files/FilePath.h"
 #include "app/desktop/files/PlistDocumentReader.h"
@@ -17,6 +15,7 @@
 #include "app/desktop/recovery/LostDocument.h"
 #include "app/desktop/saving/SafeWriter.h"
 #include "app/model/editing/PlistEditor.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/ChildrenMaker.h"
 #include "app/model/tree/DuplicateKeyFinder.h"
 #include "app/model/tree/PlistNode.h"

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "PlistCore/PlistFile.h"
+#include "app/model/runtime/Plist.h"
 
 class ContentDigest;
 class ProgressReporter;

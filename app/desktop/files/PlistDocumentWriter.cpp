@@ -5,14 +5,12 @@
 
 #include <cerrno>
 
-#include "PlistCore/PlistBytes.h"
-#include "PlistCore/PlistCodec.h"
-#include "PlistCore/PlistError.h"
 #include "app/desktop/files/FileDescriptor.h"
 #include "app/desktop/files/FileError.h"
 #include "app/desktop/files/FileOutput.h"
 #include "app/desktop/files/FilePath.h"
 #include "app/desktop/files/ProgressReporter.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/runtime/Signposter.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <functional>
 #include <span>
 
-#include "PlistCore/PlistFile.h"
+#include "app/model/runtime/Plist.h"
 
 class ProgressReporter;
 

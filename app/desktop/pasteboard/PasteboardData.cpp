@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "PlistCore/PlistError.h"
+#include "app/model/runtime/Plist.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <QString>
 #include <optional>
 
-#include "PlistCore/PlistFormat.h"
+#include "app/model/runtime/Plist.h"
 
 /// What has to be known about a document, besides its content, to bring it back after a crash.
 struct RecoveryRecord {

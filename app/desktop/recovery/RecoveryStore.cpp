@@ -6,11 +6,10 @@
 #include <new>
 #include <utility>
 
-#include "PlistCore/PlistBytes.h"
-#include "PlistCore/PlistCodec.h"
 #include "PlistCore/binary/BinaryPlistSerializer.h"
 #include "app/desktop/files/BackgroundTask.h"
 #include "app/desktop/files/FilePath.h"
+#include "app/model/runtime/Plist.h"
 
 RecoveryStore::RecoveryStore(const QString& place, QObject* parent)
     : QObject(parent), place_(place) {

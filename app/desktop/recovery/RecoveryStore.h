@@ -8,9 +8,9 @@
 #include <functional>
 #include <memory>
 
-#include "PlistCore/PlistFile.h"
 #include "app/desktop/recovery/RecoveryFolder.h"
 #include "app/desktop/recovery/RecoveryRecord.h"
+#include "app/model/runtime/Plist.h"
 
 /// Where this process keeps its unsaved documents, each under a name of its own: a file with the
 /// content, in a form that loses nothing, and one with the record. The folder is made when the

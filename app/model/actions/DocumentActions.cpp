@@ -8,8 +8,6 @@
 #include <unordered_map>
 #include <utility>
 
-#include "PlistCore/PlistString.h"
-#include "PlistCore/PlistText.h"
 #include "app/model/actions/InsertionPoint.h"
 #include "app/model/actions/PlistTransfer.h"
 #include "app/model/actions/TopLevelSelection.h"
@@ -17,6 +15,7 @@
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/UniqueKeys.h"
 #include "app/model/runtime/MainThread.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 
 namespace {

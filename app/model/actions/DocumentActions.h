@@ -6,12 +6,9 @@
 #include <span>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
-#include "PlistCore/PlistFormat.h"
-#include "PlistCore/PlistType.h"
-#include "PlistCore/PlistValue.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNodePtr.h"
 
 class PlistDocument;

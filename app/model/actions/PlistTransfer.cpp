@@ -13,13 +13,8 @@
 #include <string_view>
 #include <utility>
 
-#include "PlistCore/Base64.h"
-#include "PlistCore/PlistBytes.h"
-#include "PlistCore/PlistCodec.h"
-#include "PlistCore/PlistCopy.h"
-#include "PlistCore/PlistFormat.h"
-#include "PlistCore/PlistType.h"
 #include "app/model/actions/TransferError.h"
+#include "app/model/runtime/Plist.h"
 
 namespace {
 

@@ -6,8 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
-#include "PlistCore/PlistValue.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/NodeId.h"
 
 /// What travels when rows are copied, cut or dragged. A plain value without nodes, so it may be

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <unordered_map>
 
-#include "PlistCore/PlistString.h"
 #include "app/model/editing/UniqueKeys.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 
 namespace {

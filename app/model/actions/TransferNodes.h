@@ -3,8 +3,8 @@
 #include <span>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/actions/PlistTransfer.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNodePtr.h"
 
 class OutlineState;

@@ -4,7 +4,7 @@
 #include <utility>
 #include <variant>
 
-#include "PlistCore/PlistString.h"
+#include "app/model/runtime/Plist.h"
 
 /// Why an edit that the user asked for was refused.
 class EditError {

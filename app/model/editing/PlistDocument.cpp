@@ -3,9 +3,8 @@
 #include <limits>
 #include <utility>
 
-#include "PlistCore/PlistCheck.h"
-#include "PlistCore/PlistValue.h"
 #include "app/model/runtime/MainThread.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 
 PlistDocument::PlistDocument(QObject* parent)

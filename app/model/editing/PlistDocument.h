@@ -4,8 +4,7 @@
 #include <QStringList>
 #include <optional>
 
-#include "PlistCore/PlistFile.h"
-#include "PlistCore/PlistFormat.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNodeChange.h"
 #include "app/model/tree/PlistNodeObserver.h"
 #include "app/model/tree/PlistNodePtr.h"

@@ -7,12 +7,12 @@
 #include <unordered_set>
 #include <utility>
 
-#include "PlistCore/PlistText.h"
 #include "PlistCore/text/UnicodeText.h"
 #include "app/model/editing/EditGroup.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/UniqueKeys.h"
 #include "app/model/runtime/MainThread.h"
+#include "app/model/runtime/Plist.h"
 
 namespace {
 

@@ -7,13 +7,9 @@
 #include <span>
 #include <vector>
 
-#include "PlistCore/PlistFile.h"
-#include "PlistCore/PlistFormat.h"
-#include "PlistCore/PlistString.h"
-#include "PlistCore/PlistType.h"
-#include "PlistCore/PlistValue.h"
 #include "app/model/editing/EditError.h"
 #include "app/model/editing/UndoManager.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/model/tree/PlistNodePtr.h"
 

@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <utility>
 
-#include "PlistCore/PlistCheck.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/runtime/MainThread.h"
+#include "app/model/runtime/Plist.h"
 
 UndoManager::UndoManager(QObject* parent) : QObject(parent) {
     MainThread::check();

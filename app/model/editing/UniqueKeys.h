@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "PlistCore/PlistString.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNodePtr.h"
 
 /// Gives out keys that no sibling has: "New Item", "New Item 2", "New Item 3", ... Keys are equal

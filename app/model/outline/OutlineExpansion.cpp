@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "PlistCore/PlistString.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/KeyTable.h"
 #include "app/model/tree/PlistNode.h"
 

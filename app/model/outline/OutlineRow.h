@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "PlistCore/PlistType.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/NodeId.h"
 
 class PlistNode;

@@ -4,13 +4,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "PlistCore/PlistCheck.h"
-#include "PlistCore/PlistExpansion.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/outline/OutlineDifference.h"
 #include "app/model/outline/OutlineExpansion.h"
 #include "app/model/outline/OutlineWalk.h"
 #include "app/model/runtime/MainThread.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/runtime/Signposter.h"
 #include "app/model/tree/PlistNode.h"
 

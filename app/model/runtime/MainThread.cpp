@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-#include "PlistCore/PlistCheck.h"
+#include "app/model/runtime/Plist.h"
 
 bool MainThread::isCurrent() noexcept {
     // The first thread of a process has the process's own number.

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "PlistCore/PlistMatches.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/search/MatchedNodes.h"
 #include "app/model/tree/PlistNodePtr.h"
 

@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/NodeIdSet.h"
 #include "app/model/tree/PlistNodePtr.h"
 
-class PlistMatches;
 class PlistNode;
 
 /// The nodes of a tree at the places where a search has found something.

@@ -4,8 +4,8 @@
 #include <stop_token>
 #include <utility>
 
-#include "PlistCore/PlistSearch.h"
 #include "app/model/runtime/MainThread.h"
+#include "app/model/runtime/Plist.h"
 
 SearchRun::SearchRun(PlistValue root, std::string query, QObject* parent) : QObject(parent) {
     MainThread::check();

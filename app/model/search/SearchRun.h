@@ -6,8 +6,7 @@
 #include <thread>
 #include <utility>
 
-#include "PlistCore/PlistMatches.h"
-#include "PlistCore/PlistValue.h"
+#include "app/model/runtime/Plist.h"
 
 /// One search through a value, on a thread of its own. It begins at once and ends soon after this
 /// object is destroyed, which waits for it: a search looks for the wish to stop at every value.

@@ -4,8 +4,8 @@
 #include <span>
 #include <utility>
 
-#include "PlistCore/PlistCheck.h"
 #include "app/model/runtime/MainThread.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/model/tree/PlistNodeBlock.h"
 

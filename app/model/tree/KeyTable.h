@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "PlistCore/PlistString.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNodePtr.h"
 
 /// The keys of a list of nodes, for finding equal ones. Keys are equal as Unicode text.

@@ -5,9 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "PlistCore/PlistError.h"
-#include "PlistCore/PlistValue.h"
 #include "PlistCore/xml/XMLPlistParser.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 
 namespace {

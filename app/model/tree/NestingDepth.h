@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "PlistCore/PlistEntry.h"
+#include "app/model/runtime/Plist.h"
 
 class PlistNode;
 

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "PlistCore/PlistCheck.h"
+#include "app/model/runtime/Plist.h"
 
 NodeId NodeIdCounter::take(qint64 count) {
     plistCheck(count > 0 && last_ <= std::numeric_limits<NodeId>::max() - count,

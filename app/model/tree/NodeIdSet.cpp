@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "PlistCore/PlistCheck.h"
+#include "app/model/runtime/Plist.h"
 
 NodeIdSet::NodeIdSet(std::initializer_list<NodeId> ids) {
     for (const NodeId id : ids) {

@@ -4,8 +4,8 @@
 #include <iterator>
 #include <utility>
 
-#include "PlistCore/PlistCheck.h"
 #include "app/model/runtime/MainThread.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/ChildrenMaker.h"
 #include "app/model/tree/DuplicateKeyFinder.h"
 #include "app/model/tree/NodeIdCounter.h"

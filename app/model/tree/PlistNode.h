@@ -5,9 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "PlistCore/PlistString.h"
-#include "PlistCore/PlistType.h"
-#include "PlistCore/PlistValue.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/NodeId.h"
 #include "app/model/tree/PlistNodeChange.h"
 #include "app/model/tree/PlistNodeList.h"

@@ -3,8 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "PlistCore/PlistString.h"
-#include "PlistCore/PlistValue.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/NodeId.h"
 
 class PlistNode;

@@ -1,8 +1,8 @@
 #include "app/ui/dialogs/TransferReading.h"
 
-#include "PlistCore/PlistError.h"
 #include "app/desktop/pasteboard/PasteboardData.h"
 #include "app/model/actions/TransferError.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/NestingDepth.h"
 #include "app/ui/dialogs/MessageDialog.h"
 

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "PlistCore/PlistFormat.h"
+#include "app/model/runtime/Plist.h"
 
 class QButtonGroup;
 

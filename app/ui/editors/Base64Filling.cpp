@@ -5,7 +5,7 @@
 #include <QTextDocument>
 #include <algorithm>
 
-#include "PlistCore/Base64.h"
+#include "app/model/runtime/Plist.h"
 
 namespace {
 

@@ -11,10 +11,10 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "PlistCore/PlistText.h"
 #include "app/desktop/files/BackgroundTask.h"
 #include "app/desktop/files/FileError.h"
 #include "app/desktop/saving/ByteFile.h"
+#include "app/model/runtime/Plist.h"
 #include "app/ui/dialogs/MessageDialog.h"
 #include "app/ui/editors/Base64Filling.h"
 #include "app/ui/look/ErrorColor.h"

@@ -11,7 +11,7 @@
 #include <cmath>
 #include <utility>
 
-#include "PlistCore/PlistDate.h"
+#include "app/model/runtime/Plist.h"
 #include "app/ui/look/CellMetrics.h"
 #include "app/ui/look/SecondaryColor.h"
 

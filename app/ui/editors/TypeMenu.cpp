@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "PlistCore/PlistType.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 
 bool TypeMenu::isFor(const PlistNode& node) {

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "PlistCore/PlistText.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/editors/InlineTextField.h"
 #include "app/ui/editors/LongTextEditor.h"

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <optional>
 
-#include "PlistCore/PlistDate.h"
+#include "app/model/runtime/Plist.h"
 
 namespace {
 

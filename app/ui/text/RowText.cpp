@@ -5,8 +5,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "PlistCore/PlistText.h"
-#include "PlistCore/PlistType.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/text/DataSummary.h"
 #include "app/ui/text/DateText.h"

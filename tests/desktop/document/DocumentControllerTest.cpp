@@ -11,10 +11,10 @@
 #include <optional>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/desktop/document/DocumentController.h"
 #include "app/desktop/files/BackgroundTask.h"
 #include "app/model/editing/PlistEditor.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 
 namespace {

@@ -8,14 +8,12 @@
 #include <optional>
 #include <thread>
 
-#include "PlistCore/PlistBytes.h"
-#include "PlistCore/PlistCodec.h"
-#include "PlistCore/PlistEntry.h"
 #include "app/desktop/files/ContentDigest.h"
 #include "app/desktop/files/FileError.h"
 #include "app/desktop/files/PlistDocumentReader.h"
 #include "app/desktop/files/ProgressReporter.h"
 #include "app/model/editing/PlistDocument.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/IntervalCount.h"
 #include "tests/model/support/OrdinaryUser.h"

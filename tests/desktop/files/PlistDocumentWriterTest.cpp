@@ -11,12 +11,12 @@
 #include <thread>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/desktop/files/FileError.h"
 #include "app/desktop/files/PlistDocumentReader.h"
 #include "app/desktop/files/PlistDocumentWriter.h"
 #include "app/desktop/files/ProgressReporter.h"
 #include "app/model/editing/PlistDocument.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/IntervalCount.h"
 #include "tests/model/support/TreeText.h"

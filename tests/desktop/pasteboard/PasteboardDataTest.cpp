@@ -3,11 +3,9 @@
 #include <memory>
 #include <vector>
 
-#include "PlistCore/PlistCodec.h"
-#include "PlistCore/PlistEntry.h"
-#include "PlistCore/PlistError.h"
 #include "app/desktop/pasteboard/PasteboardData.h"
 #include "app/model/actions/TransferError.h"
+#include "app/model/runtime/Plist.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <limits>
 #include <memory>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/actions/DocumentActions.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 

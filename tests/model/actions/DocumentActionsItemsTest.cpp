@@ -1,8 +1,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/actions/DocumentActions.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/IntervalCount.h"

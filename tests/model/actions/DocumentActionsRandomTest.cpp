@@ -4,9 +4,9 @@
 #include <random>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/actions/DocumentActions.h"
 #include "app/model/actions/PlistTransfer.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/RowMirror.h"

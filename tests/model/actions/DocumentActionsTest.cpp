@@ -2,10 +2,10 @@
 #include <QTest>
 #include <functional>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/actions/DocumentActions.h"
 #include "app/model/actions/PlistTransfer.h"
 #include "app/model/editing/PlistDocument.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/IntervalCount.h"

@@ -3,13 +3,10 @@
 #include <memory>
 #include <vector>
 
-#include "PlistCore/PlistBytes.h"
-#include "PlistCore/PlistCodec.h"
-#include "PlistCore/PlistEntry.h"
-#include "PlistCore/PlistError.h"
 #include "PlistCore/value/PlistCell.h"
 #include "app/model/actions/DocumentActions.h"
 #include "app/model/actions/PlistTransfer.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/TreeText.h"

@@ -2,8 +2,8 @@
 #include <array>
 #include <optional>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/actions/InsertionPoint.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 

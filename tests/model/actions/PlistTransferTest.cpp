@@ -5,10 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "PlistCore/PlistCodec.h"
-#include "PlistCore/PlistError.h"
 #include "app/model/actions/PlistTransfer.h"
 #include "app/model/actions/TransferError.h"
+#include "app/model/runtime/Plist.h"
 #include "tests/model/support/TreeText.h"
 
 namespace {

@@ -7,11 +7,11 @@
 #include <string_view>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/editing/UndoManager.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/TreeText.h"
 

@@ -1,8 +1,7 @@
 #include <QTest>
 
-#include "PlistCore/PlistEntry.h"
-#include "PlistCore/PlistValue.h"
 #include "app/model/outline/OutlineExpansion.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include <set>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/RowMirror.h"
 #include "tests/model/support/TreeText.h"

@@ -5,12 +5,12 @@
 #include <random>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/editing/EditGroup.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/editing/UndoManager.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/RowMirror.h"

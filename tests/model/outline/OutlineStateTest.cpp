@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/BrokenRule.h"
 #include "tests/model/support/OutlineWindow.h"

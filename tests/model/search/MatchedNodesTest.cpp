@@ -1,9 +1,7 @@
 #include <QTest>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
-#include "PlistCore/PlistMatches.h"
-#include "PlistCore/PlistSearch.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/search/MatchResolver.h"
 #include "app/model/search/MatchedNodes.h"
 #include "app/model/tree/PlistNode.h"

@@ -8,10 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
-#include "PlistCore/PlistMatches.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/search/SearchRun.h"
 #include "app/model/search/SearchState.h"
 #include "app/model/tree/PlistNode.h"

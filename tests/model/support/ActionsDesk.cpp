@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QStringList>
 
-#include "PlistCore/PlistCodec.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/TreeText.h"
 

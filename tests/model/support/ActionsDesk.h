@@ -4,11 +4,11 @@
 #include <initializer_list>
 #include <utility>
 
-#include "PlistCore/PlistValue.h"
 #include "app/model/actions/DocumentActions.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/UndoManager.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNodePtr.h"
 
 /// A document with all that a window adds to it, without the window.

@@ -1,6 +1,6 @@
 #include "tests/model/support/BrokenRule.h"
 
-#include "PlistCore/PlistCheck.h"
+#include "app/model/runtime/Plist.h"
 
 BrokenRule::BrokenRule() {
     setPlistCheckHandler(&BrokenRule::fail);

@@ -7,9 +7,8 @@
 #include <memory>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
-#include "PlistCore/PlistValue.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/NodeIdSet.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/RowMirror.h"

@@ -5,7 +5,7 @@
 #include <limits>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
+#include "app/model/runtime/Plist.h"
 
 namespace {
 

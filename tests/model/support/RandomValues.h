@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "PlistCore/PlistValue.h"
+#include "app/model/runtime/Plist.h"
 
 /// The keys and values that random edits bring: few enough to collide often, among them all that
 /// is special about keys, numbers and types.

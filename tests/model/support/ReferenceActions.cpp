@@ -5,7 +5,7 @@
 #include <set>
 #include <utility>
 
-#include "PlistCore/PlistText.h"
+#include "app/model/runtime/Plist.h"
 
 namespace {
 

@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
-#include "PlistCore/PlistType.h"
+#include "app/model/runtime/Plist.h"
 #include "tests/model/support/ReferenceDocument.h"
 #include "tests/model/support/ReferenceOutline.h"
 

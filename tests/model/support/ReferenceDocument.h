@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "PlistCore/PlistFile.h"
-#include "PlistCore/PlistFormat.h"
+#include "app/model/runtime/Plist.h"
 #include "tests/model/support/ReferenceItem.h"
 
 /// A document and its undo history by the plain rules, slowly: an edit changes a tree of records,

@@ -4,7 +4,7 @@
 #include <bit>
 #include <utility>
 
-#include "PlistCore/PlistEntry.h"
+#include "app/model/runtime/Plist.h"
 #include "tests/model/support/TreeText.h"
 
 ReferenceItem ReferenceItem::make(const std::string& key, const PlistValue& value, Name& lastName) {

@@ -6,8 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "PlistCore/PlistType.h"
-#include "PlistCore/PlistValue.h"
+#include "app/model/runtime/Plist.h"
 
 /// An item of the plain model that random tests compare the real one with: a record that holds all
 /// its children by value. Copying a tree copies everything, and nothing is done lazily.

@@ -6,7 +6,7 @@
 #include <set>
 #include <vector>
 
-#include "PlistCore/PlistType.h"
+#include "app/model/runtime/Plist.h"
 #include "tests/model/support/ReferenceItem.h"
 
 /// The rows of an outline by the plain rules, slowly: all of them are made anew each time.

@@ -6,10 +6,10 @@
 #include <memory>
 #include <vector>
 
-#include "PlistCore/PlistValue.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/editing/UndoManager.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/search/SearchState.h"
 #include "app/model/tree/NodeId.h"
 #include "tests/model/support/ManualAlarm.h"

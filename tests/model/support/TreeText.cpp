@@ -3,10 +3,9 @@
 #include <QByteArray>
 #include <vector>
 
-#include "PlistCore/PlistInteger.h"
-#include "PlistCore/PlistType.h"
 #include "app/model/outline/OutlineRow.h"
 #include "app/model/outline/OutlineState.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 
 namespace {

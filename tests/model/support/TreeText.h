@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "PlistCore/PlistValue.h"
+#include "app/model/runtime/Plist.h"
 
 class OutlineState;
 class OutlineRow;

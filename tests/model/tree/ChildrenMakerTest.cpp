@@ -1,7 +1,7 @@
 #include <QTest>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/ChildrenMaker.h"
 #include "app/model/tree/PlistNode.h"
 

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "PlistCore/PlistValue.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/DuplicateKeyFinder.h"
 #include "app/model/tree/PlistNode.h"
 

@@ -2,9 +2,8 @@
 #include <utility>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
-#include "PlistCore/PlistError.h"
 #include "PlistCore/xml/XMLPlistParser.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/NestingDepth.h"
 #include "app/model/tree/PlistNode.h"
 

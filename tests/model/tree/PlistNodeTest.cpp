@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/model/tree/PlistNodeBlock.h"
 #include "tests/model/support/BrokenRule.h"

@@ -13,8 +13,8 @@
 #include <memory>
 #include <string>
 
-#include "PlistCore/PlistFile.h"
 #include "app/model/actions/PlistTransfer.h"
+#include "app/model/runtime/Plist.h"
 #include "app/ui/app/TabuletApp.h"
 #include "app/ui/document/DocumentView.h"
 #include "app/ui/table/PlistTable.h"

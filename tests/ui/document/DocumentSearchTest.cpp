@@ -3,7 +3,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "PlistCore/PlistEntry.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/document/DocumentToolBar.h"
 #include "app/ui/document/DocumentView.h"

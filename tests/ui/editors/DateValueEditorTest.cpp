@@ -9,7 +9,7 @@
 #include <limits>
 #include <vector>
 
-#include "PlistCore/PlistDate.h"
+#include "app/model/runtime/Plist.h"
 #include "app/ui/editors/DateValueEditor.h"
 #include "app/ui/look/Contrast.h"
 #include "tests/ui/support/UiTest.h"

@@ -6,8 +6,8 @@
 #include <QMimeData>
 #include <QTest>
 
-#include "PlistCore/PlistEntry.h"
 #include "PlistCore/xml/XMLPlistParser.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/document/DocumentToolBar.h"
 #include "app/ui/document/DocumentView.h"

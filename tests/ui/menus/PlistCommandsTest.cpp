@@ -6,7 +6,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "PlistCore/PlistEntry.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/document/DocumentView.h"
 #include "app/ui/menus/PlistCommands.h"

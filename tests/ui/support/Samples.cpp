@@ -7,10 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "PlistCore/PlistBytes.h"
-#include "PlistCore/PlistCodec.h"
-#include "PlistCore/PlistEntry.h"
-#include "PlistCore/PlistError.h"
+#include "app/model/runtime/Plist.h"
 
 PlistValue Samples::allTypes() {
     constexpr std::array<std::uint8_t, 12> data = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};

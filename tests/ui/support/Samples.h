@@ -3,8 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-#include "PlistCore/PlistFormat.h"
-#include "PlistCore/PlistValue.h"
+#include "app/model/runtime/Plist.h"
 
 /// Documents for the tests of what is on the screen.
 namespace Samples {

@@ -8,9 +8,9 @@
 #include <cmath>
 #include <memory>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/UndoManager.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/editors/DataPopover.h"
 #include "app/ui/editors/DateValueEditor.h"

@@ -6,9 +6,9 @@
 #include <optional>
 #include <string>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/UndoManager.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/editors/InlineTextField.h"
 #include "app/ui/editors/LongTextEditor.h"

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/table/OutlineTableModel.h"
 #include "tests/ui/support/Samples.h"

@@ -8,8 +8,8 @@
 #include <QToolTip>
 #include <memory>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/editing/PlistDocument.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/look/CellMetrics.h"
 #include "app/ui/table/KeyCell.h"

@@ -10,7 +10,7 @@
 #include <memory>
 #include <string>
 
-#include "PlistCore/PlistEntry.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/document/DocumentView.h"
 #include "app/ui/notices/FileNotice.h"

@@ -15,8 +15,8 @@
 #include <functional>
 #include <memory>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/editing/PlistEditor.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/document/DocumentToolBar.h"
 #include "app/ui/document/DocumentView.h"

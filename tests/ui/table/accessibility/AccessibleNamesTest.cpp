@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <QTest>
 
-#include "PlistCore/PlistEntry.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/document/DocumentView.h"
 #include "app/ui/editors/DataPopover.h"

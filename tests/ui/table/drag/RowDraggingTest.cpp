@@ -4,8 +4,8 @@
 #include <QTest>
 #include <memory>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/editing/PlistDocument.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/document/DocumentView.h"
 #include "app/ui/table/PlistTable.h"

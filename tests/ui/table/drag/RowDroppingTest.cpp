@@ -7,9 +7,9 @@
 #include <memory>
 #include <vector>
 
-#include "PlistCore/PlistEntry.h"
 #include "app/model/actions/PlistTransfer.h"
 #include "app/model/editing/PlistDocument.h"
+#include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/document/DocumentView.h"
 #include "app/ui/document/EmptyState.h"
