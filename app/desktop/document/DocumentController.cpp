@@ -12,7 +12,7 @@
 #include "app/desktop/files/PlistDocumentReader.h"
 #include "app/desktop/files/PlistDocumentWriter.h"
 #include "app/desktop/files/StateFolder.h"
-#include "app/desktop/recovery/LostDocument.h"
+#include "app/desktop/recovery/RecoverableDocument.h"
 #include "app/desktop/saving/SafeWriter.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/runtime/Plist.h"
@@ -142,7 +142,7 @@ void DocumentController::open(const QString& path) {
         &DocumentController::openFailed);
 }
 
-void DocumentController::recover(const LostDocument& lost) {
+void DocumentController::recover(const RecoverableDocument& lost) {
     beginReading(
         lost.contentPath(), [this, lost](const FreshRoot& fresh) { finishRecovering(lost, fresh); },
         &DocumentController::openFailed);
@@ -239,7 +239,7 @@ void DocumentController::finishReading(const QString& path, const FreshRoot& fre
     Q_EMIT opened();
 }
 
-void DocumentController::finishRecovering(const LostDocument& lost, const FreshRoot& fresh) {
+void DocumentController::finishRecovering(const RecoverableDocument& lost, const FreshRoot& fresh) {
     const RecoveryRecord& record = lost.record();
     document_.apply(fresh.root, record.format);
     document_.setWasReadOnlyFormat(record.wasReadOnlyFormat);

@@ -12,7 +12,7 @@
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/UndoManager.h"
 
-class LostDocument;
+class RecoverableDocument;
 
 /// One open document together with its file and its undo history: reads and writes it on worker
 /// threads, and knows whether the document differs from what was read or saved last. Belongs to the
@@ -74,7 +74,7 @@ public:
     /// Begins to make what a crash left unsaved the content of the document, which is modified
     /// then. It has its old file again, or none if that has changed since. Ends like `open`, and
     /// leaves what was kept as it is. Only while idle.
-    void recover(const LostDocument& lost);
+    void recover(const RecoverableDocument& lost);
 
     /// Begins to read the file of the document again and to make it the content, as one step that
     /// can be undone. Ends with `reverted` or `revertFailed`; after a failure the document is as
@@ -141,7 +141,7 @@ private:
                   const std::function<void(const FreshRoot&)>& finish);
     void finishReading(const QString& path, const FreshRoot& fresh);
     void replaceContent(const FreshRoot& fresh, const QString& actionName);
-    void finishRecovering(const LostDocument& lost, const FreshRoot& fresh);
+    void finishRecovering(const RecoverableDocument& lost, const FreshRoot& fresh);
     void finishReverting(const FreshRoot& fresh);
     void finishReloading(const FreshRoot& fresh, bool mayReplace);
     void beginWriting(const QString& path, std::function<bool(const ContentDigest&)> mayReplace);

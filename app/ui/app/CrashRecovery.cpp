@@ -23,7 +23,7 @@ void CrashRecovery::look() {
         *this,
         [place = place_] {
             return std::make_shared<Findings>(
-                Findings{SafetyCopy::leftBehind(place), LostDocument::find(place)});
+                Findings{SafetyCopy::leftBehind(place), RecoverableDocument::find(place)});
         },
         [this](const std::shared_ptr<Findings>& findings) {
             findings_ = std::move(*findings);

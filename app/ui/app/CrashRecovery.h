@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <vector>
 
-#include "app/desktop/recovery/LostDocument.h"
+#include "app/desktop/recovery/RecoverableDocument.h"
 #include "app/desktop/saving/SafetyCopy.h"
 
 /// Looks for what a crash has left, and asks what shall become of it: the old content of files
@@ -28,12 +28,12 @@ Q_SIGNALS:
     /// A crash has left something, which is to be asked about.
     void found();
 
-    void recoverChosen(const LostDocument& document);
+    void recoverChosen(const RecoverableDocument& document);
 
 private:
     struct Findings {
         std::vector<SafetyCopy> copies;
-        std::vector<LostDocument> documents;
+        std::vector<RecoverableDocument> documents;
     };
 
     void askAboutNext();

@@ -194,14 +194,14 @@ void TabuletApp::askForFiles(DocumentWindow& window) const {
     dialog->open();
 }
 
-void TabuletApp::recover(const LostDocument& lost) {
+void TabuletApp::recover(const RecoverableDocument& lost) {
     DocumentWindow* window = windowFor(lost);
     window->recover(lost);
     window->show();
 }
 
 /// The window that shows its file without changes, or one that shows nothing yet.
-DocumentWindow* TabuletApp::windowFor(const LostDocument& lost) {
+DocumentWindow* TabuletApp::windowFor(const RecoverableDocument& lost) {
     if (lost.hasFile()) {
         DocumentWindow* window = windowShowing(lost.filePath());
         if (window != nullptr && isUntouched(*window)) {

@@ -59,8 +59,8 @@ protected:
 private:
     void keepAll();
     void askAboutLost();
-    void recover(const LostDocument& lost);
-    DocumentWindow* windowFor(const LostDocument& lost);
+    void recover(const RecoverableDocument& lost);
+    DocumentWindow* windowFor(const RecoverableDocument& lost);
     DocumentWindow* makeWindow();
     DocumentWindow* windowShowing(const QString& path) const;
     DocumentWindow* pristineWindow() const;

@@ -24,13 +24,13 @@ constexpr int dialogWidth = 520;
 /// What keeps the rows of one document together.
 constexpr int rowSpacing = 3;
 
-QString placeOf(const LostDocument& document) {
+QString placeOf(const RecoverableDocument& document) {
     const QString path = document.filePath();
     return path.isEmpty() ? RecoveryDialog::tr("Never saved")
                           : FilePath::shown(FilePath::folder(path));
 }
 
-QString describe(const LostDocument& document) {
+QString describe(const RecoverableDocument& document) {
     const RecoveryRecord& record = document.record();
     QString text = record.title + QLatin1Char('\n') + placeOf(document);
     if (record.keptAt.isValid()) {
@@ -58,7 +58,7 @@ QLabel* explanation(QWidget* parent) {
 
 }  // namespace
 
-RecoveryDialog::RecoveryDialog(std::vector<LostDocument> documents, QWidget* parent)
+RecoveryDialog::RecoveryDialog(std::vector<RecoverableDocument> documents, QWidget* parent)
     : QDialog(parent), documents_(std::move(documents)), list_(new QListWidget(this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(tr("Recover Documents"));

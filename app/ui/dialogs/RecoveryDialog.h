@@ -3,7 +3,7 @@
 #include <QDialog>
 #include <vector>
 
-#include "app/desktop/recovery/LostDocument.h"
+#include "app/desktop/recovery/RecoverableDocument.h"
 
 class QListWidget;
 class QPushButton;
@@ -15,10 +15,10 @@ class RecoveryDialog : public QDialog {
     Q_OBJECT
 
 public:
-    explicit RecoveryDialog(std::vector<LostDocument> documents, QWidget* parent = nullptr);
+    explicit RecoveryDialog(std::vector<RecoverableDocument> documents, QWidget* parent = nullptr);
 
 Q_SIGNALS:
-    void recoverChosen(const LostDocument& document);
+    void recoverChosen(const RecoverableDocument& document);
 
     /// The user wants to see where this file lies.
     void showFolderChosen(const QString& path);
@@ -33,7 +33,7 @@ private:
     void discard();
     void removeRows(const QList<int>& numbers);
 
-    std::vector<LostDocument> documents_;
+    std::vector<RecoverableDocument> documents_;
     QListWidget* list_;
     QPushButton* recover_ = nullptr;
     QPushButton* discard_ = nullptr;

@@ -3,7 +3,7 @@
 #include <QAccessible>
 #include <QPushButton>
 
-FileNotice::FileNotice(const FileFollower& follower, QWidget* parent)
+FileNotice::FileNotice(const ExternalChanges& follower, QWidget* parent)
     : NoticeStrip(parent),
       follower_(follower),
       reload_(addButton(tr("&Reload"))),
@@ -16,13 +16,13 @@ FileNotice::FileNotice(const FileFollower& follower, QWidget* parent)
 }
 
 void FileNotice::showTrouble(const QString& name) {
-    const FileFollower::Trouble trouble = follower_.trouble();
-    const bool isDeleted = trouble == FileFollower::Trouble::deleted;
+    const ExternalChanges::Trouble trouble = follower_.trouble();
+    const bool isDeleted = trouble == ExternalChanges::Trouble::deleted;
     setText(textFor(name));
     reload_->setVisible(!isDeleted);
     keep_->setVisible(!isDeleted);
     save_->setVisible(isDeleted);
-    setVisible(trouble != FileFollower::Trouble::none);
+    setVisible(trouble != ExternalChanges::Trouble::none);
     if (isVisible()) {
         QAccessibleEvent alert(this, QAccessible::Alert);
         QAccessible::updateAccessibility(&alert);
@@ -31,15 +31,15 @@ void FileNotice::showTrouble(const QString& name) {
 
 QString FileNotice::textFor(const QString& name) const {
     switch (follower_.trouble()) {
-        case FileFollower::Trouble::changed:
+        case ExternalChanges::Trouble::changed:
             return tr("The file “%1” has been changed by another program.").arg(name);
-        case FileFollower::Trouble::unreadable:
+        case ExternalChanges::Trouble::unreadable:
             return tr("The file “%1” has been changed by another program and cannot be read now. "
                       "%2")
                 .arg(name, follower_.reason());
-        case FileFollower::Trouble::deleted:
+        case ExternalChanges::Trouble::deleted:
             return tr("The file “%1” has been deleted or moved. Saving makes it again.").arg(name);
-        case FileFollower::Trouble::none:
+        case ExternalChanges::Trouble::none:
             break;
     }
     return {};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/desktop/document/FileFollower.h"
+#include "app/desktop/document/ExternalChanges.h"
 #include "app/ui/notices/NoticeStrip.h"
 
 /// The strip that says what other programs have done to the file of a document, and asks what to do
@@ -10,7 +10,7 @@ class FileNotice : public NoticeStrip {
 
 public:
     /// `follower` outlives the strip.
-    explicit FileNotice(const FileFollower& follower, QWidget* parent = nullptr);
+    explicit FileNotice(const ExternalChanges& follower, QWidget* parent = nullptr);
 
     /// Shows what trouble there is with the file, which is called `name`.
     void showTrouble(const QString& name);
@@ -23,7 +23,7 @@ Q_SIGNALS:
 private:
     QString textFor(const QString& name) const;
 
-    const FileFollower& follower_;
+    const ExternalChanges& follower_;
     QPushButton* reload_;
     QPushButton* keep_;
     QPushButton* save_;

@@ -64,7 +64,7 @@ bool isAboutThisDocument(const QDialog* dialog) {
 DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
     : QMainWindow(parent),
       controller_(untitledName),
-      follower_(controller_, FileMonitor::restTime, this),
+      follower_(controller_, FileChangeDetector::restTime, this),
       pages_(new QStackedWidget(this)),
       progress_(new ProgressPage(pages_)),
       view_(new DocumentView(controller_.document(), &controller_.undoManager(), pages_)) {
@@ -141,14 +141,14 @@ void DocumentWindow::followController() {
 
 void DocumentWindow::followFile() {
     follower_.setInputCheck([this] { return hasInput(); });
-    connect(&follower_, &FileFollower::troubleChanged, this, [this] {
+    connect(&follower_, &ExternalChanges::troubleChanged, this, [this] {
         if (notice_->isAncestorOf(focusWidget())) {
             view_->setFocus();
         }
         notice_->showTrouble(controller_.name());
     });
     connect(notice_, &FileNotice::reloadChosen, this, &DocumentWindow::reload);
-    connect(notice_, &FileNotice::keepChosen, &follower_, &FileFollower::keepMine);
+    connect(notice_, &FileNotice::keepChosen, &follower_, &ExternalChanges::keepMine);
     connect(notice_, &FileNotice::saveChosen, this, &DocumentWindow::save);
     connect(&controller_, &DocumentController::aboutToReload, this,
             [this] { keptPlace_.emplace(*view_); });
@@ -217,7 +217,7 @@ void DocumentWindow::open(const QString& path) {
     controller_.open(path);
 }
 
-void DocumentWindow::recover(const LostDocument& lost) {
+void DocumentWindow::recover(const RecoverableDocument& lost) {
     lost_ = lost;
     lost_->beginAttempt();
     const QString& name = lost.record().title;

@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "app/desktop/document/DocumentController.h"
-#include "app/desktop/document/FileFollower.h"
-#include "app/desktop/recovery/LostDocument.h"
+#include "app/desktop/document/ExternalChanges.h"
+#include "app/desktop/recovery/RecoverableDocument.h"
 #include "app/ui/dialogs/MessageDialog.h"
 #include "app/ui/window/KeptPlace.h"
 
@@ -43,7 +43,7 @@ public:
     void open(const QString& path);
 
     /// Brings what a crash left unsaved into this window.
-    void recover(const LostDocument& lost);
+    void recover(const RecoverableDocument& lost);
 
     /// The document has been kept for a crash: what an earlier one left of it is needed no more.
     void handleKept();
@@ -120,7 +120,7 @@ private:
     void refuseClose();
 
     DocumentController controller_;
-    FileFollower follower_;
+    ExternalChanges follower_;
     std::optional<KeptPlace> keptPlace_;
     QStackedWidget* pages_;
     ProgressPage* progress_;
@@ -131,7 +131,7 @@ private:
     QPointer<NoticeBanner> keepingNotice_;
     SaveProgress* saveProgress_ = nullptr;
     std::function<QList<QWidget*>()> allWindows_;
-    std::optional<LostDocument> lost_;
+    std::optional<RecoverableDocument> lost_;
     bool closesWhenSaved_ = false;
     bool closesUnasked_ = false;
     bool isAsking_ = false;

@@ -12,7 +12,7 @@
 #include "app/desktop/document/DocumentController.h"
 #include "app/desktop/document/DocumentRecovery.h"
 #include "app/desktop/files/PlistDocumentReader.h"
-#include "app/desktop/recovery/LostDocument.h"
+#include "app/desktop/recovery/RecoverableDocument.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/tree/PlistNode.h"
 

@@ -13,7 +13,7 @@
 #include "PlistCore/binary/BinaryPlistSerializer.h"
 #include "app/desktop/document/DocumentController.h"
 #include "app/desktop/document/DocumentRecovery.h"
-#include "app/desktop/recovery/LostDocument.h"
+#include "app/desktop/recovery/RecoverableDocument.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/RandomValues.h"
@@ -123,7 +123,7 @@ private Q_SLOTS:
         const int lastKept = editAndKill(place, seed);
         QVERIFY(lastKept > 0);
 
-        const std::vector<LostDocument> found = LostDocument::find(place);
+        const std::vector<RecoverableDocument> found = RecoverableDocument::find(place);
         QCOMPARE(found.size(), std::size_t{1});
         DocumentController recovered(QStringLiteral("New"));
         QSignalSpy opened(&recovered, &DocumentController::opened);

@@ -146,8 +146,9 @@ private Q_SLOTS:
         QVERIFY(QFile::exists(kept));
         // That was no crash: it is not left alone the next time.
         app_.reset();
-        for (int i = 0; i < LostDocument::mostAttempts; ++i) {
-            const std::vector<LostDocument> found = LostDocument::find(StateFolder::recoveryPath());
+        for (int i = 0; i < RecoverableDocument::mostAttempts; ++i) {
+            const std::vector<RecoverableDocument> found =
+                RecoverableDocument::find(StateFolder::recoveryPath());
             QCOMPARE(found.size(), std::size_t{1});
             QCOMPARE(found.front().record().attempts, 0);
         }

@@ -72,7 +72,7 @@ private Q_SLOTS:
         show();
         QStringList titles;
         connect(dialog_, &RecoveryDialog::recoverChosen, this,
-                [&titles](const LostDocument& lost) { titles += lost.record().title; });
+                [&titles](const RecoverableDocument& lost) { titles += lost.record().title; });
         list().clearSelection();
         list().item(1)->setSelected(true);
         button("Recover")->click();
@@ -122,7 +122,7 @@ private Q_SLOTS:
         show();
         QTest::keyClick(dialog_, Qt::Key_Escape);
         QTRY_VERIFY(dialog_ == nullptr);
-        QCOMPARE(LostDocument::find(place()).size(), std::size_t{4});
+        QCOMPARE(RecoverableDocument::find(place()).size(), std::size_t{4});
     }
 
     void showsTheFolderOfOneDocument() {
@@ -176,7 +176,7 @@ private:
     }
 
     void show() {
-        dialog_ = new RecoveryDialog(LostDocument::find(place()));
+        dialog_ = new RecoveryDialog(RecoverableDocument::find(place()));
         dialog_->show();
         QVERIFY(QTest::qWaitForWindowActive(dialog_));
     }

@@ -184,7 +184,8 @@ private Q_SLOTS:
         }
         window_->show();
         QVERIFY(QTest::qWaitForWindowActive(window_));
-        QSignalSpy examined(window_->findChild<FileMonitor*>(), &FileMonitor::examined);
+        QSignalSpy examined(window_->findChild<FileChangeDetector*>(),
+                            &FileChangeDetector::examined);
         window_->open(path());
         // The first look needs no reason.
         QVERIFY(examined.wait());

@@ -14,12 +14,12 @@
 /// seldom; but nothing comes from file systems that other machines write to. (QFileSystemWatcher
 /// loses a file that is replaced, tells of every other file of a folder too, and takes no names
 /// that are no text.)
-class FileEvents : public QObject {
+class FileWatch : public QObject {
     Q_OBJECT
 
 public:
-    explicit FileEvents(QObject* parent = nullptr);
-    ~FileEvents() override;
+    explicit FileWatch(QObject* parent = nullptr);
+    ~FileWatch() override;
 
     /// Listens to the file at `path` only; there need not be one. An empty path: to none.
     void watch(const QByteArray& path);

@@ -10,7 +10,7 @@
 
 /// A document with unsaved changes that a program left behind when it ended without warning. As
 /// long as a copy of this lives, no other program finds the document.
-class LostDocument {
+class RecoverableDocument {
 public:
     /// So many attempts to bring a document back may end the program before it is left alone.
     static constexpr int mostAttempts = 2;
@@ -18,7 +18,7 @@ public:
     /// All documents in the folders inside of `place` that no running program uses, the newest
     /// first. Deletes folders in which nothing is. Reads the records only, and the files that the
     /// documents came from, to see whether they have changed; may be called from any thread.
-    static std::vector<LostDocument> find(const QString& place);
+    static std::vector<RecoverableDocument> find(const QString& place);
 
     /// What is known about it; made up where the record cannot be read.
     const RecoveryRecord& record() const noexcept { return record_; }
@@ -49,7 +49,7 @@ public:
     void remove() const;
 
 private:
-    LostDocument(std::shared_ptr<RecoveryFolder> folder, QByteArray name);
+    RecoverableDocument(std::shared_ptr<RecoveryFolder> folder, QByteArray name);
 
     void writeRecord() const;
 

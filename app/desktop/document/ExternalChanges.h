@@ -7,14 +7,14 @@
 #include <optional>
 
 #include "app/desktop/files/FileError.h"
-#include "app/desktop/watching/FileMonitor.h"
+#include "app/desktop/watching/FileChangeDetector.h"
 
 class DocumentController;
 
 /// Keeps a document in step with its file. What another program writes is taken over by itself as
 /// long as nothing of the user's would be replaced; else the user is to choose, and until then
 /// nothing happens. Belongs to the main thread.
-class FileFollower : public QObject {
+class ExternalChanges : public QObject {
     Q_OBJECT
 
 public:
@@ -28,10 +28,10 @@ public:
     Q_ENUM(Trouble)
 
     /// Both outlive this.
-    explicit FileFollower(DocumentController& controller,
-                          std::chrono::milliseconds rest = FileMonitor::restTime,
-                          QObject* parent = nullptr);
-    ~FileFollower() override;
+    explicit ExternalChanges(DocumentController& controller,
+                             std::chrono::milliseconds rest = FileChangeDetector::restTime,
+                             QObject* parent = nullptr);
+    ~ExternalChanges() override;
 
     Trouble trouble() const noexcept { return trouble_; }
 
@@ -61,7 +61,7 @@ private:
     bool mayReload() const;
 
     DocumentController& controller_;
-    FileMonitor monitor_;
+    FileChangeDetector monitor_;
     std::function<bool()> hasInput_;
     std::optional<ContentDigest> present_;  ///< what the file holds, if it is not what was read
     Trouble trouble_ = Trouble::none;

@@ -1,4 +1,4 @@
-#include "app/desktop/watching/FileMonitor.h"
+#include "app/desktop/watching/FileChangeDetector.h"
 
 #include <fcntl.h>
 
@@ -6,16 +6,17 @@
 #include "app/desktop/files/FileDescriptor.h"
 #include "app/desktop/files/FilePath.h"
 
-FileMonitor::FileMonitor(std::chrono::milliseconds rest, QObject* parent) : QObject(parent) {
+FileChangeDetector::FileChangeDetector(std::chrono::milliseconds rest, QObject* parent)
+    : QObject(parent) {
     rest_.setSingleShot(true);
     rest_.setInterval(rest);
-    connect(&rest_, &QTimer::timeout, this, &FileMonitor::beginLook);
-    connect(&events_, &FileEvents::happened, this, &FileMonitor::handleEvent);
+    connect(&rest_, &QTimer::timeout, this, &FileChangeDetector::beginLook);
+    connect(&events_, &FileWatch::happened, this, &FileChangeDetector::handleEvent);
 }
 
-FileMonitor::~FileMonitor() = default;
+FileChangeDetector::~FileChangeDetector() = default;
 
-void FileMonitor::follow(const QString& path, const ContentDigest& known) {
+void FileChangeDetector::follow(const QString& path, const ContentDigest& known) {
     ++generation_;
     path_ = FilePath::encoded(path);
     known_ = known;
@@ -28,14 +29,14 @@ void FileMonitor::follow(const QString& path, const ContentDigest& known) {
     rest_.start();
 }
 
-void FileMonitor::pause() {
+void FileChangeDetector::pause() {
     isPaused_ = true;
     ++generation_;
     rest_.stop();
     seen_.reset();
 }
 
-void FileMonitor::resume() {
+void FileChangeDetector::resume() {
     isPaused_ = false;
     concluded_.reset();
     if (!path_.isEmpty()) {
@@ -43,13 +44,13 @@ void FileMonitor::resume() {
     }
 }
 
-void FileMonitor::check() {
+void FileChangeDetector::check() {
     if (!isPaused_ && !path_.isEmpty() && !rest_.isActive()) {
         beginLook();
     }
 }
 
-void FileMonitor::handleEvent() {
+void FileChangeDetector::handleEvent() {
     if (isPaused_ || path_.isEmpty()) {
         return;
     }
@@ -62,8 +63,8 @@ void FileMonitor::handleEvent() {
     rest_.start();
 }
 
-FileMonitor::Sight FileMonitor::look(const QByteArray& path,
-                                     const std::optional<FileStamp>& before) {
+FileChangeDetector::Sight FileChangeDetector::look(const QByteArray& path,
+                                                   const std::optional<FileStamp>& before) {
     Sight sight{FileStamp::of(path), std::nullopt};
     if (sight.stamp.kind != FileStamp::Kind::regular || sight.stamp != before) {
         return sight;
@@ -79,7 +80,7 @@ FileMonitor::Sight FileMonitor::look(const QByteArray& path,
     return sight;
 }
 
-void FileMonitor::beginLook() {
+void FileChangeDetector::beginLook() {
     if (isLooking_) {
         rest_.start();
         return;
@@ -95,7 +96,7 @@ void FileMonitor::beginLook() {
         });
 }
 
-void FileMonitor::handleSight(const Sight& sight) {
+void FileChangeDetector::handleSight(const Sight& sight) {
     if (rest_.isActive()) {
         // More has happened; it will be looked at again.
         seen_ = sight.stamp;
@@ -107,7 +108,7 @@ void FileMonitor::handleSight(const Sight& sight) {
     }
 }
 
-void FileMonitor::conclude(const Sight& sight) {
+void FileChangeDetector::conclude(const Sight& sight) {
     const bool isNews = sight.stamp != concluded_;
     concluded_ = sight.stamp;
     seen_.reset();
@@ -117,7 +118,7 @@ void FileMonitor::conclude(const Sight& sight) {
     Q_EMIT examined();
 }
 
-void FileMonitor::report(const Sight& sight) {
+void FileChangeDetector::report(const Sight& sight) {
     if (sight.digest) {
         reportContent(*sight.digest);
     } else if (sight.stamp.kind == FileStamp::Kind::missing && reported_ != Report::deleted) {
@@ -126,7 +127,7 @@ void FileMonitor::report(const Sight& sight) {
     }
 }
 
-void FileMonitor::reportContent(const ContentDigest& content) {
+void FileChangeDetector::reportContent(const ContentDigest& content) {
     if (content == known_) {
         if (reported_ != Report::known) {
             reported_ = Report::known;

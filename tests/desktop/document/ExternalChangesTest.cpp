@@ -6,13 +6,13 @@
 #include <memory>
 
 #include "app/desktop/document/DocumentController.h"
-#include "app/desktop/document/FileFollower.h"
+#include "app/desktop/document/ExternalChanges.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/tree/PlistNode.h"
 
 namespace {
 
-using Trouble = FileFollower::Trouble;
+using Trouble = ExternalChanges::Trouble;
 
 constexpr std::chrono::milliseconds shortRest{20};
 
@@ -23,7 +23,7 @@ QByteArray words(int count) {
 
 }  // namespace
 
-class FileFollowerTest : public QObject {
+class ExternalChangesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -32,7 +32,7 @@ private Q_SLOTS:
         QVERIFY(folder_->isValid());
         write(words(1));
         controller_ = std::make_unique<DocumentController>(QStringLiteral("Untitled"));
-        follower_ = std::make_unique<FileFollower>(*controller_, shortRest);
+        follower_ = std::make_unique<ExternalChanges>(*controller_, shortRest);
         QSignalSpy opened(controller_.get(), &DocumentController::opened);
         controller_->open(path());
         QVERIFY(opened.wait());
@@ -298,8 +298,8 @@ private:
 
     std::unique_ptr<QTemporaryDir> folder_;
     std::unique_ptr<DocumentController> controller_;
-    std::unique_ptr<FileFollower> follower_;
+    std::unique_ptr<ExternalChanges> follower_;
 };
 
-QTEST_GUILESS_MAIN(FileFollowerTest)
-#include "FileFollowerTest.moc"
+QTEST_GUILESS_MAIN(ExternalChangesTest)
+#include "ExternalChangesTest.moc"

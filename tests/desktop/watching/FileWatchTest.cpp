@@ -6,10 +6,10 @@
 #include <cstdio>
 #include <memory>
 
-#include "app/desktop/watching/FileEvents.h"
+#include "app/desktop/watching/FileWatch.h"
 
 /// What the monitor makes of the events is tested with it.
-class FileEventsTest : public QObject {
+class FileWatchTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -18,7 +18,7 @@ private Q_SLOTS:
         QVERIFY(folder_->isValid());
         write(path("file"));
         before_ = watches();
-        events_ = std::make_unique<FileEvents>();
+        events_ = std::make_unique<FileWatch>();
         events_->watch(path("file"));
         // The file and its folder.
         QCOMPARE(watches() - before_, 2);
@@ -35,7 +35,7 @@ private Q_SLOTS:
 
     void hearsOfTheFile() {
         QFETCH(QByteArray, change);
-        QSignalSpy happened(events_.get(), &FileEvents::happened);
+        QSignalSpy happened(events_.get(), &FileWatch::happened);
         if (change == "write") {
             write(path("file"));
         } else if (change == "replace") {
@@ -51,7 +51,7 @@ private Q_SLOTS:
     }
 
     void hearsNothingOfOtherFiles() {
-        QSignalSpy happened(events_.get(), &FileEvents::happened);
+        QSignalSpy happened(events_.get(), &FileWatch::happened);
         write(path("other"));
         QVERIFY(QFile::remove(text(path("other"))));
         QCoreApplication::processEvents();
@@ -63,7 +63,7 @@ private Q_SLOTS:
     void hearsOfNamesThatAreNoText() {
         const QByteArray name = path("\xFF\xFE");
         events_->watch(name);
-        QSignalSpy happened(events_.get(), &FileEvents::happened);
+        QSignalSpy happened(events_.get(), &FileWatch::happened);
         std::FILE* file = std::fopen(name.constData(), "w");
         QVERIFY(file != nullptr);
         std::fclose(file);
@@ -73,7 +73,7 @@ private Q_SLOTS:
     /// However often the file is replaced, no watch is left behind.
     void keepsNoWatchesOfWhatHasGone() {
         for (int i = 0; i < 50; ++i) {
-            QSignalSpy happened(events_.get(), &FileEvents::happened);
+            QSignalSpy happened(events_.get(), &FileWatch::happened);
             replace();
             QVERIFY(happened.wait());
             QCOMPARE(watches() - before_, 2);
@@ -118,9 +118,9 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> folder_;
-    std::unique_ptr<FileEvents> events_;
+    std::unique_ptr<FileWatch> events_;
     int before_ = 0;
 };
 
-QTEST_GUILESS_MAIN(FileEventsTest)
-#include "FileEventsTest.moc"
+QTEST_GUILESS_MAIN(FileWatchTest)
+#include "FileWatchTest.moc"

@@ -13,7 +13,7 @@
 #include <memory>
 #include <vector>
 
-#include "app/desktop/watching/FileMonitor.h"
+#include "app/desktop/watching/FileChangeDetector.h"
 #include "tests/model/support/NoMoreDescriptors.h"
 
 namespace {
@@ -49,7 +49,7 @@ void replace(const QString& path, const QByteArray& bytes) {
 
 }  // namespace
 
-class FileMonitorTest : public QObject {
+class FileChangeDetectorTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -118,7 +118,7 @@ private Q_SLOTS:
     /// A folder in which much is going on costs nothing.
     void isSilentAboutOtherFiles() {
         QVERIFY(isExamined());
-        const QSignalSpy examined(monitor_.get(), &FileMonitor::examined);
+        const QSignalSpy examined(monitor_.get(), &FileChangeDetector::examined);
         writeInPlace(folder_->filePath(QStringLiteral("b")), "other");
         QVERIFY(QFile::remove(folder_->filePath(QStringLiteral("b"))));
         writeInPlace(path(), "one");
@@ -279,12 +279,12 @@ private:
 
     void make(std::chrono::milliseconds rest) {
         log_.clear();
-        monitor_ = std::make_unique<FileMonitor>(rest);
-        connect(monitor_.get(), &FileMonitor::changed, this,
+        monitor_ = std::make_unique<FileChangeDetector>(rest);
+        connect(monitor_.get(), &FileChangeDetector::changed, this,
                 [this](const ContentDigest& content) { log_ += content.hex(); });
-        connect(monitor_.get(), &FileMonitor::deleted, this,
+        connect(monitor_.get(), &FileChangeDetector::deleted, this,
                 [this] { log_ += QStringLiteral("deleted"); });
-        connect(monitor_.get(), &FileMonitor::restored, this,
+        connect(monitor_.get(), &FileChangeDetector::restored, this,
                 [this] { log_ += QStringLiteral("restored"); });
     }
 
@@ -295,14 +295,14 @@ private:
 
     /// Waits until the file has been looked at.
     bool isExamined() {
-        QSignalSpy examined(monitor_.get(), &FileMonitor::examined);
+        QSignalSpy examined(monitor_.get(), &FileChangeDetector::examined);
         return examined.wait();
     }
 
     std::unique_ptr<QTemporaryDir> folder_;
-    std::unique_ptr<FileMonitor> monitor_;
+    std::unique_ptr<FileChangeDetector> monitor_;
     QStringList log_;
 };
 
-QTEST_GUILESS_MAIN(FileMonitorTest)
-#include "FileMonitorTest.moc"
+QTEST_GUILESS_MAIN(FileChangeDetectorTest)
+#include "FileChangeDetectorTest.moc"

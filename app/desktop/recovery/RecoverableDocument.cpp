@@ -1,4 +1,4 @@
-#include "app/desktop/recovery/LostDocument.h"
+#include "app/desktop/recovery/RecoverableDocument.h"
 
 #include <fcntl.h>
 
@@ -25,13 +25,13 @@ QString digestOf(const QByteArray& path) {
 /// The record of a document whose own one cannot be read.
 RecoveryRecord unknownRecord() {
     RecoveryRecord record;
-    record.title = QCoreApplication::translate("LostDocument", "Unknown Document");
+    record.title = QCoreApplication::translate("RecoverableDocument", "Unknown Document");
     return record;
 }
 
 }  // namespace
 
-LostDocument::LostDocument(std::shared_ptr<RecoveryFolder> folder, QByteArray name)
+RecoverableDocument::RecoverableDocument(std::shared_ptr<RecoveryFolder> folder, QByteArray name)
     : folder_(std::move(folder)), name_(std::move(name)) {
     const std::optional<QByteArray> json = folder_->read(name_ + RecoveryStore::recordEnd);
     const auto record = RecoveryRecord::fromJson(json.value_or(QByteArray()));
@@ -40,8 +40,8 @@ LostDocument::LostDocument(std::shared_ptr<RecoveryFolder> folder, QByteArray na
     hasFileChanged_ = !record_.file.isEmpty() && digestOf(record_.file) != record_.baseDigest;
 }
 
-std::vector<LostDocument> LostDocument::find(const QString& place) {
-    std::vector<LostDocument> found;
+std::vector<RecoverableDocument> RecoverableDocument::find(const QString& place) {
+    std::vector<RecoverableDocument> found;
     const QDir folders(place);
     for (const QString& folderName : folders.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         auto folder =
@@ -53,7 +53,7 @@ std::vector<LostDocument> LostDocument::find(const QString& place) {
         for (const QByteArray& name : names) {
             const QByteArray document = name.left(name.lastIndexOf('.'));
             if (name.endsWith(RecoveryStore::contentEnd)) {
-                found.push_back(LostDocument(folder, document));
+                found.push_back(RecoverableDocument(folder, document));
             } else if (name.endsWith(RecoveryStore::recordEnd) &&
                        !names.contains(document + RecoveryStore::contentEnd)) {
                 // A record alone: the document was being deleted.
@@ -67,31 +67,31 @@ std::vector<LostDocument> LostDocument::find(const QString& place) {
     return found;
 }
 
-QString LostDocument::filePath() const {
+QString RecoverableDocument::filePath() const {
     return FilePath::decoded(record_.file);
 }
 
-QString LostDocument::contentPath() const {
+QString RecoverableDocument::contentPath() const {
     return FilePath::decoded(folder_->pathOf(name_ + RecoveryStore::contentEnd));
 }
 
-void LostDocument::beginAttempt() {
+void RecoverableDocument::beginAttempt() {
     ++record_.attempts;
     writeRecord();
 }
 
-void LostDocument::endAttempt() {
+void RecoverableDocument::endAttempt() {
     --record_.attempts;
     writeRecord();
 }
 
-void LostDocument::writeRecord() const {
+void RecoverableDocument::writeRecord() const {
     if (hasRecord_) {
         folder_->write(name_ + RecoveryStore::recordEnd, record_.toJson());
     }
 }
 
-void LostDocument::remove() const {
+void RecoverableDocument::remove() const {
     folder_->remove(name_ + RecoveryStore::contentEnd);
     folder_->remove(name_ + RecoveryStore::recordEnd);
 }

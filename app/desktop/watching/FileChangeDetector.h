@@ -8,22 +8,23 @@
 #include <optional>
 
 #include "app/desktop/files/ContentDigest.h"
-#include "app/desktop/watching/FileEvents.h"
 #include "app/desktop/watching/FileStamp.h"
+#include "app/desktop/watching/FileWatch.h"
 
 /// Finds out when other programs make a file hold something else. Looks at what the file holds, so
 /// that neither new times nor new rights nor the same bytes once more count as a change, and only
 /// when it has come to rest, so that nothing is seen half written. Links are followed. All that may
 /// take long is done on a worker thread. Belongs to the main thread.
-class FileMonitor : public QObject {
+class FileChangeDetector : public QObject {
     Q_OBJECT
 
 public:
     /// For how long nothing may happen to a file before it counts as complete.
     static constexpr std::chrono::milliseconds restTime{200};
 
-    explicit FileMonitor(std::chrono::milliseconds rest = restTime, QObject* parent = nullptr);
-    ~FileMonitor() override;
+    explicit FileChangeDetector(std::chrono::milliseconds rest = restTime,
+                                QObject* parent = nullptr);
+    ~FileChangeDetector() override;
 
     /// From now on the file at `path` is looked after, which is known to hold `known`.
     void follow(const QString& path, const ContentDigest& known);
@@ -66,7 +67,7 @@ private:
     void report(const Sight& sight);
     void reportContent(const ContentDigest& content);
 
-    FileEvents events_;
+    FileWatch events_;
     QTimer rest_;
     QByteArray path_;
     std::optional<ContentDigest> known_;

@@ -1,4 +1,4 @@
-#include "app/desktop/watching/FileEvents.h"
+#include "app/desktop/watching/FileWatch.h"
 
 #include <sys/inotify.h>
 #include <unistd.h>
@@ -38,24 +38,24 @@ QByteArray linkAt(const QByteArray& path) {
 
 }  // namespace
 
-FileEvents::FileEvents(QObject* parent)
+FileWatch::FileWatch(QObject* parent)
     : QObject(parent), queue_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
     // Without a queue, of which a user may have some hundred, nothing is ever heard.
     if (queue_.isOpen()) {
         notifier_ = std::make_unique<QSocketNotifier>(queue_.number(), QSocketNotifier::Read);
-        connect(notifier_.get(), &QSocketNotifier::activated, this, &FileEvents::receive);
+        connect(notifier_.get(), &QSocketNotifier::activated, this, &FileWatch::receive);
     }
 }
 
-FileEvents::~FileEvents() = default;
+FileWatch::~FileWatch() = default;
 
-void FileEvents::watch(const QByteArray& path) {
+void FileWatch::watch(const QByteArray& path) {
     path_ = path;
     renew();
 }
 
 /// Watches what the path leads through now, and no longer what it led through before.
-void FileEvents::renew() {
+void FileWatch::renew() {
     if (!queue_.isOpen()) {
         return;
     }
@@ -79,7 +79,7 @@ void FileEvents::renew() {
     watches_ = fresh;
 }
 
-void FileEvents::addFile(Watches& watches, const QByteArray& path) const {
+void FileWatch::addFile(Watches& watches, const QByteArray& path) const {
     const int watch = ::inotify_add_watch(queue_.number(), path.constData(), fileKinds);
     if (watch >= 0 && !watches.contains(watch)) {
         watches.insert(watch, {});
@@ -88,7 +88,7 @@ void FileEvents::addFile(Watches& watches, const QByteArray& path) const {
 
 /// Watches the folder for the name that a path ends in; where the folder is missing too, the folder
 /// above for that, and so on.
-void FileEvents::addEntry(Watches& watches, QByteArray path) const {
+void FileWatch::addEntry(Watches& watches, QByteArray path) const {
     for (;;) {
         const QByteArray folder = FileFolder::of(path);
         const int watch =
@@ -104,7 +104,7 @@ void FileEvents::addEntry(Watches& watches, QByteArray path) const {
     }
 }
 
-void FileEvents::receive() {
+void FileWatch::receive() {
     constexpr std::size_t roomForMany = std::size_t{1} << 14;
     alignas(inotify_event) std::array<char, roomForMany> buffer;
     bool isConcerned = false;
@@ -129,7 +129,7 @@ void FileEvents::receive() {
     }
 }
 
-bool FileEvents::concerns(int watch, std::uint32_t kind, const QByteArray& name) const {
+bool FileWatch::concerns(int watch, std::uint32_t kind, const QByteArray& name) const {
     if ((kind & IN_Q_OVERFLOW) != 0) {
         return true;
     }

@@ -1,15 +1,16 @@
-#include "app/desktop/document/FileFollower.h"
+#include "app/desktop/document/ExternalChanges.h"
 
 #include "app/desktop/document/DocumentController.h"
 
-FileFollower::FileFollower(DocumentController& controller, std::chrono::milliseconds rest,
-                           QObject* parent)
+ExternalChanges::ExternalChanges(DocumentController& controller, std::chrono::milliseconds rest,
+                                 QObject* parent)
     : QObject(parent), controller_(controller), monitor_(rest, this) {
-    connect(&controller, &DocumentController::activityChanged, this, &FileFollower::followActivity);
-    connect(&controller, &DocumentController::opened, this, &FileFollower::followFile);
-    connect(&controller, &DocumentController::saved, this, &FileFollower::followFile);
-    connect(&controller, &DocumentController::reverted, this, &FileFollower::followFile);
-    connect(&controller, &DocumentController::reloaded, this, &FileFollower::followFile);
+    connect(&controller, &DocumentController::activityChanged, this,
+            &ExternalChanges::followActivity);
+    connect(&controller, &DocumentController::opened, this, &ExternalChanges::followFile);
+    connect(&controller, &DocumentController::saved, this, &ExternalChanges::followFile);
+    connect(&controller, &DocumentController::reverted, this, &ExternalChanges::followFile);
+    connect(&controller, &DocumentController::reloaded, this, &ExternalChanges::followFile);
     connect(&controller, &DocumentController::reloadFailed, this, [this](const FileError& error) {
         setTrouble(Trouble::unreadable, error.failureReason());
         // What the document holds may be all that is left of the content.
@@ -17,14 +18,14 @@ FileFollower::FileFollower(DocumentController& controller, std::chrono::millisec
     });
     connect(&controller, &DocumentController::reloadOvertaken, this,
             [this] { setTrouble(Trouble::changed); });
-    connect(&monitor_, &FileMonitor::changed, this, &FileFollower::handleChange);
-    connect(&monitor_, &FileMonitor::deleted, this, &FileFollower::handleDeletion);
-    connect(&monitor_, &FileMonitor::restored, this, &FileFollower::handleReturn);
+    connect(&monitor_, &FileChangeDetector::changed, this, &ExternalChanges::handleChange);
+    connect(&monitor_, &FileChangeDetector::deleted, this, &ExternalChanges::handleDeletion);
+    connect(&monitor_, &FileChangeDetector::restored, this, &ExternalChanges::handleReturn);
 }
 
-FileFollower::~FileFollower() = default;
+ExternalChanges::~ExternalChanges() = default;
 
-void FileFollower::followActivity() {
+void ExternalChanges::followActivity() {
     if (controller_.activity() == DocumentController::Activity::idle) {
         monitor_.resume();
     } else {
@@ -32,7 +33,7 @@ void FileFollower::followActivity() {
     }
 }
 
-void FileFollower::followFile() {
+void ExternalChanges::followFile() {
     present_.reset();
     keepsMine_ = false;
     setTrouble(Trouble::none);
@@ -41,11 +42,11 @@ void FileFollower::followFile() {
     }
 }
 
-bool FileFollower::mayReload() const {
+bool ExternalChanges::mayReload() const {
     return !keepsMine_ && !controller_.hasEdits() && !(hasInput_ && hasInput_());
 }
 
-void FileFollower::handleChange(const ContentDigest& content) {
+void ExternalChanges::handleChange(const ContentDigest& content) {
     present_ = content;
     if (content == controller_.attemptedDigest()) {
         // No other program's, but no state of the document counts as saved either.
@@ -63,20 +64,20 @@ void FileFollower::handleChange(const ContentDigest& content) {
     }
 }
 
-void FileFollower::handleDeletion() {
+void ExternalChanges::handleDeletion() {
     present_.reset();
     controller_.loseFile();
     setTrouble(Trouble::deleted);
 }
 
-void FileFollower::handleReturn() {
+void ExternalChanges::handleReturn() {
     present_.reset();
     keepsMine_ = false;
     controller_.regainFile();
     setTrouble(Trouble::none);
 }
 
-void FileFollower::keepMine() {
+void ExternalChanges::keepMine() {
     if (present_) {
         controller_.allowOverwriting(*present_);
     }
@@ -85,7 +86,7 @@ void FileFollower::keepMine() {
     setTrouble(Trouble::none);
 }
 
-void FileFollower::setTrouble(Trouble trouble, const QString& reason) {
+void ExternalChanges::setTrouble(Trouble trouble, const QString& reason) {
     if (trouble_ != trouble || reason_ != reason) {
         trouble_ = trouble;
         reason_ = reason;

@@ -10,41 +10,41 @@
 #include "app/desktop/document/DocumentController.h"
 #include "app/desktop/document/DocumentRecovery.h"
 #include "app/desktop/files/ContentDigest.h"
-#include "app/desktop/recovery/LostDocument.h"
+#include "app/desktop/recovery/RecoverableDocument.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/tree/PlistNode.h"
 
-class LostDocumentTest : public QObject {
+class RecoverableDocumentTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void init() { folder_.emplace(); }
 
     void findsNothingWhereNothingWasLost() {
-        QVERIFY(LostDocument::find(place()).empty());
+        QVERIFY(RecoverableDocument::find(place()).empty());
         QVERIFY(QDir().mkpath(place()));
-        QVERIFY(LostDocument::find(place()).empty());
+        QVERIFY(RecoverableDocument::find(place()).empty());
     }
 
     void findsNothingOfProgramsThatRun() {
         RecoveryFolder running(pathOf("running"));
         QCOMPARE(running.create(), 0);
         keep(running, "a", {});
-        QVERIFY(LostDocument::find(place()).empty());
+        QVERIFY(RecoverableDocument::find(place()).empty());
     }
 
     void isFoundByOneProgramOnly() {
         lose("one", "a", {});
-        const std::vector<LostDocument> found = LostDocument::find(place());
+        const std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
         QCOMPARE(found.size(), std::size_t{1});
-        QVERIFY(LostDocument::find(place()).empty());
+        QVERIFY(RecoverableDocument::find(place()).empty());
     }
 
     void findsAllDocumentsOfAllProgramsNewestFirst() {
         lose("one", "old", recordAt(1));
         lose("one", "new", recordAt(3));
         lose("two", "other", recordAt(2));
-        const std::vector<LostDocument> found = LostDocument::find(place());
+        const std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
         QCOMPARE(found.size(), std::size_t{3});
         QCOMPARE(found.at(0).record().title, QStringLiteral("title 3"));
         QCOMPARE(found.at(1).record().title, QStringLiteral("title 2"));
@@ -55,12 +55,12 @@ private Q_SLOTS:
         lose("one", "a", recordAt(1));
         lose("one", "b", recordAt(2));
         {
-            const std::vector<LostDocument> found = LostDocument::find(place());
+            const std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
             QCOMPARE(found.size(), std::size_t{2});
             found.front().remove();
         }
         {
-            const std::vector<LostDocument> found = LostDocument::find(place());
+            const std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
             QCOMPARE(found.size(), std::size_t{1});
             QCOMPARE(found.front().record().title, QStringLiteral("title 1"));
             found.front().remove();
@@ -70,32 +70,32 @@ private Q_SLOTS:
 
     void countsAttemptsOnTheDisk() {
         lose("one", "a", recordAt(1));
-        for (int attempts = 0; attempts < LostDocument::mostAttempts; ++attempts) {
-            std::vector<LostDocument> found = LostDocument::find(place());
+        for (int attempts = 0; attempts < RecoverableDocument::mostAttempts; ++attempts) {
+            std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
             QCOMPARE(found.size(), std::size_t{1});
             QCOMPARE(found.front().record().attempts, attempts);
             QVERIFY(!found.front().isLeftAlone());
             found.front().beginAttempt();
         }
-        QVERIFY(LostDocument::find(place()).front().isLeftAlone());
+        QVERIFY(RecoverableDocument::find(place()).front().isLeftAlone());
     }
 
     void anAttemptThatEndsDoesNotCount() {
         lose("one", "a", recordAt(1));
-        LostDocument::find(place()).front().beginAttempt();
-        std::vector<LostDocument> found = LostDocument::find(place());
+        RecoverableDocument::find(place()).front().beginAttempt();
+        std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
         QCOMPARE(found.front().record().attempts, 1);
         found.front().beginAttempt();
         found.front().endAttempt();
         found.clear();
-        QCOMPARE(LostDocument::find(place()).front().record().attempts, 1);
+        QCOMPARE(RecoverableDocument::find(place()).front().record().attempts, 1);
     }
 
     void anUnreadableRecordStaysAsItIs() {
         lose("one", "a", recordAt(1));
         const QString record = place() + QStringLiteral("/one/a.json");
         write(record, "no record");
-        LostDocument::find(place()).front().beginAttempt();
+        RecoverableDocument::find(place()).front().beginAttempt();
         QFile file(record);
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), QByteArray("no record"));
@@ -109,21 +109,21 @@ private Q_SLOTS:
         record.baseDigest = ContentDigest::of(bytesOf("before")).hex();
         lose("one", "a", record);
         {
-            const std::vector<LostDocument> found = LostDocument::find(place());
+            const std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
             QVERIFY(!found.front().hasFileChanged());
             QVERIFY(found.front().hasFile());
             QCOMPARE(found.front().filePath(), path);
         }
         write(path, "after");
-        QVERIFY(LostDocument::find(place()).front().hasFileChanged());
-        QVERIFY(!LostDocument::find(place()).front().hasFile());
+        QVERIFY(RecoverableDocument::find(place()).front().hasFileChanged());
+        QVERIFY(!RecoverableDocument::find(place()).front().hasFile());
         QVERIFY(QFile::remove(path));
-        QVERIFY(LostDocument::find(place()).front().hasFileChanged());
+        QVERIFY(RecoverableDocument::find(place()).front().hasFileChanged());
     }
 
     void ofADocumentThatWasNeverSavedNoFileHasChanged() {
         lose("one", "a", recordAt(1));
-        const std::vector<LostDocument> found = LostDocument::find(place());
+        const std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
         QVERIFY(!found.front().hasFileChanged());
         QVERIFY(!found.front().hasFile());
     }
@@ -133,9 +133,9 @@ private Q_SLOTS:
         lose("two", "b", recordAt(1));
         write(place() + QStringLiteral("/one/a.json"), "no record");
         QVERIFY(QFile::remove(place() + QStringLiteral("/two/b.json")));
-        const std::vector<LostDocument> found = LostDocument::find(place());
+        const std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
         QCOMPARE(found.size(), std::size_t{2});
-        for (const LostDocument& document : found) {
+        for (const RecoverableDocument& document : found) {
             QCOMPARE(document.record().title, QStringLiteral("Unknown Document"));
             QVERIFY(QFile::exists(document.contentPath()));
         }
@@ -144,7 +144,7 @@ private Q_SLOTS:
     void aRecordWithoutContentIsDeleted() {
         lose("one", "a", recordAt(1));
         QVERIFY(QFile::remove(place() + QStringLiteral("/one/a.plist")));
-        QVERIFY(LostDocument::find(place()).empty());
+        QVERIFY(RecoverableDocument::find(place()).empty());
         QVERIFY(QDir(place()).isEmpty());
     }
 
@@ -152,7 +152,7 @@ private Q_SLOTS:
         lose("one", "a", recordAt(1));
         QVERIFY(QFile::rename(place() + QStringLiteral("/one/a.plist"),
                               place() + QStringLiteral("/one/a.copy")));
-        QVERIFY(LostDocument::find(place()).empty());
+        QVERIFY(RecoverableDocument::find(place()).empty());
         QVERIFY(QFile::exists(place() + QStringLiteral("/one/a.copy")));
     }
 
@@ -160,7 +160,7 @@ private Q_SLOTS:
         const QString path = folder_->filePath(QStringLiteral("base.plist"));
         write(path, "{ a = b; }");
         loseEdited(path);
-        const std::vector<LostDocument> found = LostDocument::find(place());
+        const std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
         DocumentController controller(QStringLiteral("Untitled"));
         recover(controller, found.front());
         QCOMPARE(controller.path(), path);
@@ -177,7 +177,7 @@ private Q_SLOTS:
         write(path, "{ a = b; }");
         loseEdited(path);
         write(path, "{ c = d; }");
-        const std::vector<LostDocument> found = LostDocument::find(place());
+        const std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
         DocumentController controller(QStringLiteral("Untitled"));
         recover(controller, found.front());
         QCOMPARE(controller.path(), QString());
@@ -190,7 +190,7 @@ private Q_SLOTS:
     void contentThatCannotBeReadIsKept() {
         lose("one", "a", recordAt(1));
         write(place() + QStringLiteral("/one/a.plist"), "bplist00 and no more");
-        const std::vector<LostDocument> found = LostDocument::find(place());
+        const std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
         DocumentController controller(QStringLiteral("Untitled"));
         QSignalSpy failed(&controller, &DocumentController::openFailed);
         controller.recover(found.front());
@@ -242,7 +242,7 @@ private:
         store.seal();
     }
 
-    static void recover(DocumentController& controller, const LostDocument& lost) {
+    static void recover(DocumentController& controller, const RecoverableDocument& lost) {
         QSignalSpy opened(&controller, &DocumentController::opened);
         controller.recover(lost);
         QVERIFY(opened.wait());
@@ -257,5 +257,5 @@ private:
     std::optional<QTemporaryDir> folder_;
 };
 
-QTEST_GUILESS_MAIN(LostDocumentTest)
-#include "LostDocumentTest.moc"
+QTEST_GUILESS_MAIN(RecoverableDocumentTest)
+#include "RecoverableDocumentTest.moc"
