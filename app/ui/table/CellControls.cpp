@@ -9,13 +9,12 @@
 #include "app/ui/editors/DateValueEditor.h"
 #include "app/ui/editors/TypeMenu.h"
 #include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/PlistTable.h"
+#include "app/ui/table/OutlineView.h"
 #include "app/ui/table/ValueCell.h"
 
-CellControls::CellControls(PlistTable& table, const DocumentActions& actions)
+CellControls::CellControls(OutlineView& table, const DocumentActions& actions)
     : QObject(&table), table_(table), actions_(actions) {
     // The field covers its cell wherever that goes.
-    connect(&actions_.outline(), &OutlineState::rowsChanged, this, &CellControls::placeDate);
     connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, &CellControls::placeDate);
     connect(table.horizontalScrollBar(), &QScrollBar::valueChanged, this, &CellControls::placeDate);
 }

@@ -8,7 +8,7 @@
 #include "app/model/tree/PlistNodePtr.h"
 
 class DateValueEditor;
-class PlistTable;
+class OutlineView;
 
 /// What can be worked in the cells beside text fields: the menu of types, the check boxes of
 /// booleans, the fields of dates and the bytes of data, by mouse and by key.
@@ -17,7 +17,7 @@ class CellControls : public QObject {
 
 public:
     /// Belongs to `table`; what `actions` name must outlive it.
-    CellControls(PlistTable& table, const DocumentActions& actions);
+    CellControls(OutlineView& table, const DocumentActions& actions);
 
     /// Works the control of the cell that stands at `position`, if there is one.
     void click(const QModelIndex& index, const QPoint& position);
@@ -41,6 +41,9 @@ public:
     /// Opens the menu of types for the current row.
     void chooseTypeOfCurrent();
 
+    /// The table has other rows: the field follows its date, and is closed when that has no row.
+    void rowsChanged() { placeDate(); }
+
 private:
     void toggle(const QModelIndex& index);
     void chooseType(const QModelIndex& index);
@@ -49,7 +52,7 @@ private:
     void closeDate();
     void showBytes(const QModelIndex& index);
 
-    PlistTable& table_;
+    OutlineView& table_;
     DocumentActions actions_;
     QPointer<DateValueEditor> dateEditor_;
     PlistNodePtr dateNode_;  ///< what `dateEditor_` edits

@@ -12,7 +12,7 @@
 #include "app/ui/editors/LongTextEditor.h"
 #include "app/ui/table/OutlineCell.h"
 #include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/PlistTable.h"
+#include "app/ui/table/OutlineView.h"
 #include "app/ui/text/RowText.h"
 
 namespace {
@@ -48,10 +48,9 @@ QString accessibleName(const OutlineRow& row, Column column) {
 
 }  // namespace
 
-InlineEditing::InlineEditing(PlistTable& table, const DocumentActions& actions)
+InlineEditing::InlineEditing(OutlineView& table, const DocumentActions& actions)
     : QObject(&table), table_(table), actions_(actions) {
     connect(&outline(), &OutlineState::editingChanged, this, &InlineEditing::follow);
-    connect(&outline(), &OutlineState::rowsChanged, this, &InlineEditing::followRows);
     connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, &InlineEditing::place);
     connect(table.horizontalScrollBar(), &QScrollBar::valueChanged, this, &InlineEditing::place);
 }
@@ -66,7 +65,7 @@ void InlineEditing::follow() {
     }
 }
 
-void InlineEditing::followRows() {
+void InlineEditing::rowsChanged() {
     const std::optional<OutlineState::EditingField> edited = outline().editing();
     if (!edited) {
         return;

@@ -8,7 +8,7 @@
 
 class InlineTextField;
 class LongTextEditor;
-class PlistTable;
+class OutlineView;
 
 /// The text field that is open in a table, or the window for a text that is too long for one:
 /// opens, places and closes it as the outline says which cell is edited. There is one at most.
@@ -17,7 +17,7 @@ class InlineEditing : public QObject {
 
 public:
     /// Belongs to `table`; what `actions` name must outlive it.
-    InlineEditing(PlistTable& table, const DocumentActions& actions);
+    InlineEditing(OutlineView& table, const DocumentActions& actions);
 
     /// Applies the text of the open field and closes it. False if the text is refused, which the
     /// field shows and stays open for.
@@ -35,11 +35,13 @@ public:
     /// Puts the field where its cell is now.
     void place();
 
+    /// The table has other rows: the field follows its item, and is closed when that has no row.
+    void rowsChanged();
+
 private:
     OutlineState& outline() const noexcept { return actions_.outline(); }
 
     void follow();
-    void followRows();
     void open(const OutlineState::EditingField& edited, int row);
     void openField(const OutlineState::EditingField& edited, const OutlineRow& shown,
                    const QString& text);
@@ -51,7 +53,7 @@ private:
     void takeFocusFrom(const QWidget& editor);
     QModelIndex cell(const OutlineState::EditingField& edited, int row) const;
 
-    PlistTable& table_;
+    OutlineView& table_;
     DocumentActions actions_;
     QPointer<InlineTextField> field_;
     QPointer<LongTextEditor> longEditor_;

@@ -1,27 +1,21 @@
 #include "app/ui/table/PlistTable.h"
 
 #include <QContextMenuEvent>
-#include <QHeaderView>
 #include <QItemSelection>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
-#include <QScrollBar>
 #include <algorithm>
 #include <optional>
 #include <utility>
 
 #include "app/model/tree/PlistNode.h"
-#include "app/ui/look/CellMetrics.h"
 #include "app/ui/table/CellControls.h"
 #include "app/ui/table/InlineEditing.h"
 #include "app/ui/table/KeyCell.h"
-#include "app/ui/table/OutlineHeader.h"
 #include "app/ui/table/OutlineTableModel.h"
 #include "app/ui/table/RowMenu.h"
-#include "app/ui/table/TypeCell.h"
-#include "app/ui/table/ValueCell.h"
 #include "app/ui/table/accessibility/AccessibleTable.h"
 #include "app/ui/table/drag/RowDragging.h"
 #include "app/ui/table/drag/RowDropping.h"
@@ -81,92 +75,30 @@ std::optional<OutlineState::Column> editableColumn(const QModelIndex& index) {
 }  // namespace
 
 PlistTable::PlistTable(const DocumentActions& actions, QWidget* parent)
-    : QTableView(parent),
+    : OutlineView(actions.outline(), parent),
       actions_(actions),
-      header_(new OutlineHeader(this)),
-      controls_(new CellControls(*this, actions)) {
+      controls_(new CellControls(*this, actions)),
+      editing_(new InlineEditing(*this, actions)),
+      dropping_(new RowDropping(*this, actions, *new RowDragging(*this, actions))) {
     // First, as changes of what is on the screen make screen readers ask at once.
     AccessibleTable::install();
-    // Before the model connects to the outline: what is in sight is remembered while the view has
-    // not yet heard of a change.
-    followOutline();
-    setHorizontalHeader(header_);
-    setUpModel();
-    setUpHelpers();
-    setUpAppearance();
+    showRows();
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &PlistTable::giveSelectionToOutline);
+    connect(&outline(), &OutlineState::selectionChanged, this,
+            &PlistTable::takeSelectionFromOutline);
 }
 
 PlistTable::~PlistTable() = default;
 
-void PlistTable::setUpAppearance() {
-    setAccessibleName(tr("Property list"));
-    setShowGrid(false);
-    setFrameShape(QFrame::NoFrame);
-    setWordWrap(false);
-    setAlternatingRowColors(true);
-    setCornerButtonEnabled(false);
-    setSelectionBehavior(QAbstractItemView::SelectRows);
-    setSelectionMode(QAbstractItemView::ExtendedSelection);
-    setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setTabKeyNavigation(false);
-    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    verticalHeader()->hide();
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    applyFont();
-    header_->applyIdealWidths();
-}
-
-void PlistTable::setUpModel() {
-    model_ = new OutlineTableModel(outline(), this);
-    keyCell_ = new KeyCell(*model_, this);
-    setItemDelegateForColumn(OutlineTableModel::keyColumn, keyCell_);
-    setItemDelegateForColumn(OutlineTableModel::typeColumn, new TypeCell(*model_, this));
-    valueCell_ = new ValueCell(*model_, this);
-    setItemDelegateForColumn(OutlineTableModel::valueColumn, valueCell_);
-    setModel(model_);
-    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &PlistTable::giveSelectionToOutline);
-}
-
-// After the table, which knows of new rows before its helpers do.
-void PlistTable::setUpHelpers() {
-    editing_ = new InlineEditing(*this, actions_);
-    dropping_ = new RowDropping(*this, actions_, *new RowDragging(*this, actions_));
-}
-
-void PlistTable::followOutline() {
-    const OutlineState* state = &outline();
-    connect(state, &OutlineState::rowsAboutToBeRemoved, this, &PlistTable::rememberSight);
-    connect(state, &OutlineState::rowsAboutToBeInserted, this, &PlistTable::rememberSight);
-    connect(state, &OutlineState::rowsAboutToBeRearranged, this, &PlistTable::rememberSight);
-    connect(state, &OutlineState::rowsAboutToBeReset, this, [this] { isChangingRows_ = true; });
-    connect(state, &OutlineState::rowsChanged, this, &PlistTable::restoreSight);
-    connect(state, &OutlineState::selectionChanged, this, &PlistTable::takeSelectionFromOutline);
-}
-
 void PlistTable::setMatchIDs(std::span<const NodeId> ids) {
-    keyCell_->setMatchIDs(ids);
+    keyCell().setMatchIDs(ids);
     viewport()->update();
-}
-
-void PlistTable::applyFont() {
-    const int height = CellMetrics(font()).rowHeight();
-    verticalHeader()->setMinimumSectionSize(height);
-    verticalHeader()->setDefaultSectionSize(height);
-    verticalScrollBar()->setSingleStep(height);
-}
-
-void PlistTable::changeEvent(QEvent* event) {
-    QTableView::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-        applyFont();
-    }
 }
 
 void PlistTable::focusInEvent(QFocusEvent* event) {
     const bool hadCurrent = currentIndex().isValid();
-    QTableView::focusInEvent(event);
+    OutlineView::focusInEvent(event);
     if (!hadCurrent) {
         // The first arrow key shall go to the first row, not past it.
         selectionModel()->clearCurrentIndex();
@@ -175,17 +107,22 @@ void PlistTable::focusInEvent(QFocusEvent* event) {
 }
 
 void PlistTable::paintEvent(QPaintEvent* event) {
-    QTableView::paintEvent(event);
+    OutlineView::paintEvent(event);
     QPainter painter(viewport());
     dropping_->paint(painter);
 }
 
 void PlistTable::updateGeometries() {
-    QTableView::updateGeometries();
-    header_->fill(viewport()->width());
-    if (editing_ != nullptr) {
-        editing_->place();
-    }
+    OutlineView::updateGeometries();
+    editing_->place();
+}
+
+void PlistTable::rowsChanged() {
+    // First the table knows of the new rows, then what stands over them.
+    OutlineView::rowsChanged();
+    editing_->rowsChanged();
+    controls_->rowsChanged();
+    dropping_->rowsChanged();
 }
 
 // --- Keys and pointer ---
@@ -195,20 +132,8 @@ void PlistTable::keyPressEvent(QKeyEvent* event) {
         // Comes from the open field, which has done with it what there was to do.
         event->ignore();
     } else if (!handleKey(*event)) {
-        QTableView::keyPressEvent(event);
+        OutlineView::keyPressEvent(event);
     }
-}
-
-QModelIndex PlistTable::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
-    // In a table of single cells these lead along the row; an outline is a list of rows.
-    const int column = std::max(currentIndex().column(), 0);
-    if (action == MoveHome) {
-        return model()->index(0, column);
-    }
-    if (action == MoveEnd) {
-        return model()->index(model()->rowCount() - 1, column);
-    }
-    return QTableView::moveCursor(action, modifiers);
 }
 
 bool PlistTable::handleKey(const QKeyEvent& event) {
@@ -274,7 +199,7 @@ void PlistTable::showRowMenuOfCurrent() {
 
 void PlistTable::showRowMenu(const QModelIndex& index, const QPoint& place) {
     if (index.isValid() && !selectionModel()->isRowSelected(index.row())) {
-        outline().select({model_->row(index.row()).nodeId()});
+        outline().select({outlineModel().row(index.row()).nodeId()});
     }
     auto* menu = new RowMenu(actions_, this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
@@ -287,13 +212,13 @@ void PlistTable::mousePressEvent(QMouseEvent* event) {
                            toggleAt(event->position().toPoint(), event->modifiers());
     pressed_ = QPersistentModelIndex();
     if (!isHandled) {
-        QTableView::mousePressEvent(event);
+        OutlineView::mousePressEvent(event);
         pressed_ = indexAt(event->position().toPoint());
     }
 }
 
 void PlistTable::mouseReleaseEvent(QMouseEvent* event) {
-    QTableView::mouseReleaseEvent(event);
+    OutlineView::mouseReleaseEvent(event);
     const QPoint position = event->position().toPoint();
     const bool isClick = event->button() == Qt::LeftButton &&
                          event->modifiers() == Qt::NoModifier && pressed_.isValid() &&
@@ -310,7 +235,7 @@ void PlistTable::mouseDoubleClickEvent(QMouseEvent* event) {
     if (isHandled) {
         return;
     }
-    QTableView::mouseDoubleClickEvent(event);
+    OutlineView::mouseDoubleClickEvent(event);
     if (event->button() == Qt::LeftButton) {
         editAt(event->position().toPoint());
         controls_->doubleClick(indexAt(event->position().toPoint()));
@@ -325,35 +250,12 @@ void PlistTable::editAt(const QPoint& position) {
     }
 }
 
-bool PlistTable::isOnDisclosure(const QPoint& position) const {
-    const QModelIndex index = indexAt(position);
-    if (!index.isValid() || index.column() != OutlineTableModel::keyColumn) {
-        return false;
-    }
-    QStyleOptionViewItem option;
-    initViewItemOption(&option);
-    option.rect = visualRect(index);
-    // A little larger than what is drawn, so that it is easy to hit.
-    const QRect control = keyCell_->parts(option, index).disclosure;
-    return !control.isEmpty() && control.adjusted(-2, -4, 2, 4).contains(position);
-}
-
 bool PlistTable::toggleAt(const QPoint& position, Qt::KeyboardModifiers modifiers) {
     if (!isOnDisclosure(position)) {
         return false;
     }
     toggle(rowAt(position.y()), reachFor(modifiers));
     return true;
-}
-
-void PlistTable::toggle(int row, OutlineState::Reach reach) {
-    const OutlineRow shown = model_->row(row);
-    const auto expansion =
-        shown.isExpanded() ? OutlineState::Expansion::collapse : OutlineState::Expansion::expand;
-    if (outline().setExpanded(shown.node(), expansion, reach) ==
-        OutlineState::ExpandResult::tooManyRows) {
-        Q_EMIT expansionRefused();
-    }
 }
 
 // --- Editing ---
@@ -377,7 +279,7 @@ QWidget* PlistTable::editorAt(const QModelIndex& index) const {
     return field != nullptr ? field : controls_->fieldAt(index);
 }
 
-void PlistTable::work(const QModelIndex& cell) {
+void PlistTable::activateCell(const QModelIndex& cell) {
     switch (cell.column()) {
         case OutlineTableModel::keyColumn:
             actions_.beginEditing(OutlineState::Column::key);
@@ -392,27 +294,6 @@ void PlistTable::work(const QModelIndex& cell) {
     }
 }
 
-QRect PlistTable::checkBoxRect(const QModelIndex& index) const {
-    QStyleOptionViewItem option;
-    initViewItemOption(&option);
-    option.rect = visualRect(index);
-    return valueCell_->checkBoxRect(option, index);
-}
-
-QRect PlistTable::linkRect(const QModelIndex& index) const {
-    QStyleOptionViewItem option;
-    initViewItemOption(&option);
-    option.rect = visualRect(index);
-    return valueCell_->linkRect(option, index);
-}
-
-void PlistTable::placeEditor(QWidget& editor, const QModelIndex& index) const {
-    QStyleOptionViewItem option;
-    initViewItemOption(&option);
-    option.rect = visualRect(index);
-    itemDelegateForIndex(index)->updateEditorGeometry(&editor, option, index);
-}
-
 // --- Selection ---
 
 void PlistTable::takeSelectionFromOutline() {
@@ -425,10 +306,10 @@ void PlistTable::takeSelectionFromOutline() {
         rows.push_back(*outline().rowOf(row.node()));
     }
     const int first = rows.empty() ? -1 : *std::min_element(rows.begin(), rows.end());
-    const QItemSelection selection = selectionOf(std::move(rows), *model_);
+    const QItemSelection selection = selectionOf(std::move(rows), outlineModel());
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     if (first >= 0 && !selection.contains(currentIndex())) {
-        selectionModel()->setCurrentIndex(model_->index(first, OutlineTableModel::keyColumn),
+        selectionModel()->setCurrentIndex(outlineModel().index(first, OutlineTableModel::keyColumn),
                                           QItemSelectionModel::NoUpdate);
         scrollTo(currentIndex());
     }
@@ -436,14 +317,14 @@ void PlistTable::takeSelectionFromOutline() {
 
 void PlistTable::giveSelectionToOutline() {
     // While rows come and go the outline looks after its selection itself.
-    if (isSharingSelection_ || isChangingRows_) {
+    if (isSharingSelection_ || isChangingRows()) {
         return;
     }
     const QScopedValueRollback sharing(isSharingSelection_, true);
     NodeIdSet ids;
     for (const QItemSelectionRange& range : selectionModel()->selection()) {
         for (int row = range.top(); row <= range.bottom(); ++row) {
-            ids.insert(model_->row(row).nodeId());
+            ids.insert(outlineModel().row(row).nodeId());
         }
     }
     outline().select(ids);
@@ -465,53 +346,4 @@ void PlistTable::selectionChanged(const QItemSelection& selected,
     // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::selectionChanged(selected, deselected);
     AccessibleTable::announceSelection(*this);
-}
-
-// --- What is in sight ---
-
-void PlistTable::rememberSight() {
-    isChangingRows_ = true;
-    if (sight_.empty()) {
-        sight_ = seenRows();
-    }
-}
-
-std::vector<PlistTable::SeenRow> PlistTable::seenRows() const {
-    std::vector<SeenRow> rows;
-    const auto add = [this, &rows](int row) {
-        rows.push_back({PlistNodePtr(&model_->row(row).node()), rowViewportPosition(row)});
-    };
-    const int height = viewport()->height();
-    const int current = currentIndex().row();
-    if (current >= 0 && rowViewportPosition(current) >= 0 &&
-        rowViewportPosition(current) < height) {
-        add(current);
-    }
-    const int first = rowAt(0);
-    for (int row = first; row >= 0 && row < model_->rowCount(); ++row) {
-        if (rowViewportPosition(row) >= height) {
-            break;
-        }
-        add(row);
-    }
-    return rows;
-}
-
-void PlistTable::restoreSight() {
-    isChangingRows_ = false;
-    const std::vector<SeenRow> seen = std::exchange(sight_, {});
-    for (const SeenRow& anchor : seen) {
-        if (const std::optional<int> row = outline().hintedRowOf(*anchor.node)) {
-            scrollRowTo(*row, anchor.top);
-            return;
-        }
-    }
-}
-
-void PlistTable::scrollRowTo(int row, int top) {
-    // The range of the scroll bar must know of the rows before it can be set.
-    executeDelayedItemsLayout();
-    updateGeometries();
-    const int moved = rowViewportPosition(row) - top;
-    verticalScrollBar()->setValue(verticalScrollBar()->value() + moved);
 }

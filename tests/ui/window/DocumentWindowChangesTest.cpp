@@ -239,7 +239,7 @@ private Q_SLOTS:
     void asksWhileAFieldIsOpen() {
         PlistTable& table = window_->view().table();
         table.selectRow(1);
-        table.work(table.model()->index(1, 0));
+        table.activateCell(table.model()->index(1, 0));
         QTRY_VERIFY(table.isEditing());
         write(Samples::numbers(7));
         QTRY_VERIFY(notice().isVisible());

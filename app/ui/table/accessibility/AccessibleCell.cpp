@@ -7,7 +7,7 @@
 #include "app/ui/editors/DateValueEditor.h"
 #include "app/ui/editors/TypeMenu.h"
 #include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/PlistTable.h"
+#include "app/ui/table/OutlineView.h"
 #include "app/ui/table/accessibility/AccessibleTable.h"
 
 namespace {
@@ -32,7 +32,7 @@ QString keyOf(const QString& action) {
 
 }  // namespace
 
-AccessibleCell::AccessibleCell(PlistTable& table, PlistNodePtr node, int column)
+AccessibleCell::AccessibleCell(OutlineView& table, PlistNodePtr node, int column)
     : AccessiblePart(table, column), node_(std::move(node)) {}
 
 AccessibleCell::~AccessibleCell() = default;
@@ -247,7 +247,7 @@ void AccessibleCell::doAction(const QString& name) {
     outline().setFocus();
     outline().setCurrentIndex(cell);
     if (name != setFocusAction()) {
-        outline().work(cell);
+        outline().activateCell(cell);
     }
 }
 

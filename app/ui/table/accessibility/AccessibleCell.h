@@ -15,7 +15,7 @@ class AccessibleCell : public AccessiblePart,
 
 public:
     /// `table` must outlive the cell; `column` is one of the model's.
-    AccessibleCell(PlistTable& table, PlistNodePtr node, int column);
+    AccessibleCell(OutlineView& table, PlistNodePtr node, int column);
     ~AccessibleCell() override;
 
     /// Where the cell is now; invalid if its node has no row.

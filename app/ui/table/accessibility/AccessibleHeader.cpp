@@ -3,7 +3,7 @@
 #include <QHeaderView>
 
 #include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/PlistTable.h"
+#include "app/ui/table/OutlineView.h"
 
 QString AccessibleHeader::text(QAccessible::Text kind) const {
     return kind == QAccessible::Name ? outline()

@@ -1,6 +1,6 @@
 #include "app/ui/table/accessibility/AccessiblePart.h"
 
-#include "app/ui/table/PlistTable.h"
+#include "app/ui/table/OutlineView.h"
 
 bool AccessiblePart::isValid() const {
     return true;

@@ -2,14 +2,14 @@
 
 #include <QAccessible>
 
-class PlistTable;
+class OutlineView;
 
 /// What the headers and the cells of the outline have in common as a screen reader sees them: they
 /// are no widgets, belong to one column, and contain nothing unless they say so.
 class AccessiblePart : public QAccessibleInterface {
 public:
     /// `table` must outlive the part; `column` is one of the model's.
-    AccessiblePart(PlistTable& table, int column) : table_(table), column_(column) {}
+    AccessiblePart(OutlineView& table, int column) : table_(table), column_(column) {}
 
     int column() const noexcept { return column_; }
 
@@ -23,9 +23,9 @@ public:
     void setText(QAccessible::Text kind, const QString& text) override;
 
 protected:
-    PlistTable& outline() const noexcept { return table_; }
+    OutlineView& outline() const noexcept { return table_; }
 
 private:
-    PlistTable& table_;
+    OutlineView& table_;
     int column_;
 };

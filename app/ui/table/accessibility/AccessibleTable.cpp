@@ -6,7 +6,7 @@
 
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/PlistTable.h"
+#include "app/ui/table/OutlineView.h"
 #include "app/ui/table/accessibility/AccessibleCell.h"
 #include "app/ui/table/accessibility/AccessibleHeader.h"
 
@@ -16,7 +16,7 @@ constexpr int columns = OutlineTableModel::columnTotal;
 
 QAccessibleInterface* make(const QString& className, QObject* object) {
     auto* table =
-        className == QLatin1String("PlistTable") ? qobject_cast<PlistTable*>(object) : nullptr;
+        className == QLatin1String("OutlineView") ? qobject_cast<OutlineView*>(object) : nullptr;
     return table != nullptr ? new AccessibleTable(*table) : nullptr;
 }
 
@@ -24,7 +24,7 @@ int childNumber(const QModelIndex& index) {
     return (index.row() + 1) * columns + index.column();
 }
 
-void announce(PlistTable& table, const QModelIndex& index, QAccessible::Event kind) {
+void announce(OutlineView& table, const QModelIndex& index, QAccessible::Event kind) {
     QAccessibleEvent event(&table, kind);
     event.setChild(childNumber(index));
     QAccessible::updateAccessibility(&event);
@@ -36,18 +36,18 @@ void AccessibleTable::install() {
     QAccessible::installFactory(make);
 }
 
-void AccessibleTable::announceCurrent(PlistTable& table) {
+void AccessibleTable::announceCurrent(OutlineView& table) {
     if (QAccessible::isActive() && table.currentIndex().isValid()) {
         announce(table, table.currentIndex(), QAccessible::Focus);
     }
 }
 
-void AccessibleTable::announceSelection(PlistTable& table) {
+void AccessibleTable::announceSelection(OutlineView& table) {
     QAccessibleEvent event(&table, QAccessible::SelectionWithin);
     QAccessible::updateAccessibility(&event);
 }
 
-AccessibleTable::AccessibleTable(PlistTable& table)
+AccessibleTable::AccessibleTable(OutlineView& table)
     : QAccessibleWidget(&table, QAccessible::Table) {
     const OutlineState* outline = &table.outlineModel().outline();
     QObject::connect(outline, &OutlineState::rowsChanged, &context_,
@@ -67,8 +67,8 @@ AccessibleTable::~AccessibleTable() {
     }
 }
 
-PlistTable& AccessibleTable::table() const {
-    return *static_cast<PlistTable*>(widget());
+OutlineView& AccessibleTable::table() const {
+    return *static_cast<OutlineView*>(widget());
 }
 
 // --- Cells that have been asked for ---

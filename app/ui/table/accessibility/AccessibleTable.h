@@ -9,7 +9,7 @@
 #include "app/model/tree/NodeId.h"
 
 class AccessibleCell;
-class PlistTable;
+class OutlineView;
 
 /// The outline as a screen reader sees it. The one that comes with Qt knows neither levels nor
 /// expansion, and goes through all selected cells with each change of the selection.
@@ -18,16 +18,16 @@ class PlistTable;
 /// asks for them and dropped when their rows have gone.
 class AccessibleTable : public QAccessibleWidget, public QAccessibleTableInterface {
 public:
-    /// Has every `PlistTable` from now on represented by this.
+    /// Has every `OutlineView` from now on represented by this.
     static void install();
 
     /// Says that another cell has the keyboard.
-    static void announceCurrent(PlistTable& table);
+    static void announceCurrent(OutlineView& table);
 
     /// Says that other rows are selected.
-    static void announceSelection(PlistTable& table);
+    static void announceSelection(OutlineView& table);
 
-    explicit AccessibleTable(PlistTable& table);
+    explicit AccessibleTable(OutlineView& table);
     ~AccessibleTable() override;
 
     void* interface_cast(QAccessible::InterfaceType type) override;
@@ -63,7 +63,7 @@ private:
 
     static AccessibleCell* knownCell(QAccessible::Id id);
 
-    PlistTable& table() const;
+    OutlineView& table() const;
     QAccessibleInterface* headerAt(int column) const;
     void dropCellsWithoutRow();
     void announceRows(int first, int last);

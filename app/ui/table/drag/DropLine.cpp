@@ -9,7 +9,7 @@
 
 #include "app/ui/look/CellMetrics.h"
 #include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/PlistTable.h"
+#include "app/ui/table/OutlineView.h"
 
 namespace {
 
@@ -18,12 +18,12 @@ constexpr int thickness = 2;
 /// Around line and ring, so that they stand out from selected rows, which have their color.
 constexpr int halo = 1;
 
-QRect rowRect(int row, const PlistTable& table) {
+QRect rowRect(int row, const OutlineView& table) {
     return {0, table.rowViewportPosition(row), table.viewport()->width(), table.rowHeight(row)};
 }
 
 /// Where the line stands from above, all of it in sight.
-int lineTop(qint64 position, const PlistTable& table, int height) {
+int lineTop(qint64 position, const OutlineView& table, int height) {
     const int last = static_cast<int>(std::min<qint64>(position, table.model()->rowCount())) - 1;
     const int between = last < 0 ? table.rowViewportPosition(0)
                                  : table.rowViewportPosition(last) + table.rowHeight(last);
@@ -32,7 +32,7 @@ int lineTop(qint64 position, const PlistTable& table, int height) {
 }
 
 /// Around the place of the disclosure control of a row of this depth.
-QRect ringRect(qint64 depth, const QRect& line, const PlistTable& table,
+QRect ringRect(qint64 depth, const QRect& line, const OutlineView& table,
                const CellMetrics& metrics) {
     const int column = OutlineTableModel::keyColumn;
     const QRect cell(table.columnViewportPosition(column), line.top(), table.columnWidth(column),
@@ -47,7 +47,7 @@ QRect ringRect(qint64 depth, const QRect& line, const PlistTable& table,
 
 }  // namespace
 
-DropLine DropLine::below(qint64 position, const PlistNode& container, const PlistTable& table) {
+DropLine DropLine::below(qint64 position, const PlistNode& container, const OutlineView& table) {
     const CellMetrics metrics(table.font());
     const int height = metrics.scaled(thickness);
     const OutlineTableModel& model = table.outlineModel();

@@ -3,7 +3,7 @@
 #include <QRect>
 
 class PlistNode;
-class PlistTable;
+class OutlineView;
 class QPainter;
 class QPalette;
 
@@ -17,7 +17,7 @@ struct DropLine {
 
     /// The line below the first `position` rows of the table for something that goes into
     /// `container`.
-    static DropLine below(qint64 position, const PlistNode& container, const PlistTable& table);
+    static DropLine below(qint64 position, const PlistNode& container, const OutlineView& table);
 
     void paint(QPainter& painter, const QPalette& palette) const;
 

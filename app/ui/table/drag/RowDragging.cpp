@@ -11,7 +11,7 @@
 #include "app/model/actions/PlistTransfer.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/PlistTable.h"
+#include "app/ui/table/OutlineView.h"
 #include "app/ui/table/drag/DragPicture.h"
 #include "app/ui/text/RowText.h"
 
@@ -22,7 +22,7 @@ constexpr QPoint grip{-12, -8};
 
 }  // namespace
 
-RowDragging::RowDragging(PlistTable& table, const DocumentActions& actions)
+RowDragging::RowDragging(OutlineView& table, const DocumentActions& actions)
     : QObject(&table), table_(table), actions_(actions) {
     table.viewport()->installEventFilter(this);
 }

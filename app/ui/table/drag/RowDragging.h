@@ -7,7 +7,7 @@
 #include "app/model/tree/NodeIdSet.h"
 #include "app/model/tree/PlistNodePtr.h"
 
-class PlistTable;
+class OutlineView;
 class QMouseEvent;
 class QPixmap;
 struct PlistTransfer;
@@ -22,7 +22,7 @@ class RowDragging : public QObject {
 
 public:
     /// Belongs to `table`; what `actions` name must outlive it.
-    RowDragging(PlistTable& table, const DocumentActions& actions);
+    RowDragging(OutlineView& table, const DocumentActions& actions);
 
     /// Whether the node is being dragged, by itself or with an ancestor.
     bool isDragged(const PlistNode& node) const;
@@ -36,7 +36,7 @@ private:
     void drag(PlistNode& node);
     QPixmap picture(const PlistTransfer& transfer) const;
 
-    PlistTable& table_;
+    OutlineView& table_;
     DocumentActions actions_;
     PlistNodePtr pressed_;
     QPoint pressedAt_;

@@ -14,7 +14,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/dialogs/TransferReading.h"
 #include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/PlistTable.h"
+#include "app/ui/table/OutlineView.h"
 #include "app/ui/table/drag/RowDragging.h"
 
 namespace {
@@ -40,7 +40,7 @@ bool standAt(const InsertionPoint& place, const std::vector<NodeId>& ids) {
 
 }  // namespace
 
-RowDropping::RowDropping(PlistTable& table, const DocumentActions& actions,
+RowDropping::RowDropping(OutlineView& table, const DocumentActions& actions,
                          const RowDragging& dragging)
     : QObject(&table),
       table_(table),
@@ -50,7 +50,6 @@ RowDropping::RowDropping(PlistTable& table, const DocumentActions& actions,
       scrolling_(table, [this] { update(); }) {
     table.viewport()->setAcceptDrops(true);
     table.viewport()->installEventFilter(this);
-    connect(&actions.outline(), &OutlineState::rowsChanged, this, &RowDropping::update);
 }
 
 RowDropping::~RowDropping() = default;

@@ -12,7 +12,7 @@
 #include "app/ui/table/drag/EdgeScrolling.h"
 #include "app/ui/table/drag/HoverExpansion.h"
 
-class PlistTable;
+class OutlineView;
 class QDropEvent;
 class QPainter;
 class RowDragging;
@@ -27,7 +27,7 @@ class RowDropping : public QObject {
 
 public:
     /// Belongs to `table`; `dragging`, and what `actions` name, must outlive it.
-    RowDropping(PlistTable& table, const DocumentActions& actions, const RowDragging& dragging);
+    RowDropping(OutlineView& table, const DocumentActions& actions, const RowDragging& dragging);
     ~RowDropping() override;
 
     /// Takes other clocks, for tests: for what opens below a resting drag, and what scrolls.
@@ -36,6 +36,9 @@ public:
     /// Where the drag over the table would go; nothing without one, or if it cannot be dropped
     /// there.
     const std::optional<DropLine>& line() const noexcept { return line_; }
+
+    /// The table has other rows: the drag over it would go elsewhere.
+    void rowsChanged() { update(); }
 
     /// Paints the line over the rows.
     void paint(QPainter& painter) const;
@@ -60,7 +63,7 @@ private:
     std::optional<InsertionPoint> placeFor(qint64 position) const;
     PlistNode* collapsedContainerAt(const QPoint& point) const;
 
-    PlistTable& table_;
+    OutlineView& table_;
     DocumentActions actions_;
     const RowDragging& dragging_;
     HoverExpansion hover_;

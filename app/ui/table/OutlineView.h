@@ -1,0 +1,99 @@
+#pragma once
+
+#include <QTableView>
+#include <vector>
+
+#include "app/model/outline/OutlineState.h"
+#include "app/model/tree/PlistNodePtr.h"
+
+class KeyCell;
+class OutlineHeader;
+class OutlineTableModel;
+class ValueCell;
+
+/// The rows and columns of an outline on the screen: what they look like, where their parts are and
+/// that what is in sight stays there. Editors, drags and screen readers need no more of the table
+/// than this; what the keys and the mouse do is left to `PlistTable`.
+class OutlineView : public QTableView {
+    Q_OBJECT
+
+public:
+    /// `outline` must outlive the view.
+    explicit OutlineView(OutlineState& outline, QWidget* parent = nullptr);
+    ~OutlineView() override;
+
+    OutlineTableModel& outlineModel() const noexcept { return *model_; }
+
+    /// Whether a point of the viewport is on the control that expands and collapses a row, or so
+    /// close that it is meant.
+    bool isOnDisclosure(const QPoint& position) const;
+
+    /// Where the check box of a boolean is in the viewport; empty for other cells.
+    QRect checkBoxRect(const QModelIndex& index) const;
+
+    /// Where the summary of data is in the viewport; empty for other cells.
+    QRect linkRect(const QModelIndex& index) const;
+
+    /// Puts the editor of a cell in its place.
+    void placeEditor(QWidget& editor, const QModelIndex& index) const;
+
+    /// Expands or collapses the container in a row.
+    void toggle(int row, OutlineState::Reach reach);
+
+    /// Opens the editor of a cell, which becomes the current one: the field of its text or date,
+    /// the menu of types or the bytes. A boolean is toggled.
+    virtual void activateCell(const QModelIndex& cell) = 0;
+
+    /// The field that is open over a cell; null if there is none.
+    virtual QWidget* editorAt(const QModelIndex& index) const = 0;
+
+    /// Applies the text of an open field, or drops it if it is refused, and closes the field.
+    virtual void endEditing() = 0;
+
+Q_SIGNALS:
+    /// An expansion was refused because of its size.
+    void expansionRefused();
+
+protected:
+    OutlineState& outline() const noexcept;
+    KeyCell& keyCell() const noexcept { return *keyCell_; }
+
+    /// Begins to show the rows. Not in the constructor, because screen readers ask about them at
+    /// once.
+    void showRows();
+
+    /// Whether the rows are being changed.
+    bool isChangingRows() const noexcept { return isChangingRows_; }
+
+    /// The rows have changed, and the view shows them.
+    virtual void rowsChanged();
+
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void changeEvent(QEvent* event) override;
+    void updateGeometries() override;
+
+private:
+    /// A row that was in sight, and where.
+    struct SeenRow {
+        PlistNodePtr node;
+        int top = 0;
+    };
+
+    void setUpAppearance();
+    void setUpCells();
+    void followOutline(const OutlineState& outline);
+    void applyFont();
+    QStyleOptionViewItem cellOption(const QModelIndex& index) const;
+
+    void rememberSight();
+    void restoreSight();
+    void scrollRowTo(int row, int top);
+    std::vector<SeenRow> seenRows() const;
+
+    OutlineHeader* header_;
+    OutlineTableModel* model_ = nullptr;
+    KeyCell* keyCell_ = nullptr;
+    ValueCell* valueCell_ = nullptr;
+    std::vector<SeenRow> sight_;
+    bool isChangingRows_ = false;
+};
