@@ -8,7 +8,7 @@
 #include "app/desktop/session/TerminationSignals.h"
 #include "app/ui/app/CommandLine.h"
 #include "app/ui/app/TabuletApp.h"
-#include "app/ui/window/WindowPicture.h"
+#include "app/ui/window/Screenshot.h"
 
 namespace {
 
@@ -29,7 +29,7 @@ int showWindows(int argc, char** argv) {
     const CommandLine commandLine = CommandLine::parse({argv, static_cast<std::size_t>(argc)});
 
     if (!commandLine.picturePath.isEmpty()) {
-        takeWindowPicture(commandLine.paths.first(), commandLine.picturePath);
+        takeScreenshot(commandLine.paths.first(), commandLine.picturePath);
         return QApplication::exec();
     }
     SingleInstance instance;

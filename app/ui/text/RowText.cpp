@@ -9,7 +9,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/text/DataSummary.h"
 #include "app/ui/text/DateText.h"
-#include "app/ui/text/PlainLine.h"
+#include "app/ui/text/SingleLineText.h"
 
 namespace {
 
@@ -34,7 +34,7 @@ QString uidText(quint64 number) {
 QString scalarText(const PlistValue& value) {
     switch (value.type()) {
         case PlistType::string:
-            return PlainLine::fromUtf8(value.text());
+            return SingleLineText::fromUtf8(value.text());
         case PlistType::boolean:
             return booleanText(value.booleanValue());
         case PlistType::date:
@@ -57,7 +57,7 @@ QString RowText::key(const OutlineRow& row) {
     if (row.parentType() == PlistType::array) {
         return QCoreApplication::translate("RowText", "Item %1").arg(row.index());
     }
-    return PlainLine::fromUtf8(row.node().key().view());
+    return SingleLineText::fromUtf8(row.node().key().view());
 }
 
 QString RowText::type(const OutlineRow& row) {

@@ -4,7 +4,7 @@
 
 #include "app/model/outline/OutlineRow.h"
 
-/// What the columns of the table say about a row. Long texts are cut: see `PlainLine`.
+/// What the columns of the table say about a row. Long texts are cut: see `SingleLineText`.
 namespace RowText {
 
 /// "Root", "Item 3" or the key.

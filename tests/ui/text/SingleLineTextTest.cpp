@@ -1,9 +1,9 @@
 #include <QTest>
 #include <string>
 
-#include "app/ui/text/PlainLine.h"
+#include "app/ui/text/SingleLineText.h"
 
-class PlainLineTest : public QObject {
+class SingleLineTextTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -35,19 +35,19 @@ private Q_SLOTS:
     void marksWhatBreaksALine() {
         QFETCH(QString, text);
         QFETCH(QString, line);
-        QCOMPARE(PlainLine::fromText(text), line);
-        QCOMPARE(PlainLine::fromUtf8(text.toStdString()), line);
+        QCOMPARE(SingleLineText::fromText(text), line);
+        QCOMPARE(SingleLineText::fromUtf8(text.toStdString()), line);
     }
 
     void showsNul() {
-        QCOMPARE(PlainLine::fromUtf8(std::string("a\0b", 3)), QStringLiteral("a␀b"));
+        QCOMPARE(SingleLineText::fromUtf8(std::string("a\0b", 3)), QStringLiteral("a␀b"));
     }
 
     void cutsLongTexts() {
-        const std::string atLimit(PlainLine::longest, 'x');
-        QCOMPARE(PlainLine::fromUtf8(atLimit).size(), PlainLine::longest);
-        const QString cut = PlainLine::fromUtf8(std::string(10'000'000, 'x'));
-        QCOMPARE(cut.size(), PlainLine::longest + 1);
+        const std::string atLimit(SingleLineText::longest, 'x');
+        QCOMPARE(SingleLineText::fromUtf8(atLimit).size(), SingleLineText::longest);
+        const QString cut = SingleLineText::fromUtf8(std::string(10'000'000, 'x'));
+        QCOMPARE(cut.size(), SingleLineText::longest + 1);
         QVERIFY(cut.endsWith(u'…'));
     }
 
@@ -57,11 +57,11 @@ private Q_SLOTS:
         while (text.size() < 5000) {
             text += "港";
         }
-        const QString cut = PlainLine::fromUtf8(text);
+        const QString cut = SingleLineText::fromUtf8(text);
         QVERIFY(!cut.contains(QChar::ReplacementCharacter));
         QVERIFY(cut.endsWith(QStringLiteral("港…")));
     }
 };
 
-QTEST_GUILESS_MAIN(PlainLineTest)
-#include "PlainLineTest.moc"
+QTEST_GUILESS_MAIN(SingleLineTextTest)
+#include "SingleLineTextTest.moc"

@@ -1,4 +1,4 @@
-#include "app/ui/text/PlainLine.h"
+#include "app/ui/text/SingleLineText.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -62,7 +62,7 @@ QString decoded(std::string_view utf8) {
 
 }  // namespace
 
-QString PlainLine::fromText(const QString& text) {
+QString SingleLineText::fromText(const QString& text) {
     const auto first = std::find_if(text.begin(), text.end(), needsMark);
     if (first == text.end()) {
         return text;
@@ -82,7 +82,7 @@ QString PlainLine::fromText(const QString& text) {
     return line;
 }
 
-QString PlainLine::fromUtf8(std::string_view utf8) {
+QString SingleLineText::fromUtf8(std::string_view utf8) {
     constexpr auto limit = static_cast<std::size_t>(longest);
     if (utf8.size() <= limit) {
         return fromText(decoded(utf8));

@@ -1,4 +1,4 @@
-#include "app/ui/window/WindowPicture.h"
+#include "app/ui/window/Screenshot.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -31,7 +31,7 @@ void savePicture(DocumentWindow& window, const QString& path) {
 
 }  // namespace
 
-void takeWindowPicture(const QString& path, const QString& picturePath) {
+void takeScreenshot(const QString& path, const QString& picturePath) {
     auto* window = new DocumentWindow(QString());
     QObject::connect(&window->controller(), &DocumentController::openFailed, window,
                      [](const FileError& error) { fail(QString::fromUtf8(error.what())); });

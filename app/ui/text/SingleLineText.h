@@ -8,7 +8,7 @@
 /// Line breaks and control characters become visible marks. So do the characters that embed,
 /// override or isolate the direction of text and thereby reorder what stands around them. Nothing
 /// else is changed; cells show the result as plain text.
-namespace PlainLine {
+namespace SingleLineText {
 
 /// The most bytes of a text that are looked at: several times what fits on a screen, so that
 /// the cost of showing a text does not follow its length.
@@ -20,4 +20,4 @@ QString fromUtf8(std::string_view utf8);
 /// The line for `text`, which is not cut.
 QString fromText(const QString& text);
 
-}  // namespace PlainLine
+}  // namespace SingleLineText
