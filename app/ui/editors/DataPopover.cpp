@@ -17,7 +17,7 @@
 #include "app/model/runtime/Plist.h"
 #include "app/ui/dialogs/MessageDialog.h"
 #include "app/ui/editors/Base64Filling.h"
-#include "app/ui/look/ErrorColor.h"
+#include "app/ui/look/Colors.h"
 #include "app/ui/look/SecondaryLabel.h"
 #include "app/ui/notices/ProgressPage.h"
 #include "app/ui/text/FileName.h"
@@ -149,7 +149,7 @@ void DataPopover::setInvalid(bool isInvalid) {
     isInvalid_ = isInvalid;
     problem_->setVisible(isInvalid);
     QPalette colors = palette();
-    colors.setColor(QPalette::WindowText, ErrorColor::of(colors));
+    colors.setColor(QPalette::WindowText, Colors::error(colors));
     problem_->setPalette(colors);
     base64_->setAccessibleDescription(isInvalid ? problem_->text() : QString());
 }

@@ -13,7 +13,7 @@
 
 #include "app/model/runtime/Plist.h"
 #include "app/ui/look/CellMetrics.h"
-#include "app/ui/look/SecondaryColor.h"
+#include "app/ui/look/Colors.h"
 
 namespace {
 
@@ -74,8 +74,8 @@ void adorn(QCalendarWidget& calendar) {
     }
     // What is free around it shows the ground of the calendar, as a frame.
     QPalette colors;
-    colors.setColor(QPalette::Window, SecondaryColor::of(calendar.palette(), QPalette::Active,
-                                                         QPalette::Text, QPalette::Base));
+    colors.setColor(QPalette::Window, Colors::secondary(calendar.palette(), QPalette::Active,
+                                                        QPalette::Text, QPalette::Base));
     calendar.setPalette(colors);
     calendar.setAutoFillBackground(true);
     makeRoomForArrow(calendar);

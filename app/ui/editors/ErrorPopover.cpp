@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "app/ui/look/ErrorColor.h"
+#include "app/ui/look/Colors.h"
 
 namespace {
 
@@ -83,6 +83,6 @@ void ErrorPopover::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(palette().color(QPalette::Window));
-    painter.setPen(ErrorColor::of(palette()));
+    painter.setPen(Colors::error(palette()));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 5, 5);
 }

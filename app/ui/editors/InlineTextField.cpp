@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "app/ui/editors/ErrorPopover.h"
-#include "app/ui/look/ErrorColor.h"
+#include "app/ui/look/Colors.h"
 
 namespace {
 
@@ -146,7 +146,7 @@ void InlineTextField::paintEvent(QPaintEvent* event) {
     QLineEdit::paintEvent(event);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(popover_ ? ErrorColor::of(palette()) : palette().color(QPalette::Highlight));
+    painter.setPen(popover_ ? Colors::error(palette()) : palette().color(QPalette::Highlight));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
                             cornerRadius);
 }

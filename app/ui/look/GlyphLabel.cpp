@@ -3,7 +3,7 @@
 #include <QPainter>
 
 #include "app/ui/look/CellMetrics.h"
-#include "app/ui/look/SecondaryColor.h"
+#include "app/ui/look/Colors.h"
 
 GlyphLabel::GlyphLabel(Painter painter, int edge, QWidget* parent)
     : QWidget(parent), painter_(painter), edge_(edge) {
@@ -19,5 +19,5 @@ void GlyphLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QPalette::ColorGroup group = isActiveWindow() ? QPalette::Active : QPalette::Inactive;
     painter_(painter, rect(),
-             SecondaryColor::of(palette(), group, foregroundRole(), backgroundRole()));
+             Colors::secondary(palette(), group, foregroundRole(), backgroundRole()));
 }

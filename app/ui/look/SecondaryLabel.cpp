@@ -3,7 +3,7 @@
 #include <QEvent>
 #include <QScopedValueRollback>
 
-#include "app/ui/look/SecondaryColor.h"
+#include "app/ui/look/Colors.h"
 
 SecondaryLabel::SecondaryLabel(const QString& text, QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
@@ -30,7 +30,7 @@ void SecondaryLabel::applyColor() {
     for (const QPalette::ColorGroup group :
          {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
         own.setColor(group, foregroundRole(),
-                     SecondaryColor::of(surroundings, group, foregroundRole(), backgroundRole()));
+                     Colors::secondary(surroundings, group, foregroundRole(), backgroundRole()));
     }
     setPalette(own);
 }

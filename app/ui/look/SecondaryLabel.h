@@ -2,7 +2,7 @@
 
 #include <QLabel>
 
-/// A label whose text stands back (see `SecondaryColor`) and is always plain. It follows the
+/// A label whose text stands back (see `Colors`) and is always plain. It follows the
 /// palette when the desktop changes it.
 class SecondaryLabel : public QLabel {
     Q_OBJECT

@@ -10,8 +10,7 @@
 #include <algorithm>
 
 #include "app/ui/look/CellMetrics.h"
-#include "app/ui/look/SecondaryColor.h"
-#include "app/ui/look/SelectionColor.h"
+#include "app/ui/look/Colors.h"
 #include "app/ui/table/OutlineTableModel.h"
 #include "app/ui/text/PlainToolTip.h"
 
@@ -83,7 +82,7 @@ void OutlineCell::paint(QPainter* painter, const QStyleOptionViewItem& option,
     cell.state &= ~QStyle::State_HasFocus;
     if (isSelected(cell)) {
         const QPalette::ColorGroup group = colorGroup(cell);
-        cell.palette.setColor(group, QPalette::Highlight, SelectionColor::of(cell.palette, group));
+        cell.palette.setColor(group, QPalette::Highlight, Colors::selection(cell.palette, group));
     }
     paintGround(*painter, cell);
 
@@ -157,7 +156,7 @@ QColor OutlineCell::textColor(const QStyleOptionViewItem& option, Tone tone) {
         return option.palette.color(group, QPalette::HighlightedText);
     }
     if (tone == Tone::secondary) {
-        return SecondaryColor::of(option.palette, group, QPalette::Text, QPalette::Base);
+        return Colors::secondary(option.palette, group, QPalette::Text, QPalette::Base);
     }
     return option.palette.color(group, tone == Tone::link ? QPalette::Link : QPalette::Text);
 }

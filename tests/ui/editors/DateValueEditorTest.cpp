@@ -11,7 +11,7 @@
 
 #include "app/model/runtime/Plist.h"
 #include "app/ui/editors/DateValueEditor.h"
-#include "app/ui/look/Contrast.h"
+#include "app/ui/look/Colors.h"
 #include "tests/ui/support/UiTest.h"
 
 namespace {
@@ -140,7 +140,8 @@ private Q_SLOTS:
         QCOMPARE(calendar.contentsMargins(), QMargins(1, 1, 1, 1));
         QVERIFY(calendar.autoFillBackground());
         const QPalette colors = calendar.palette();
-        QVERIFY(contrast(colors.color(QPalette::Window), colors.color(QPalette::Base)) >= 3);
+        QVERIFY(Colors::contrast(colors.color(QPalette::Window), colors.color(QPalette::Base)) >=
+                3);
     }
 
     void theCalendarReachesAsFarAsTheField() {

@@ -8,8 +8,7 @@
 
 #include "app/ui/editors/ErrorPopover.h"
 #include "app/ui/editors/InlineTextField.h"
-#include "app/ui/look/Contrast.h"
-#include "app/ui/look/ErrorColor.h"
+#include "app/ui/look/Colors.h"
 #include "tests/ui/support/UiTest.h"
 
 namespace {
@@ -265,17 +264,17 @@ private Q_SLOTS:
         QVERIFY(isNear(frameColor(), palette.color(QPalette::Highlight)));
         window.type(QStringLiteral("abc"));
         window.press(Qt::Key_Return);
-        QVERIFY(isNear(frameColor(), ErrorColor::of(palette)));
+        QVERIFY(isNear(frameColor(), Colors::error(palette)));
     }
 
     void theErrorColorIsReadable() {
         QPalette light;
         light.setColor(QPalette::Base, Qt::white);
-        QVERIFY(contrast(ErrorColor::of(light), Qt::white) >= 4.5);
+        QVERIFY(Colors::contrast(Colors::error(light), Qt::white) >= 4.5);
         QPalette dark;
         const QColor ground(0x2D, 0x2D, 0x2D);
         dark.setColor(QPalette::Base, ground);
-        QVERIFY(contrast(ErrorColor::of(dark), ground) >= 4.5);
+        QVERIFY(Colors::contrast(Colors::error(dark), ground) >= 4.5);
     }
 };
 

@@ -4,7 +4,7 @@
 #include <QTest>
 
 #include "app/ui/look/Appearance.h"
-#include "app/ui/look/Contrast.h"
+#include "app/ui/look/Colors.h"
 #include "app/ui/look/DarkPalette.h"
 
 class AppearanceTest : public QObject {
@@ -28,7 +28,7 @@ private Q_SLOTS:
         QFETCH(QPalette::ColorRole, text);
         QFETCH(QPalette::ColorRole, ground);
         const QPalette palette = DarkPalette::make();
-        const double found = contrast(palette.color(text), palette.color(ground));
+        const double found = Colors::contrast(palette.color(text), palette.color(ground));
         QVERIFY2(found >= 4.5, qPrintable(QString::number(found)));
     }
 
@@ -65,11 +65,11 @@ private Q_SLOTS:
         // The plain style makes both from these.
         const QColor painted = ground.lighter(108);
         const QColor frame = menus.color(QPalette::Window).darker(140);
-        QVERIFY(contrast(frame, painted) >= 3.0);
-        QVERIFY(contrast(frame, DarkPalette::make().color(QPalette::Base)) >= 3.0);
-        QVERIFY(contrast(menus.color(QPalette::Text), painted) >= 4.5);
-        QVERIFY(contrast(menus.color(QPalette::HighlightedText),
-                         menus.color(QPalette::Highlight)) >= 4.5);
+        QVERIFY(Colors::contrast(frame, painted) >= 3.0);
+        QVERIFY(Colors::contrast(frame, DarkPalette::make().color(QPalette::Base)) >= 3.0);
+        QVERIFY(Colors::contrast(menus.color(QPalette::Text), painted) >= 4.5);
+        QVERIFY(Colors::contrast(menus.color(QPalette::HighlightedText),
+                                 menus.color(QPalette::Highlight)) >= 4.5);
     }
 
     void menusFollowToo() {
@@ -88,7 +88,8 @@ private Q_SLOTS:
 
     void theSelectionStandsOut() {
         const QPalette palette = DarkPalette::make();
-        QVERIFY(contrast(palette.color(QPalette::Highlight), palette.color(QPalette::Base)) >= 3.0);
+        QVERIFY(Colors::contrast(palette.color(QPalette::Highlight),
+                                 palette.color(QPalette::Base)) >= 3.0);
     }
 };
 
