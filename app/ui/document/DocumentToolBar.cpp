@@ -5,12 +5,12 @@
 
 #include "app/ui/document/FormatPicker.h"
 #include "app/ui/document/SearchField.h"
-#include "app/ui/look/GlyphIcon.h"
+#include "app/ui/look/Glyph.h"
 
 DocumentToolBar::DocumentToolBar(QWidget* parent)
     : QToolBar(tr("Document"), parent),
-      add_(addButton(GlyphIcon::plus(), tr("Add Item"), tr("Add an item (⇧⌘N)"))),
-      delete_(addButton(GlyphIcon::minus(), tr("Delete"), tr("Delete the selected items (⌫)"))),
+      add_(addButton(Glyph::plusIcon(), tr("Add Item"), tr("Add an item (⇧⌘N)"))),
+      delete_(addButton(Glyph::minusIcon(), tr("Delete"), tr("Delete the selected items (⌫)"))),
       formatPicker_(new FormatPicker(this)),
       searchField_(new SearchField(this)) {
     setMovable(false);

@@ -20,8 +20,8 @@
 #include "app/ui/look/Colors.h"
 #include "app/ui/look/SecondaryLabel.h"
 #include "app/ui/notices/ProgressPage.h"
+#include "app/ui/text/DataText.h"
 #include "app/ui/text/FileName.h"
-#include "app/ui/text/HexDump.h"
 
 namespace {
 
@@ -102,8 +102,8 @@ void DataPopover::makeLayout() {
 void DataPopover::setBytes(Bytes bytes) {
     const bool wasFilling = !filling_->isDone();
     bytes_.assign(bytes.begin(), bytes.end());
-    dump_->setPlainText(HexDump::text(bytes_));
-    note_->setText(HexDump::note(bytes_));
+    dump_->setPlainText(DataText::dump(bytes_));
+    note_->setText(DataText::dumpNote(bytes_));
     note_->setVisible(!note_->text().isEmpty());
     filling_->start(bytes_);
     isEdited_ = false;

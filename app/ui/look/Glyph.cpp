@@ -1,7 +1,9 @@
 #include "app/ui/look/Glyph.h"
 
+#include <QApplication>
+#include <QIconEngine>
 #include <QPainter>
-#include <QPainterPath>
+#include <QPalette>
 #include <algorithm>
 
 namespace {
@@ -40,6 +42,50 @@ private:
 constexpr qreal lineWidth = 1.1;
 constexpr qreal buttonLineWidth = 1.0;
 constexpr qreal circleRadius = 5.2;
+
+void paintPlus(QPainter& painter, const QRectF& square, const QColor& color) {
+    GridPainter grid(painter, square);
+    grid.setStroke(color, buttonLineWidth);
+    painter.drawLine(QPointF(-4, 0), QPointF(4, 0));
+    painter.drawLine(QPointF(0, -4), QPointF(0, 4));
+}
+
+void paintMinus(QPainter& painter, const QRectF& square, const QColor& color) {
+    GridPainter grid(painter, square);
+    grid.setStroke(color, buttonLineWidth);
+    painter.drawLine(QPointF(-4, 0), QPointF(4, 0));
+}
+
+using PaintGlyph = void (*)(QPainter&, const QRectF&, const QColor&);
+
+/// Draws at the very size that is asked for, in the palette of the moment.
+class GlyphIconEngine : public QIconEngine {
+public:
+    explicit GlyphIconEngine(PaintGlyph paintGlyph) : paintGlyph_(paintGlyph) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        const QPalette::ColorGroup group =
+            mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        paintGlyph_(*painter, rect, QApplication::palette().color(group, QPalette::ButtonText));
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+        return pixmap;
+    }
+
+    QIconEngine* clone() const override { return new GlyphIconEngine(*this); }
+
+private:
+    PaintGlyph paintGlyph_;
+};
+
+QIcon themed(const QString& name, PaintGlyph paintGlyph) {
+    return QIcon::fromTheme(name, QIcon(new GlyphIconEngine(paintGlyph)));
+}
 
 }  // namespace
 
@@ -87,15 +133,10 @@ void Glyph::paintPlusInCircle(QPainter& painter, const QRectF& square, const QCo
     painter.drawLine(QPointF(0, -2.6), QPointF(0, 2.6));
 }
 
-void Glyph::paintPlus(QPainter& painter, const QRectF& square, const QColor& color) {
-    GridPainter grid(painter, square);
-    grid.setStroke(color, buttonLineWidth);
-    painter.drawLine(QPointF(-4, 0), QPointF(4, 0));
-    painter.drawLine(QPointF(0, -4), QPointF(0, 4));
+QIcon Glyph::plusIcon() {
+    return themed(QStringLiteral("list-add"), paintPlus);
 }
 
-void Glyph::paintMinus(QPainter& painter, const QRectF& square, const QColor& color) {
-    GridPainter grid(painter, square);
-    grid.setStroke(color, buttonLineWidth);
-    painter.drawLine(QPointF(-4, 0), QPointF(4, 0));
+QIcon Glyph::minusIcon() {
+    return themed(QStringLiteral("list-remove"), paintMinus);
 }

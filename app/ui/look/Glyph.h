@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QIcon>
 #include <QRectF>
 #include <cstdint>
 
@@ -27,7 +28,9 @@ void paintInformation(QPainter& painter, const QRectF& square, const QColor& col
 /// A plus sign in a circle.
 void paintPlusInCircle(QPainter& painter, const QRectF& square, const QColor& color);
 
-void paintPlus(QPainter& painter, const QRectF& square, const QColor& color);
-void paintMinus(QPainter& painter, const QRectF& square, const QColor& color);
+/// Icons of toolbar buttons: those of the user's icon theme by their standard names, or drawn ones
+/// in the colour of the button's text where the theme has none.
+QIcon plusIcon();
+QIcon minusIcon();
 
 }  // namespace Glyph

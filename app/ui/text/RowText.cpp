@@ -7,7 +7,7 @@
 
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
-#include "app/ui/text/DataSummary.h"
+#include "app/ui/text/DataText.h"
 #include "app/ui/text/DateText.h"
 #include "app/ui/text/SingleLineText.h"
 
@@ -40,7 +40,7 @@ QString scalarText(const PlistValue& value) {
         case PlistType::date:
             return DateText::text(value.dateValue());
         case PlistType::data:
-            return DataSummary::text(value.dataValue());
+            return DataText::summary(value.dataValue());
         case PlistType::uid:
             return uidText(value.uidValue());
         default:

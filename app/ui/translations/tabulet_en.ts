@@ -2,7 +2,7 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
-    <name>ByteCount</name>
+    <name>DataText</name>
     <message numerus="yes">
         <source>%n byte(s)</source>
         <translation>

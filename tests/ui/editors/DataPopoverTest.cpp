@@ -18,8 +18,8 @@
 #include "app/desktop/files/BackgroundTask.h"
 #include "app/ui/editors/Base64Filling.h"
 #include "app/ui/editors/DataPopover.h"
+#include "app/ui/text/DataText.h"
 #include "app/ui/text/FileName.h"
-#include "app/ui/text/HexDump.h"
 #include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
 
@@ -82,20 +82,20 @@ class DataPopoverTest : public QObject {
 
 private Q_SLOTS:
     void dumpsSixteenBytesALine() {
-        QCOMPARE(HexDump::text({}), QString());
-        QCOMPARE(HexDump::text(counting(16)),
+        QCOMPARE(DataText::dump({}), QString());
+        QCOMPARE(DataText::dump(counting(16)),
                  QStringLiteral("00000000  00010203 04050607 08090A0B 0C0D0E0F"));
-        const QStringList lines = HexDump::text(counting(17)).split(u'\n');
+        const QStringList lines = DataText::dump(counting(17)).split(u'\n');
         QCOMPARE(lines.size(), 2);
         QCOMPARE(lines.at(1), QStringLiteral("00000010  10"));
-        QCOMPARE(HexDump::text(counting(0x10000)).split(u'\n').last(),
+        QCOMPARE(DataText::dump(counting(0x10000)).split(u'\n').last(),
                  QStringLiteral("0000FFF0  F0F1F2F3 F4F5F6F7 F8F9FAFB FCFDFEFF"));
     }
 
     void dumpsNoMoreThanTheLimit() {
-        QCOMPARE(HexDump::note(counting(65'536)), QString());
-        QCOMPARE(HexDump::text(counting(65'537)).count(u'\n') + 1, 4096);
-        QCOMPARE(HexDump::note(counting(65'537)), QStringLiteral("Showing the first 66 kB."));
+        QCOMPARE(DataText::dumpNote(counting(65'536)), QString());
+        QCOMPARE(DataText::dump(counting(65'537)).count(u'\n') + 1, 4096);
+        QCOMPARE(DataText::dumpNote(counting(65'537)), QStringLiteral("Showing the first 66 kB."));
         const Item item(counting(65'537));
         QVERIFY(item.shows("Showing the first 66 kB."));
     }
