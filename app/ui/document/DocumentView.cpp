@@ -12,7 +12,7 @@
 #include "app/ui/document/FormatPicker.h"
 #include "app/ui/document/MatchCount.h"
 #include "app/ui/document/SearchField.h"
-#include "app/ui/notices/NoticeBanner.h"
+#include "app/ui/notices/NoticeStrip.h"
 #include "app/ui/table/PlistTable.h"
 #include "app/ui/table/drag/RowDropping.h"
 
@@ -21,9 +21,9 @@ DocumentView::DocumentView(PlistDocument& document, UndoManager* undoManager, QW
       document_(document),
       undoManager_(undoManager),
       search_(document),
-      banner_(new NoticeBanner(tr("This file uses the old OpenStep format, which can only be read. "
-                                  "It will be saved as XML."),
-                               this)),
+      banner_(new NoticeStrip(tr("This file uses the old OpenStep format, which can only be read. "
+                                 "It will be saved as XML."),
+                              this)),
       table_(new PlistTable(actions(), this)),
       emptyState_(new EmptyState(this)),
       matchCount_(new MatchCount(this)),

@@ -11,7 +11,7 @@
 class DocumentToolBar;
 class EmptyState;
 class MatchCount;
-class NoticeBanner;
+class NoticeStrip;
 class PlistDocument;
 class PlistTable;
 
@@ -65,7 +65,7 @@ private:
     QPointer<UndoManager> undoManager_;
     OutlineState outline_;
     SearchState search_;
-    NoticeBanner* banner_;
+    NoticeStrip* banner_;
     PlistTable* table_;
     EmptyState* emptyState_;
     MatchCount* matchCount_;

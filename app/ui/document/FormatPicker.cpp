@@ -2,8 +2,69 @@
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
+#include <QPalette>
+#include <QStyleOptionToolButton>
+#include <QStylePainter>
+#include <QToolButton>
 
-#include "app/ui/document/FormatSegment.h"
+namespace {
+
+/// The colour of selections, further away from that of selected text: styles lighten and grey
+/// what they paint buttons with.
+QColor chosenColor(const QPalette& palette) {
+    const QColor ground = palette.color(QPalette::Highlight);
+    const bool isTextLight =
+        palette.color(QPalette::HighlightedText).lightness() > ground.lightness();
+    return isTextLight ? ground.darker(150) : ground.lighter(120);
+}
+
+/// One of the buttons side by side of which one is chosen. The chosen one has the colours of a
+/// selection: in dark palettes a pressed button hardly differs from the others.
+class FormatSegment : public QToolButton {
+public:
+    explicit FormatSegment(const QString& title, QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    const QPalette& chosenPalette();
+
+    QPalette chosen_;
+    qint64 chosenFor_ = 0;  ///< the key of the palette that `chosen_` was made from
+};
+
+FormatSegment::FormatSegment(const QString& title, QWidget* parent) : QToolButton(parent) {
+    setText(title);
+    setCheckable(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setToolButtonStyle(Qt::ToolButtonTextOnly);
+    setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
+}
+
+/// Made anew only for other colours: styles keep a picture for each palette that they meet.
+const QPalette& FormatSegment::chosenPalette() {
+    if (chosenFor_ != palette().cacheKey() ||
+        chosen_.currentColorGroup() != palette().currentColorGroup()) {
+        chosenFor_ = palette().cacheKey();
+        chosen_ = palette();
+        chosen_.setColor(QPalette::Button, chosenColor(palette()));
+        chosen_.setBrush(QPalette::ButtonText, palette().highlightedText());
+    }
+    return chosen_;
+}
+
+void FormatSegment::paintEvent(QPaintEvent*) {
+    QStyleOptionToolButton option;
+    initStyleOption(&option);
+    if (isChecked()) {
+        option.palette = chosenPalette();
+    }
+    QStylePainter painter(this);
+    painter.drawComplexControl(QStyle::CC_ToolButton, option);
+}
+
+}  // namespace
 
 FormatPicker::FormatPicker(QWidget* parent) : QWidget(parent), group_(new QButtonGroup(this)) {
     setAccessibleName(tr("Format"));

@@ -1,16 +1,32 @@
 #include "app/ui/menus/FileMenu.h"
 
 #include <QAction>
+#include <QHash>
 #include <QIcon>
 
-#include "app/ui/menus/RecentMenu.h"
+#include "app/desktop/files/FilePath.h"
+#include "app/desktop/session/RecentDocuments.h"
+
+namespace {
+
+/// The name of a file, with its folder where other files have the same name.
+QString titleFor(const QString& path, const QHash<QString, int>& namesakes) {
+    const QString name = FilePath::shownName(path);
+    const QString title = namesakes[name] > 1 ? FileMenu::tr("%1 (%2)").arg(
+                                                    name, FilePath::shown(FilePath::folder(path)))
+                                              : name;
+    // A single one would underline the letter behind it.
+    return QString(title).replace(u'&', QStringLiteral("&&"));
+}
+
+}  // namespace
 
 FileMenu::FileMenu(QWidget* parent) : QMenu(tr("&File"), parent) {
     add(tr("&New"), Qt::CTRL | Qt::Key_N, "document-new", &FileMenu::newChosen);
     add(tr("&Open\u2026"), Qt::CTRL | Qt::Key_O, "document-open", &FileMenu::openChosen);
-    auto* recent = new RecentMenu(this);
-    addMenu(recent);
-    connect(recent, &RecentMenu::pathChosen, this, &FileMenu::recentChosen);
+    recent_ = addMenu(tr("Open &Recent"));
+    connect(recent_, &QMenu::aboutToShow, this, &FileMenu::fillRecent);
+    fillRecent();
     addSeparator();
     add(tr("&Close"), Qt::CTRL | Qt::Key_W, "window-close", &FileMenu::closeChosen);
     save_ = add(tr("&Save"), Qt::CTRL | Qt::Key_S, "document-save", &FileMenu::saveChosen);
@@ -36,4 +52,22 @@ QAction* FileMenu::add(const QString& title, const QKeySequence& key, const char
     action->setShortcut(key);
     connect(action, &QAction::triggered, this, [this, chosen] { (this->*chosen)(); });
     return action;
+}
+
+void FileMenu::fillRecent() {
+    recent_->clear();
+    const QStringList paths = RecentDocuments::existingPaths();
+    QHash<QString, int> namesakes;
+    for (const QString& path : paths) {
+        ++namesakes[FilePath::shownName(path)];
+    }
+    for (const QString& path : paths) {
+        QAction* item = recent_->addAction(titleFor(path, namesakes));
+        item->setStatusTip(FilePath::shown(path));
+        connect(item, &QAction::triggered, this, [this, path] { Q_EMIT recentChosen(path); });
+    }
+    recent_->addSeparator();
+    QAction* clearing = recent_->addAction(tr("&Clear Menu"));
+    clearing->setEnabled(!paths.isEmpty());
+    connect(clearing, &QAction::triggered, this, [] { RecentDocuments::clear(); });
 }

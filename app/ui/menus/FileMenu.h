@@ -4,7 +4,8 @@
 
 class QAction;
 
-/// The File menu of a window. It only says what was chosen.
+/// The File menu of a window, with the files that were used last in a submenu. It only says what
+/// was chosen.
 class FileMenu : public QMenu {
     Q_OBJECT
 
@@ -30,7 +31,9 @@ Q_SIGNALS:
 private:
     QAction* add(const QString& title, const QKeySequence& key, const char* icon,
                  void (FileMenu::*chosen)());
+    void fillRecent();
 
+    QMenu* recent_;
     QAction* save_;
     QAction* saveAs_;
     QAction* revert_;

@@ -4,7 +4,7 @@
 #include <QPushButton>
 
 FileNotice::FileNotice(const ExternalChanges& follower, QWidget* parent)
-    : NoticeStrip(parent),
+    : NoticeStrip({}, parent),
       follower_(follower),
       reload_(addButton(tr("&Reload"))),
       keep_(addButton(tr("&Keep Mine"))),

@@ -3,8 +3,6 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QPushButton>
-#include <QStyle>
-#include <QStyleOption>
 
 #include "app/ui/look/Glyph.h"
 #include "app/ui/look/GlyphLabel.h"
@@ -24,7 +22,7 @@ QFont calloutFont(QFont font) {
 
 }  // namespace
 
-NoticeStrip::NoticeStrip(QWidget* parent)
+NoticeStrip::NoticeStrip(const QString& text, QWidget* parent)
     : QWidget(parent),
       label_(new SecondaryLabel({}, this)),
       sign_(new GlyphLabel(Glyph::paintInformation, 16, this)),
@@ -36,6 +34,7 @@ NoticeStrip::NoticeStrip(QWidget* parent)
     layout_->setSpacing(8);
     layout_->addWidget(sign_, 0, Qt::AlignTop);
     layout_->addWidget(label_, 1, Qt::AlignVCenter);
+    setText(text);
 }
 
 void NoticeStrip::setText(const QString& text) {

@@ -12,13 +12,12 @@ class NoticeStrip : public QWidget {
     Q_OBJECT
 
 public:
-    explicit NoticeStrip(QWidget* parent = nullptr);
+    explicit NoticeStrip(const QString& text, QWidget* parent = nullptr);
 
     QString text() const;
-
-protected:
     void setText(const QString& text);
 
+protected:
     /// Adds a button at the end; `text` may mark a letter as its key.
     QPushButton* addButton(const QString& text);
 

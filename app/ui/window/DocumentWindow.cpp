@@ -28,7 +28,7 @@
 #include "app/ui/menus/PlistCommands.h"
 #include "app/ui/menus/WindowMenu.h"
 #include "app/ui/notices/FileNotice.h"
-#include "app/ui/notices/NoticeBanner.h"
+#include "app/ui/notices/NoticeStrip.h"
 #include "app/ui/notices/ProgressPage.h"
 #include "app/ui/notices/SaveProgress.h"
 #include "app/ui/table/PlistTable.h"
@@ -247,7 +247,7 @@ void DocumentWindow::forgetLostDocument() {
 
 void DocumentWindow::warnThatNothingIsKept(const QString& reason) {
     delete keepingNotice_;
-    keepingNotice_ = new NoticeBanner(
+    keepingNotice_ = new NoticeStrip(
         tr("Unsaved changes cannot be kept for a crash: %1. Save often.").arg(reason),
         centralWidget());
     keepingNotice_->setObjectName(QStringLiteral("keepingNotice"));

@@ -15,7 +15,7 @@
 
 class DocumentView;
 class FileMenu;
-class NoticeBanner;
+class NoticeStrip;
 class FileNotice;
 class ProgressPage;
 class SaveProgress;
@@ -128,7 +128,7 @@ private:
     FileMenu* fileMenu_ = nullptr;
     FileNotice* notice_ = nullptr;
     QVBoxLayout* layout_ = nullptr;
-    QPointer<NoticeBanner> keepingNotice_;
+    QPointer<NoticeStrip> keepingNotice_;
     SaveProgress* saveProgress_ = nullptr;
     std::function<QList<QWidget*>()> allWindows_;
     std::optional<RecoverableDocument> lost_;

@@ -15,7 +15,7 @@
 #include "app/ui/app/TabuletApp.h"
 #include "app/ui/dialogs/RecoveryDialog.h"
 #include "app/ui/document/DocumentView.h"
-#include "app/ui/notices/NoticeBanner.h"
+#include "app/ui/notices/NoticeStrip.h"
 #include "app/ui/table/PlistTable.h"
 #include "app/ui/window/DocumentWindow.h"
 #include "tests/ui/support/Samples.h"
@@ -233,14 +233,14 @@ private Q_SLOTS:
         window(0).view().actions().changeFormat(PlistFormat::binary);
         auto* recovery = window(0).controller().findChild<DocumentRecovery*>();
         recovery->keepNow();
-        QTRY_VERIFY(window(0).findChild<NoticeBanner*>(QStringLiteral("keepingNotice")) != nullptr);
-        const auto* notice = window(0).findChild<NoticeBanner*>(QStringLiteral("keepingNotice"));
+        QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("keepingNotice")) != nullptr);
+        const auto* notice = window(0).findChild<NoticeStrip*>(QStringLiteral("keepingNotice"));
         QVERIFY(notice->isVisible());
         QCOMPARE(notice->text(), QStringLiteral("Unsaved changes cannot be kept for a crash: Not a "
                                                 "directory. Save often."));
         QVERIFY(QFile::remove(StateFolder::recoveryPath()));
         recovery->keepNow();
-        QTRY_VERIFY(window(0).findChild<NoticeBanner*>(QStringLiteral("keepingNotice")) == nullptr);
+        QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("keepingNotice")) == nullptr);
     }
 
 private:

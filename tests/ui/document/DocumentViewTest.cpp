@@ -10,7 +10,7 @@
 #include "app/ui/document/EmptyState.h"
 #include "app/ui/document/FormatPicker.h"
 #include "app/ui/document/SearchField.h"
-#include "app/ui/notices/NoticeBanner.h"
+#include "app/ui/notices/NoticeStrip.h"
 #include "app/ui/table/PlistTable.h"
 #include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
@@ -22,7 +22,7 @@ private Q_SLOTS:
     void showsTheBannerForOpenStep() {
         PlistDocument document;
         DocumentView view(document);
-        const auto* banner = view.findChild<NoticeBanner*>();
+        const auto* banner = view.findChild<NoticeStrip*>();
         view.show();
         QVERIFY(!banner->isVisible());
         document.apply({Samples::allTypes(), PlistFormat::openStep});
@@ -37,7 +37,7 @@ private Q_SLOTS:
     void bannerTextStandsBack() {
         PlistDocument document;
         DocumentView view(document);
-        const auto* label = view.findChild<NoticeBanner*>()->findChild<QLabel*>();
+        const auto* label = view.findChild<NoticeStrip*>()->findChild<QLabel*>();
         QCOMPARE(label->textFormat(), Qt::PlainText);
         QVERIFY(label->palette().color(QPalette::WindowText) !=
                 view.palette().color(QPalette::WindowText));

@@ -2,6 +2,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QLabel>
+#include <QMenu>
 #include <QMessageBox>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -11,7 +12,6 @@
 #include "app/desktop/session/RecentDocuments.h"
 #include "app/ui/app/TabuletApp.h"
 #include "app/ui/document/DocumentView.h"
-#include "app/ui/menus/RecentMenu.h"
 #include "app/ui/window/DocumentWindow.h"
 #include "tests/ui/support/MenuTools.h"
 #include "tests/ui/support/Samples.h"
@@ -134,7 +134,9 @@ private:
         QVERIFY(opened.wait());
     }
 
-    QMenu& recentMenu() const { return *app_->windows().last()->findChild<RecentMenu*>(); }
+    QMenu& recentMenu() const {
+        return *MenuTools::itemOf(*app_->windows().last(), "Open Recent")->menu();
+    }
 
     std::unique_ptr<QTemporaryDir> folder_;
     std::unique_ptr<TabuletApp> app_;

@@ -20,7 +20,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/document/DocumentToolBar.h"
 #include "app/ui/document/DocumentView.h"
-#include "app/ui/notices/NoticeBanner.h"
+#include "app/ui/notices/NoticeStrip.h"
 #include "app/ui/notices/ProgressPage.h"
 #include "app/ui/table/PlistTable.h"
 #include "app/ui/window/DocumentWindow.h"
@@ -154,7 +154,7 @@ private Q_SLOTS:
     void theBannerGoesWithTheOldFormat() {
         const QString path = file("old.plist", "{ship = Vesta;}");
         openIn(*window_, path);
-        QVERIFY(window_->findChild<NoticeBanner*>()->isVisible());
+        QVERIFY(window_->view().findChild<NoticeStrip*>()->isVisible());
         QVERIFY(!window_->isWindowModified());
         QSignalSpy saved(&window_->controller(), &DocumentController::saved);
         window_->save();
@@ -164,7 +164,7 @@ private Q_SLOTS:
         again.setAttribute(Qt::WA_DeleteOnClose, false);
         again.show();
         openIn(again, path);
-        QVERIFY(!again.findChild<NoticeBanner*>()->isVisible());
+        QVERIFY(!again.view().findChild<NoticeStrip*>()->isVisible());
     }
 
     void opensFiles() {
