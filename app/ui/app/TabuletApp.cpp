@@ -67,7 +67,7 @@ void TabuletApp::setUp(const QString& version) {
     QCoreApplication::setApplicationName(QStringLiteral("tabulet"));
     QCoreApplication::setApplicationVersion(version);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tabulet"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("tabulet"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.ventrel.Tabulet"));
     loadTexts();
 }
 

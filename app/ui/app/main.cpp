@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QIcon>
 #include <cstddef>
 #include <span>
 
@@ -20,11 +21,21 @@ int printText(int argc, char** argv) {
     return 0;
 }
 
+/// The icon of the user's theme, or ours where it has none and the program is not installed.
+QIcon windowIcon() {
+    QIcon own;
+    for (const int size : {16, 24, 32, 48, 64, 128}) {
+        own.addFile(QStringLiteral(":/icons/%1.png").arg(size));
+    }
+    return QIcon::fromTheme(QGuiApplication::desktopFileName(), own);
+}
+
 int showWindows(int argc, char** argv) {
     const LaunchToken token = LaunchToken::ofThisProcess();
     SessionBus::useOnlyIfThere();
     const QApplication application(argc, argv);
     TabuletApp::setUp(QStringLiteral(TABULET_VERSION));
+    QApplication::setWindowIcon(windowIcon());
     // Those that are meant for the toolkit have been taken out.
     const CommandLine commandLine = CommandLine::parse({argv, static_cast<std::size_t>(argc)});
 
