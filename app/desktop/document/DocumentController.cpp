@@ -10,9 +10,9 @@
 #include "app/desktop/files/BackgroundTask.h"
 #include "app/desktop/files/FilePath.h"
 #include "app/desktop/files/PlistDocumentReader.h"
-#include "app/desktop/files/PlistDocumentWriter.h"
 #include "app/desktop/files/StateFolder.h"
 #include "app/desktop/recovery/RecoverableDocument.h"
+#include "app/desktop/saving/PlistDocumentWriter.h"
 #include "app/desktop/saving/SafeWriter.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/runtime/Plist.h"
@@ -54,11 +54,8 @@ WriteResult write(const PlistFile& file, const QString& path,
                   const SafeWriter::Consent& mayReplace) {
     WriteResult result;
     try {
-        PlistDocumentWriter::write(
-            file, path, nullptr, [&result, &mayReplace](const QString& target, auto bytes) {
-                result.digest = ContentDigest::of(bytes);
-                SafeWriter::write(target, bytes, StateFolder::recoveryPath(), mayReplace);
-            });
+        PlistDocumentWriter::write(file, path, StateFolder::recoveryPath(), mayReplace, nullptr,
+                                   &result.digest);
     } catch (const FileError& error) {
         result.error = error;
     } catch (const std::bad_alloc&) {

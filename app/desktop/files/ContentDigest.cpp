@@ -1,14 +1,14 @@
 #include "app/desktop/files/ContentDigest.h"
 
-#include <unistd.h>
 #include <xxhash.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <memory>
 #include <new>
 #include <vector>
+
+#include "app/desktop/files/FileDescriptor.h"
 
 namespace {
 
@@ -45,20 +45,18 @@ ContentDigest ContentDigest::of(std::span<const std::uint8_t> bytes) {
     return ContentDigest(canonical(XXH3_128bits(bytes.data(), bytes.size())));
 }
 
-std::optional<ContentDigest> ContentDigest::ofOpenFile(int file) {
+std::optional<ContentDigest> ContentDigest::ofOpenFile(const FileDescriptor& file) {
     const State state = newState();
     std::vector<std::uint8_t> piece(pieceSize);
     for (;;) {
-        const ssize_t count = ::read(file, piece.data(), piece.size());
+        const ssize_t count = file.read(piece);
         if (count == 0) {
             return ContentDigest(canonical(XXH3_128bits_digest(state.get())));
         }
-        if (count < 0 && errno != EINTR) {
+        if (count < 0) {
             return std::nullopt;
         }
-        if (count > 0) {
-            XXH3_128bits_update(state.get(), piece.data(), static_cast<std::size_t>(count));
-        }
+        XXH3_128bits_update(state.get(), piece.data(), static_cast<std::size_t>(count));
     }
 }
 

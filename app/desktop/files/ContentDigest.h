@@ -8,6 +8,8 @@
 #include <optional>
 #include <span>
 
+class FileDescriptor;
+
 /// 128 bits that stand for the bytes of a file: equal bytes have equal digests, and different ones
 /// never meet by chance. XXH3 of the xxHash library, which runs at the speed of memory: the digest
 /// is taken of every file that is opened or saved, and a cryptographic one would take longer than
@@ -25,7 +27,7 @@ public:
 
     /// The digest of all bytes from where an open file stands to its end; moves it there. Nothing
     /// where a read fails, and `errno` tells why. Reads piece by piece.
-    static std::optional<ContentDigest> ofOpenFile(int file);
+    static std::optional<ContentDigest> ofOpenFile(const FileDescriptor& file);
 
     /// 32 hexadecimal digits in lower case, which stay the same on every machine.
     QString hex() const;

@@ -6,7 +6,6 @@
 #include <cerrno>
 
 #include "app/desktop/files/FileDescriptor.h"
-#include "app/desktop/files/FileOutput.h"
 
 QByteArray FileFolder::of(const QByteArray& path) {
     const qsizetype slash = path.lastIndexOf('/');
@@ -32,5 +31,5 @@ int FileFolder::make(const QByteArray& folder) {
 
 int FileFolder::synchronize(const QByteArray& folder) {
     const FileDescriptor opened(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return opened.isOpen() ? FileOutput::synchronize(opened.number()) : 0;
+    return opened.isOpen() ? opened.synchronize() : 0;
 }

@@ -8,6 +8,8 @@
 #include <climits>
 #include <cstdint>
 
+#include "app/desktop/files/FileFolder.h"
+
 namespace {
 
 constexpr char16_t firstEscape = 0xDC80;
@@ -43,6 +45,22 @@ bool isPaired(const QString& text, qsizetype position) {
 bool isLink(const QByteArray& path) {
     struct stat status {};
     return ::lstat(path.constData(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+/// Where the link at `path` leads; empty if there is no link.
+QByteArray linkTarget(const QByteArray& path) {
+    QByteArray link(PATH_MAX, '\0');
+    const ssize_t size =
+        ::readlink(path.constData(), link.data(), static_cast<std::size_t>(link.size()));
+    if (size <= 0) {
+        return {};
+    }
+    link.truncate(size);
+    return link.startsWith('/') ? link : FileFolder::of(path) + '/' + link;
+}
+
+bool find(const QString& path, struct stat& status) {
+    return ::stat(FilePath::encoded(path).constData(), &status) == 0;
 }
 
 void append(QByteArray& path, const QByteArray& component) {
@@ -132,6 +150,30 @@ QString FilePath::absolute(const QString& path) {
 bool FilePath::exists(const QString& path) {
     struct stat status {};
     return ::stat(encoded(path).constData(), &status) == 0;
+}
+
+bool FilePath::isSameFile(const QString& one, const QString& other) {
+    struct stat first {};
+    struct stat second {};
+    const bool isThere = find(one, first);
+    if (isThere != find(other, second)) {
+        return false;
+    }
+    return isThere ? first.st_dev == second.st_dev && first.st_ino == second.st_ino
+                   : absolute(one) == absolute(other);
+}
+
+QByteArrayList FilePath::followed(const QByteArray& path) {
+    constexpr qsizetype mostLinks = 40;  // as many as the system follows
+    QByteArrayList paths{path};
+    while (paths.size() <= mostLinks) {
+        const QByteArray next = linkTarget(paths.last());
+        if (next.isEmpty()) {
+            break;
+        }
+        paths += next;
+    }
+    return paths;
 }
 
 QByteArray FilePath::toUri(const QString& path) {

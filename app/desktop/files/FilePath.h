@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QString>
 #include <optional>
 
@@ -35,6 +36,14 @@ QString absolute(const QString& path);
 
 /// Whether something is there, links followed.
 bool exists(const QString& path);
+
+/// Whether two paths lead to one file, be it by links of either kind. Paths at which nothing is
+/// lead to the same file when they are the same.
+bool isSameFile(const QString& one, const QString& other);
+
+/// A path as the system has it, and where the link at its end leads, and the link at the end of
+/// that, and so on, as far as the system itself follows them. The last need not exist.
+QByteArrayList followed(const QByteArray& path);
 
 /// The address of an absolute path, in ASCII.
 QByteArray toUri(const QString& path);

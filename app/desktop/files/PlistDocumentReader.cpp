@@ -1,8 +1,6 @@
 #include "app/desktop/files/PlistDocumentReader.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <QCoreApplication>
 #include <cerrno>
@@ -39,9 +37,7 @@ void requireRegularFile(const struct stat& status, const QString& path) {
 }
 
 PlistBytes wholeFile(const QString& path) {
-    // A pipe without a writer would hold the call up before its kind can be asked.
-    FileDescriptor file(
-        ::open(FilePath::encoded(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const FileDescriptor file = FileDescriptor::forReading(FilePath::encoded(path));
     if (!file.isOpen()) {
         failReading(path, errno);
     }
@@ -55,18 +51,16 @@ PlistBytes wholeFile(const QString& path) {
     PlistBytes bytes;
     std::size_t room = static_cast<std::size_t>(status.st_size) + spare;
     for (;;) {
-        const ssize_t count = ::read(file.number(), bytes.reserve(room), room);
+        const ssize_t count = file.read({bytes.reserve(room), room});
+        if (count < 0) {
+            failReading(path, errno);
+        }
         if (count == 0) {
             return bytes;
         }
-        if (count > 0) {
-            bytes.advance(static_cast<std::size_t>(count));
-            room = room > static_cast<std::size_t>(count) + spare
-                       ? room - static_cast<std::size_t>(count)
-                       : spare;
-        } else if (errno != EINTR) {
-            failReading(path, errno);
-        }
+        const auto size = static_cast<std::size_t>(count);
+        bytes.advance(size);
+        room = room > size + spare ? room - size : spare;
     }
 }
 

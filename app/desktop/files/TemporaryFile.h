@@ -25,6 +25,11 @@ public:
 
     FileDescriptor& file() noexcept { return file_; }
 
+    /// Gives the file the owner, group, mode, access-control lists and extended attributes of an
+    /// open one, whose place it is to take. Returns 0, or the number of the system's error if any
+    /// of them could not be given: EPERM also where the system gave something else without a word.
+    int inherit(const FileDescriptor& old) const;
+
     /// Puts the file at `path`, in place of what is there. Returns 0 or the number of the error.
     int moveTo(const QByteArray& path) noexcept;
 

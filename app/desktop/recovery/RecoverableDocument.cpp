@@ -1,7 +1,5 @@
 #include "app/desktop/recovery/RecoverableDocument.h"
 
-#include <fcntl.h>
-
 #include <QCoreApplication>
 #include <QDir>
 #include <algorithm>
@@ -16,9 +14,9 @@ namespace {
 
 /// The digest of what a file holds, as text; empty if it cannot be read.
 QString digestOf(const QByteArray& path) {
-    const FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const FileDescriptor file = FileDescriptor::forReading(path);
     const std::optional<ContentDigest> digest =
-        file.isOpen() ? ContentDigest::ofOpenFile(file.number()) : std::nullopt;
+        file.isOpen() ? ContentDigest::ofOpenFile(file) : std::nullopt;
     return digest ? digest->hex() : QString();
 }
 

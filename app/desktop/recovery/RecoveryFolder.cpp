@@ -11,8 +11,6 @@
 #include <utility>
 
 #include "app/desktop/files/FileFolder.h"
-#include "app/desktop/files/FileInput.h"
-#include "app/desktop/files/FileOutput.h"
 #include "app/desktop/files/TemporaryFile.h"
 
 namespace {
@@ -121,8 +119,8 @@ int RecoveryFolder::write(const QByteArray& name, std::span<const std::uint8_t> 
     if (fresh.error() != 0) {
         return fresh.error();
     }
-    int error = FileOutput::writeAll(fresh.file().number(), bytes);
-    error = error != 0 ? error : FileOutput::synchronize(fresh.file().number());
+    int error = fresh.file().writeAll(bytes);
+    error = error != 0 ? error : fresh.file().synchronize();
     error = error != 0 ? error : fresh.file().close();
     error = error != 0 ? error : fresh.moveTo(pathOf(name));
     return error != 0 ? error : FileFolder::synchronize(path_);
@@ -134,7 +132,7 @@ int RecoveryFolder::write(const QByteArray& name, const QByteArray& bytes) const
 }
 
 std::optional<QByteArray> RecoveryFolder::read(const QByteArray& name) const {
-    return FileInput::readAll(pathOf(name));
+    return FileDescriptor::forReading(pathOf(name), FileDescriptor::Links::refused).readAll();
 }
 
 void RecoveryFolder::remove(const QByteArray& name) const {

@@ -1,6 +1,5 @@
 #include "app/desktop/saving/ByteFile.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <QCoreApplication>
@@ -48,9 +47,7 @@ QString refusalOf(int file, const QString& path) {
 }  // namespace
 
 ByteFile::Content ByteFile::read(const QString& path) try {
-    // A pipe without a writer would hold the call up before its kind can be asked.
-    const FileDescriptor descriptor(
-        ::open(FilePath::encoded(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const FileDescriptor descriptor = FileDescriptor::forReading(FilePath::encoded(path));
     if (!descriptor.isOpen()) {
         return {{}, reasonFor(path, errno)};
     }

@@ -1,26 +1,30 @@
 #include "app/desktop/saving/SafeWriter.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <algorithm>
+#include <array>
 #include <cerrno>
-#include <climits>
 #include <optional>
 
 #include "app/desktop/files/ContentDigest.h"
 #include "app/desktop/files/FileDescriptor.h"
 #include "app/desktop/files/FileError.h"
 #include "app/desktop/files/FileFolder.h"
-#include "app/desktop/files/FileOutput.h"
 #include "app/desktop/files/FilePath.h"
 #include "app/desktop/files/TemporaryFile.h"
-#include "app/desktop/saving/FileAttributes.h"
 #include "app/desktop/saving/SafetyCopy.h"
-#include "app/desktop/saving/SavedBytes.h"
 
 namespace {
+
+/// File systems of servers and programs: from the kernel's linux/magic.h, as statfs(2) gives them.
+constexpr std::array<std::uint32_t, 5> astray{NFS_SUPER_MAGIC, SMB_SUPER_MAGIC, SMB2_SUPER_MAGIC,
+                                              CIFS_SUPER_MAGIC, FUSE_SUPER_MAGIC};
 
 /// One save: the file as the user named it and as links lead to it, and its new content.
 struct Save {
@@ -47,22 +51,6 @@ void check(const Save& save, int errorNumber) {
     if (errorNumber != 0) {
         fail(save, errorNumber);
     }
-}
-
-/// Where the links lead that a path may end in, also where nothing is there yet.
-QByteArray resolved(QByteArray path) {
-    constexpr int mostLinks = 40;  // as many as the system follows
-    for (int i = 0; i < mostLinks; ++i) {
-        QByteArray link(PATH_MAX, '\0');
-        const ssize_t size =
-            ::readlink(path.constData(), link.data(), static_cast<std::size_t>(link.size()));
-        if (size < 0) {
-            break;
-        }
-        link.truncate(size);
-        path = link.startsWith('/') ? link : FileFolder::of(path) + '/' + link;
-    }
-    return path;
 }
 
 /// Finds out what is there, and refuses what must not be touched.
@@ -98,13 +86,13 @@ void askForConsent(const Save& save) {
     if (!save.mayReplace) {
         return;
     }
-    const FileDescriptor present(
-        ::open(save.target.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    const FileDescriptor present =
+        FileDescriptor::forReading(save.target, FileDescriptor::Links::refused);
     if (!present.isOpen()) {
         check(save, errno == ENOENT ? 0 : errno);
         return;
     }
-    const std::optional<ContentDigest> digest = ContentDigest::ofOpenFile(present.number());
+    const std::optional<ContentDigest> digest = ContentDigest::ofOpenFile(present);
     if (!digest) {
         fail(save, errno);
     }
@@ -131,14 +119,14 @@ bool isAboutAttributes(int errorNumber) {
 
 /// Gives a new file what the old one had. Returns 0 or the number of the system's error.
 int inherit(const Save& save, TemporaryFile& fresh) {
-    const FileDescriptor old(
-        ::open(save.target.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-    return old.isOpen() ? FileAttributes::copy(old.number(), fresh.file().number()) : errno;
+    const FileDescriptor old =
+        FileDescriptor::forReading(save.target, FileDescriptor::Links::refused);
+    return old.isOpen() ? fresh.inherit(old) : errno;
 }
 
 /// Whether the file holds what was saved, as far as there is reason to doubt it.
 bool hasArrived(const Save& save) {
-    return !SavedBytes::mayGoAstrayAt(save.target) || SavedBytes::areAt(save.target, save.bytes);
+    return !SafeWriter::mayGoAstrayAt(save.target) || SafeWriter::areAt(save.target, save.bytes);
 }
 
 /// Puts a finished file in place of the old one, if any. False if the place does not allow that,
@@ -155,7 +143,7 @@ bool replace(const Save& save) {
         return false;
     }
     check(save, fresh.error());
-    check(save, FileOutput::writeAll(fresh.file().number(), save.bytes));
+    check(save, fresh.file().writeAll(save.bytes));
     if (save.old) {
         const int error = inherit(save, fresh);
         if (isAboutAttributes(error)) {
@@ -163,7 +151,7 @@ bool replace(const Save& save) {
         }
         check(save, error);
     }
-    check(save, FileOutput::synchronize(fresh.file().number()));
+    check(save, fresh.file().synchronize());
     check(save, fresh.file().close());
     askForConsent(save);
     const int error = fresh.moveTo(save.target);
@@ -198,14 +186,14 @@ int writeOver(const Save& save, const FileDescriptor& file) {
         errno != EOPNOTSUPP && errno != ENOSYS) {
         return errno;
     }
-    if (const int error = FileOutput::writeAll(file.number(), save.bytes); error != 0) {
+    if (const int error = file.writeAll(save.bytes); error != 0) {
         return error;
     }
     if (::ftruncate(file.number(), size) != 0) {
         return errno;
     }
     keepMode(save, file.number());
-    return FileOutput::synchronize(file.number());
+    return file.synchronize();
 }
 
 /// Whether the path still leads to the open file.
@@ -282,9 +270,31 @@ void overwrite(const Save& save, const QString& safetyFolder) {
 
 void SafeWriter::write(const QString& path, std::span<const std::uint8_t> bytes,
                        const QString& safetyFolder, const Consent& mayReplace) {
-    Save save{path, resolved(FilePath::encoded(path)), std::nullopt, bytes, mayReplace};
+    Save save{path, FilePath::followed(FilePath::encoded(path)).last(), std::nullopt, bytes,
+              mayReplace};
     examine(save);
     if (!replace(save)) {
         overwrite(save, safetyFolder);
     }
+}
+
+bool SafeWriter::mayGoAstrayOn(std::uint32_t fileSystem) {
+    return std::find(astray.begin(), astray.end(), fileSystem) != astray.end();
+}
+
+bool SafeWriter::mayGoAstrayAt(const QByteArray& path) {
+    struct statfs status {};
+    return ::statfs(path.constData(), &status) == 0 &&
+           mayGoAstrayOn(static_cast<std::uint32_t>(status.f_type));
+}
+
+bool SafeWriter::areAt(const QByteArray& path, std::span<const std::uint8_t> bytes) {
+    const FileDescriptor file = FileDescriptor::forReading(path);
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 ||
+        status.st_size != static_cast<off_t>(bytes.size())) {
+        return false;
+    }
+    return bytes.size() > mostReadBack ||
+           ContentDigest::ofOpenFile(file) == ContentDigest::of(bytes);
 }

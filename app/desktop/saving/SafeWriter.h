@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -30,5 +32,23 @@ using Consent = std::function<bool(const ContentDigest& present)>;
 /// copy, which the reason names.
 void write(const QString& path, std::span<const std::uint8_t> bytes, const QString& safetyFolder,
            const Consent& mayReplace = nullptr);
+
+// How `write` finds out whether the bytes have arrived. A disk of this machine that says that it
+// has written has done so; a server, or a program that plays a file system, may find out later that
+// it could not.
+
+/// Whether a file system of this type, as `statfs` names it, is a server's (NFS, SMB, CIFS) or a
+/// program's (FUSE).
+bool mayGoAstrayOn(std::uint32_t fileSystem);
+
+/// Whether the file is on such a file system. No if the system cannot tell.
+bool mayGoAstrayAt(const QByteArray& path);
+
+/// Up to this size the content is read back; of larger files only the size is asked, as reading
+/// them over a network again would take as long as saving.
+inline constexpr std::size_t mostReadBack = std::size_t{16} << 20;
+
+/// Whether the file at `path` holds `bytes`, as far as that is looked at.
+bool areAt(const QByteArray& path, std::span<const std::uint8_t> bytes);
 
 }  // namespace SafeWriter

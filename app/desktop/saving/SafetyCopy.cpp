@@ -19,8 +19,6 @@
 #include "app/desktop/files/ContentDigest.h"
 #include "app/desktop/files/FileDescriptor.h"
 #include "app/desktop/files/FileFolder.h"
-#include "app/desktop/files/FileInput.h"
-#include "app/desktop/files/FileOutput.h"
 #include "app/desktop/files/FilePath.h"
 
 namespace {
@@ -36,28 +34,25 @@ constexpr QLatin1String fileName("file");
 constexpr QLatin1String newContentName("newContent");
 
 /// Copies all bytes from where one open file stands to where the other does.
-int copyBytes(int source, int target) {
+int copyBytes(const FileDescriptor& source, const FileDescriptor& target) {
     std::array<std::uint8_t, std::size_t{1} << 16> buffer;
     for (;;) {
-        const ssize_t count = ::read(source, buffer.data(), buffer.size());
+        const ssize_t count = source.read(buffer);
         if (count == 0) {
             return 0;
         }
-        if (count < 0 && errno != EINTR) {
+        if (count < 0) {
             return errno;
         }
-        if (count > 0) {
-            const std::span<const std::uint8_t> bytes(buffer.data(),
-                                                      static_cast<std::size_t>(count));
-            if (const int error = FileOutput::writeAll(target, bytes); error != 0) {
-                return error;
-            }
+        const std::span<const std::uint8_t> bytes(buffer.data(), static_cast<std::size_t>(count));
+        if (const int error = target.writeAll(bytes); error != 0) {
+            return error;
         }
     }
 }
 
 int finish(FileDescriptor& file) {
-    const int error = FileOutput::synchronize(file.number());
+    const int error = file.synchronize();
     return error != 0 ? error : file.close();
 }
 
@@ -66,7 +61,7 @@ int open(const QByteArray& path, int flags) {
 }
 
 std::optional<ContentDigest> digestOf(const FileDescriptor& file) {
-    return file.isOpen() ? ContentDigest::ofOpenFile(file.number()) : std::nullopt;
+    return file.isOpen() ? ContentDigest::ofOpenFile(file) : std::nullopt;
 }
 
 }  // namespace
@@ -109,7 +104,7 @@ int SafetyCopy::make(const QByteArray& folder) {
     if (!lock_.isOpen() || ::flock(lock_.number(), LOCK_EX | LOCK_NB) != 0) {
         return errno;
     }
-    int error = copyBytes(source.number(), copy.number());
+    int error = copyBytes(source, copy);
     error = error != 0 ? error : finish(copy);
     // The record comes last: it never names a copy that is not complete.
     error = error != 0 ? error : writeRecord();
@@ -130,9 +125,8 @@ int SafetyCopy::writeRecord() const {
     if (!file.isOpen()) {
         return errno;
     }
-    const int error = FileOutput::writeAll(file.number(),
-                                           {reinterpret_cast<const std::uint8_t*>(text.constData()),
-                                            static_cast<std::size_t>(text.size())});
+    const int error = file.writeAll({reinterpret_cast<const std::uint8_t*>(text.constData()),
+                                     static_cast<std::size_t>(text.size())});
     return error != 0 ? error : finish(file);
 }
 
@@ -145,7 +139,7 @@ int SafetyCopy::restore() const {
     if (!target.isOpen()) {
         return errno;
     }
-    const int error = copyBytes(copy.number(), target.number());
+    const int error = copyBytes(copy, target);
     const off_t size = ::lseek(copy.number(), 0, SEEK_CUR);
     if (error != 0) {
         return error;
@@ -186,8 +180,10 @@ bool SafetyCopy::hasRecord() const {
 
 /// False if the record cannot be read, or does not name a file.
 bool SafetyCopy::readRecord() {
-    const QByteArray record = FileInput::readAll(record_).value_or(QByteArray());
-    const QJsonObject object = QJsonDocument::fromJson(record).object();
+    const FileDescriptor record =
+        FileDescriptor::forReading(record_, FileDescriptor::Links::refused);
+    const QByteArray json = record.readAll().value_or(QByteArray());
+    const QJsonObject object = QJsonDocument::fromJson(json).object();
     target_ = QByteArray::fromPercentEncoding(object.value(fileName).toString().toLatin1());
     newContent_ = ContentDigest::fromHex(object.value(newContentName).toString());
     return !target_.isEmpty();
@@ -197,7 +193,7 @@ bool SafetyCopy::readRecord() {
 bool SafetyCopy::isNeedless() const {
     const FileDescriptor target(open(target_, O_RDONLY | O_NONBLOCK));
     const std::optional<ContentDigest> present = digestOf(target);
-    if (!present || FileOutput::synchronize(target.number()) != 0) {
+    if (!present || target.synchronize() != 0) {
         return false;
     }
     return present == newContent_ ||

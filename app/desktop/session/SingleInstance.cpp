@@ -1,12 +1,87 @@
 #include "app/desktop/session/SingleInstance.h"
 
+#include <sys/stat.h>
+
+#include <QByteArray>
 #include <QDBusConnectionInterface>
+#include <QDBusContext>
 #include <QDBusError>
 #include <QDBusMessage>
+#include <QUrl>
+#include <QVariantList>
+#include <QVariantMap>
+#include <optional>
 
 #include "app/desktop/files/FilePath.h"
 
+/// What the program does for others on the message bus: the interface org.freedesktop.Application
+/// of the Desktop Entry Specification ("D-Bus Activation"). Belongs to the main thread.
+class ApplicationService : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    using QObject::QObject;
+
+    /// The interface, for callers.
+    static constexpr auto interfaceName = "org.freedesktop.Application";
+
+    /// A call's platform data. A call that is only seen after the deadline is not carried out: who
+    /// made it does not wait any more, and has found another way.
+    static QVariantMap platformData(const LaunchToken& token,
+                                    std::chrono::steady_clock::time_point deadline);
+
+    /// From now on calls fail as if there were no such object.
+    void stop() noexcept { isStopped_ = true; }
+
+public Q_SLOTS:
+    // The names are those of the interface.
+
+    /// Shows the program, as when it is started without files.
+    void Activate(const QVariantMap& platformData);  // NOLINT
+
+    /// Opens the files at these addresses.
+    void Open(const QStringList& uris, const QVariantMap& platformData);  // NOLINT
+
+    /// The program has no actions.
+    void ActivateAction(const QString& name, const QVariantList& parameters,  // NOLINT
+                        const QVariantMap& platformData);
+
+Q_SIGNALS:
+    void activated(const LaunchToken& token);
+    void opened(const QStringList& paths, const LaunchToken& token);
+
+private:
+    /// Answers the call with an error after `stop` and after its deadline.
+    bool refuses(const QVariantMap& platformData) const;
+
+    bool isStopped_ = false;
+};
+
 namespace {
+
+// The names of the Desktop Entry Specification.
+constexpr QLatin1String activationKey("activation-token");
+constexpr QLatin1String startupKey("desktop-startup-id");
+
+// Ours. The clock is the same for all processes: it counts from the start of the system.
+constexpr QLatin1String deadlineKey("com.ventrel.Tabulet.deadline");
+
+using Clock = std::chrono::steady_clock;
+
+qint64 millisecondsAt(Clock::time_point time) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
+}
+
+bool isTooLate(const QVariantMap& platformData) {
+    const QVariant deadline = platformData.value(deadlineKey);
+    return deadline.isValid() && deadline.toLongLong() < millisecondsAt(Clock::now());
+}
+
+LaunchToken tokenIn(const QVariantMap& platformData) {
+    return {platformData.value(activationKey).toString().toUtf8(),
+            platformData.value(startupKey).toString().toUtf8()};
+}
 
 /// How often another program may end just when it is asked, before this gives up.
 constexpr int mostAttempts = 5;
@@ -35,13 +110,91 @@ QDBusMessage callFor(const QStringList& paths, const LaunchToken& token,
     return call;
 }
 
+constexpr auto addressVariable = "DBUS_SESSION_BUS_ADDRESS";
+
+/// Where the bus of a user is when nothing else says it (D-Bus Specification, "Well-known Message
+/// Bus Instances").
+bool hasUserBus() {
+    const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
+    struct stat status {};
+    return !folder.isEmpty() && ::stat((folder + "/bus").constData(), &status) == 0 &&
+           S_ISSOCK(status.st_mode);
+}
+
 }  // namespace
 
+// --- What others may call ---
+
+QVariantMap ApplicationService::platformData(const LaunchToken& token, Clock::time_point deadline) {
+    QVariantMap data{{deadlineKey, millisecondsAt(deadline)}};
+    if (!token.activationToken.isEmpty()) {
+        data.insert(activationKey, QString::fromUtf8(token.activationToken));
+    }
+    if (!token.startupId.isEmpty()) {
+        data.insert(startupKey, QString::fromUtf8(token.startupId));
+    }
+    return data;
+}
+
+void ApplicationService::Activate(const QVariantMap& platformData) {
+    if (!refuses(platformData)) {
+        Q_EMIT activated(tokenIn(platformData));
+    }
+}
+
+void ApplicationService::Open(const QStringList& uris, const QVariantMap& platformData) {
+    if (refuses(platformData)) {
+        return;
+    }
+    QStringList paths;
+    for (const QString& uri : uris) {
+        if (const std::optional<QString> path =
+                FilePath::fromUri(QUrl::fromEncoded(uri.toUtf8()))) {
+            paths += *path;
+        }
+    }
+    if (paths.size() < uris.size()) {
+        sendErrorReply(QDBusError::InvalidArgs,
+                       QStringLiteral("Only files of this machine can be opened."));
+    }
+    if (!paths.isEmpty()) {
+        Q_EMIT opened(paths, tokenIn(platformData));
+    }
+}
+
+void ApplicationService::ActivateAction(const QString& name, const QVariantList& /*parameters*/,
+                                        const QVariantMap& platformData) {
+    if (!refuses(platformData)) {
+        sendErrorReply(QDBusError::InvalidArgs,
+                       QStringLiteral("There is no action “%1”.").arg(name));
+    }
+}
+
+bool ApplicationService::refuses(const QVariantMap& platformData) const {
+    if (isStopped_) {
+        sendErrorReply(QDBusError::UnknownObject, QStringLiteral("The program is ending."));
+        return true;
+    }
+    if (isTooLate(platformData)) {
+        sendErrorReply(QDBusError::Timeout, QStringLiteral("Nobody waits for this any more."));
+        return true;
+    }
+    return false;
+}
+
+// --- The one program ---
+
+void SingleInstance::useBusOnlyIfThere() {
+    if (qEnvironmentVariableIsEmpty(addressVariable) && !hasUserBus()) {
+        qputenv(addressVariable, "disabled:");
+    }
+}
+
 SingleInstance::SingleInstance(const QDBusConnection& bus, QObject* parent)
-    : QObject(parent), bus_(bus) {
-    connect(&service_, &ApplicationService::activated, this,
+    : QObject(parent), bus_(bus), service_(std::make_unique<ApplicationService>()) {
+    connect(service_.get(), &ApplicationService::activated, this,
             [this](const LaunchToken& token) { Q_EMIT handedOver({}, token); });
-    connect(&service_, &ApplicationService::opened, this, &SingleInstance::handedOver);
+    connect(service_.get(), &ApplicationService::opened, this, &SingleInstance::handedOver);
 }
 
 SingleInstance::~SingleInstance() {
@@ -52,7 +205,7 @@ SingleInstance::Role SingleInstance::start(const QStringList& paths, const Launc
                                            std::chrono::milliseconds longest) {
     // The object before the name: who sees the name may call at once.
     if (!bus_.isConnected() ||
-        !bus_.registerObject(object, &service_, QDBusConnection::ExportAllSlots)) {
+        !bus_.registerObject(object, service_.get(), QDBusConnection::ExportAllSlots)) {
         return Role::alone;
     }
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
@@ -90,8 +243,10 @@ SingleInstance::Answer SingleInstance::handOver(const QStringList& paths, const 
 }
 
 void SingleInstance::stop() {
-    service_.stop();
+    service_->stop();
     if (bus_.isConnected()) {
         bus_.unregisterService(service);
     }
 }
+
+#include "SingleInstance.moc"

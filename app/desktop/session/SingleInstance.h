@@ -5,9 +5,11 @@
 #include <QStringList>
 #include <chrono>
 #include <cstdint>
+#include <memory>
 
-#include "app/desktop/session/ApplicationService.h"
 #include "app/desktop/session/LaunchToken.h"
+
+class ApplicationService;
 
 /// One running program for all that the user opens: who comes first owns a name on the message bus,
 /// and who comes later hands over what it was started with. Without a bus each runs alone. Belongs
@@ -29,6 +31,10 @@ public:
         alone,       ///< there is no bus, or the other one does not answer
     };
     Q_ENUM(Role)
+
+    /// Keeps the message library from starting a bus of its own, as another process, where the
+    /// desktop has none. To be called before anything else uses the bus.
+    static void useBusOnlyIfThere();
 
     explicit SingleInstance(const QDBusConnection& bus = QDBusConnection::sessionBus(),
                             QObject* parent = nullptr);
@@ -55,5 +61,5 @@ private:
                     std::chrono::milliseconds longest);
 
     QDBusConnection bus_;
-    ApplicationService service_;
+    std::unique_ptr<ApplicationService> service_;
 };

@@ -1,10 +1,38 @@
 #include "app/desktop/watching/FileChangeDetector.h"
 
-#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
 
 #include "app/desktop/files/BackgroundTask.h"
 #include "app/desktop/files/FileDescriptor.h"
 #include "app/desktop/files/FilePath.h"
+
+namespace {
+
+constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+
+std::int64_t nanoseconds(const timespec& time) {
+    return std::int64_t{time.tv_sec} * nanosecondsPerSecond + time.tv_nsec;
+}
+
+}  // namespace
+
+FileStamp FileStamp::of(const QByteArray& path) {
+    struct stat status {};
+    FileStamp stamp;
+    if (::stat(path.constData(), &status) != 0) {
+        stamp.kind = errno == ENOENT || errno == ENOTDIR ? Kind::missing : Kind::other;
+    } else if (S_ISREG(status.st_mode)) {
+        stamp = {Kind::regular,
+                 status.st_dev,
+                 status.st_ino,
+                 status.st_size,
+                 nanoseconds(status.st_mtim),
+                 nanoseconds(status.st_ctim)};
+    }
+    return stamp;
+}
 
 FileChangeDetector::FileChangeDetector(std::chrono::milliseconds rest, QObject* parent)
     : QObject(parent) {
@@ -69,9 +97,9 @@ FileChangeDetector::Sight FileChangeDetector::look(const QByteArray& path,
     if (sight.stamp.kind != FileStamp::Kind::regular || sight.stamp != before) {
         return sight;
     }
-    const FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const FileDescriptor file = FileDescriptor::forReading(path);
     if (file.isOpen()) {
-        sight.digest = ContentDigest::ofOpenFile(file.number());
+        sight.digest = ContentDigest::ofOpenFile(file);
     }
     const FileStamp after = FileStamp::of(path);
     if (after != sight.stamp) {

@@ -5,11 +5,11 @@
 
 #include <QSet>
 #include <array>
-#include <climits>
 #include <cstddef>
 #include <cstring>
 
 #include "app/desktop/files/FileFolder.h"
+#include "app/desktop/files/FilePath.h"
 
 namespace {
 
@@ -22,18 +22,6 @@ constexpr std::uint32_t fileKinds = IN_MODIFY | IN_CLOSE_WRITE | IN_ATTRIB;
 
 QByteArray nameOf(const QByteArray& path) {
     return path.mid(path.lastIndexOf('/') + 1);
-}
-
-/// Where the link at `path` leads; empty if there is no link.
-QByteArray linkAt(const QByteArray& path) {
-    QByteArray link(PATH_MAX, '\0');
-    const ssize_t size =
-        ::readlink(path.constData(), link.data(), static_cast<std::size_t>(link.size()));
-    if (size <= 0) {
-        return {};
-    }
-    link.truncate(size);
-    return link.startsWith('/') ? link : FileFolder::of(path) + '/' + link;
 }
 
 }  // namespace
@@ -60,15 +48,12 @@ void FileWatch::renew() {
         return;
     }
     Watches fresh;
-    constexpr int mostLinks = 40;  // as many as the system follows
-    QByteArray path = path_;
-    for (int i = 0; i < mostLinks && !path.isEmpty(); ++i) {
-        addEntry(fresh, path);
-        const QByteArray next = linkAt(path);
-        if (next.isEmpty()) {
-            addFile(fresh, path);
+    if (!path_.isEmpty()) {
+        const QByteArrayList paths = FilePath::followed(path_);
+        for (const QByteArray& path : paths) {
+            addEntry(fresh, path);
         }
-        path = next;
+        addFile(fresh, paths.last());
     }
     const QList<int> old = watches_.uniqueKeys();
     for (const int watch : old) {

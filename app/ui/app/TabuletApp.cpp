@@ -8,7 +8,6 @@
 
 #include "app/desktop/document/DocumentRecovery.h"
 #include "app/desktop/files/FilePath.h"
-#include "app/desktop/files/SameFile.h"
 #include "app/desktop/files/StateFolder.h"
 #include "app/desktop/session/RecentDocuments.h"
 #include "app/ui/dialogs/FileDialogs.h"
@@ -174,7 +173,7 @@ DocumentWindow* TabuletApp::windowShowing(const QString& path) const {
     const auto found =
         std::find_if(windows_.begin(), windows_.end(), [&path](DocumentWindow* window) {
             const QString& shown = window->controller().claimedPath();
-            return !shown.isEmpty() && isSameFile(shown, path);
+            return !shown.isEmpty() && FilePath::isSameFile(shown, path);
         });
     return found == windows_.end() ? nullptr : *found;
 }

@@ -4,7 +4,6 @@
 #include <span>
 
 #include "app/desktop/session/LaunchToken.h"
-#include "app/desktop/session/SessionBus.h"
 #include "app/desktop/session/SingleInstance.h"
 #include "app/desktop/session/TerminationSignals.h"
 #include "app/ui/app/CommandLine.h"
@@ -32,7 +31,7 @@ QIcon windowIcon() {
 
 int showWindows(int argc, char** argv) {
     const LaunchToken token = LaunchToken::ofThisProcess();
-    SessionBus::useOnlyIfThere();
+    SingleInstance::useBusOnlyIfThere();
     const QApplication application(argc, argv);
     TabuletApp::setUp(QStringLiteral(TABULET_VERSION));
     QApplication::setWindowIcon(windowIcon());

@@ -1,5 +1,3 @@
-#include <fcntl.h>
-
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -55,17 +53,16 @@ private Q_SLOTS:
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
         file.close();
-        const FileDescriptor opened(::open(path.toLocal8Bit().constData(), O_RDONLY | O_CLOEXEC));
-        QCOMPARE(ContentDigest::ofOpenFile(opened.number()), std::optional(digestOf(bytes)));
+        const FileDescriptor opened = FileDescriptor::forReading(path.toLocal8Bit());
+        QCOMPARE(ContentDigest::ofOpenFile(opened), std::optional(digestOf(bytes)));
         // From where the file stands, which is now its end.
-        QCOMPARE(ContentDigest::ofOpenFile(opened.number()), std::optional(ContentDigest()));
+        QCOMPARE(ContentDigest::ofOpenFile(opened), std::optional(ContentDigest()));
     }
 
     void tellsWhyAFileCannotBeRead() {
-        const FileDescriptor folder(
-            ::open(folder_.path().toLocal8Bit().constData(), O_RDONLY | O_CLOEXEC));
+        const FileDescriptor folder = FileDescriptor::forReading(folder_.path().toLocal8Bit());
         errno = 0;
-        QVERIFY(!ContentDigest::ofOpenFile(folder.number()));
+        QVERIFY(!ContentDigest::ofOpenFile(folder));
         QCOMPARE(errno, EISDIR);
     }
 

@@ -144,6 +144,55 @@ private Q_SLOTS:
         const std::optional<QString> path = FilePath::fromUri(QUrl::fromEncoded(uri));
         QTEST(path ? FilePath::encoded(*path) : QByteArray(), "path");
     }
+
+    void followsLinksOfBothKinds() {
+        make("a");
+        QVERIFY(QFile::link(path("a"), path("soft")));
+        QCOMPARE(::link(QFile::encodeName(path("a")).constData(),
+                        QFile::encodeName(path("hard")).constData()),
+                 0);
+        QVERIFY(FilePath::isSameFile(path("a"), path("soft")));
+        QVERIFY(FilePath::isSameFile(path("hard"), path("soft")));
+        QVERIFY(FilePath::isSameFile(path("a"), folder_.path() + QStringLiteral("/./a")));
+    }
+
+    void tellsFilesApart() {
+        make("b");
+        make("c");
+        QVERIFY(!FilePath::isSameFile(path("b"), path("c")));
+        QVERIFY(!FilePath::isSameFile(path("b"), path("none")));
+        QVERIFY(!FilePath::isSameFile(path("none"), path("b")));
+    }
+
+    void goesByThePathWhereNothingIs() {
+        QVERIFY(FilePath::isSameFile(path("none"), path("none")));
+        QVERIFY(!FilePath::isSameFile(path("none"), path("nothing")));
+        QVERIFY(FilePath::isSameFile(path("none"), QDir::current().relativeFilePath(path("none"))));
+    }
+
+    void followsLinksToTheirEnd() {
+        const auto system = [this](const char* name) { return QFile::encodeName(path(name)); };
+        QCOMPARE(::symlink("second", system("first").constData()), 0);
+        QCOMPARE(::symlink(system("end").constData(), system("second").constData()), 0);
+        QCOMPARE(FilePath::followed(system("first")),
+                 (QByteArrayList{system("first"), system("second"), system("end")}));
+        QCOMPARE(FilePath::followed("/"), QByteArrayList{"/"});
+    }
+
+    void doesNotFollowLinksForEver() {
+        const QByteArray circle = QFile::encodeName(path("circle"));
+        QCOMPARE(::symlink("circle", circle.constData()), 0);
+        QCOMPARE(FilePath::followed(circle).size(), 41);
+    }
+
+private:
+    QString path(const char* name) const { return folder_.filePath(QString::fromLatin1(name)); }
+    void make(const char* name) const {
+        QFile file(path(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+
+    QTemporaryDir folder_;
 };
 
 QTEST_GUILESS_MAIN(FilePathTest)

@@ -353,6 +353,50 @@ private Q_SLOTS:
         QCOMPARE(read(path()), oldBytes);
     }
 
+    void trustsDisksOfThisMachine_data() {
+        QTest::addColumn<quint32>("type");
+        QTest::addColumn<bool>("mayGoAstray");
+        QTest::newRow("ext4") << 0xEF53U << false;
+        QTest::newRow("xfs") << 0x58465342U << false;
+        QTest::newRow("btrfs") << 0x9123683EU << false;
+        QTest::newRow("tmpfs") << 0x01021994U << false;
+        QTest::newRow("NFS") << 0x6969U << true;
+        QTest::newRow("SMB") << 0x517BU << true;
+        QTest::newRow("SMB 2") << 0xFE534D42U << true;
+        QTest::newRow("CIFS") << 0xFF534D42U << true;
+        QTest::newRow("FUSE") << 0x65735546U << true;
+    }
+
+    void trustsDisksOfThisMachine() {
+        QFETCH(quint32, type);
+        QTEST(SafeWriter::mayGoAstrayOn(type), "mayGoAstray");
+    }
+
+    void asksTheSystemForTheType() {
+        // A file system that is there on every Linux, and is no server's.
+        QVERIFY(!SafeWriter::mayGoAstrayAt("/proc/self/status"));
+        QVERIFY(!SafeWriter::mayGoAstrayAt("/no/such/file"));
+    }
+
+    void readsBackSmallFiles() {
+        make(path(), "saved");
+        QVERIFY(SafeWriter::areAt(systemPath(), spanOf("saved")));
+        QVERIFY(!SafeWriter::areAt(systemPath(), spanOf("other")));
+        QVERIFY(!SafeWriter::areAt(systemPath(), spanOf("longer")));
+        QVERIFY(!SafeWriter::areAt(systemPath() + "x", spanOf("saved")));
+    }
+
+    void asksForTheSizeOfLargeFiles() {
+        const QByteArray largest(SafeWriter::mostReadBack, 'a');
+        const QByteArray other(SafeWriter::mostReadBack, 'b');
+        make(path(), largest);
+        QVERIFY(SafeWriter::areAt(systemPath(), spanOf(largest)));
+        QVERIFY(!SafeWriter::areAt(systemPath(), spanOf(other)));
+        make(path(), largest + 'a');
+        QVERIFY(SafeWriter::areAt(systemPath(), spanOf(other + 'b')));
+        QVERIFY(!SafeWriter::areAt(systemPath(), spanOf(other + "bb")));
+    }
+
 private:
     struct Refusal {
         FileError::Code code;
@@ -386,6 +430,7 @@ private:
         return folder_->filePath(name);
     }
     QString path(const char* name) const { return path(QString::fromLatin1(name)); }
+    QByteArray systemPath() const { return QFile::encodeName(path()); }
     QString safetyFolder() const { return path("state/recovery"); }
     QStringList names() const {
         return QDir(folder_->path()).entryList(QDir::Files | QDir::Hidden | QDir::System);

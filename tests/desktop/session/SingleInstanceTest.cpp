@@ -3,7 +3,9 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDir>
+#include <QLocalServer>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <atomic>
@@ -42,6 +44,28 @@ private:
     Role role_ = Role::alone;
     std::atomic<bool> isDone_ = false;
     std::thread thread_;
+};
+
+/// While this lives, no bus is named, and the user's folder for sockets is an empty one.
+class BusVariables {
+public:
+    BusVariables() {
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+        qputenv("XDG_RUNTIME_DIR", folder_.path().toUtf8());
+    }
+    ~BusVariables() {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address_);
+        qputenv("XDG_RUNTIME_DIR", runtimeFolder_);
+    }
+    BusVariables(const BusVariables&) = delete;
+    BusVariables& operator=(const BusVariables&) = delete;
+
+    const QTemporaryDir& folder() const { return folder_; }
+
+private:
+    QByteArray address_ = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    QByteArray runtimeFolder_ = qgetenv("XDG_RUNTIME_DIR");
+    QTemporaryDir folder_;
 };
 
 }  // namespace
@@ -103,6 +127,31 @@ private Q_SLOTS:
         SingleInstance instance(connection);
         QCOMPARE(instance.start({}, {}), Role::first);
         QVERIFY(connection.interface()->isServiceRegistered(QStringLiteral("com.ventrel.Tabulet")));
+    }
+
+    void startsNoBus() {
+        const BusVariables variables;
+        SingleInstance::useBusOnlyIfThere();
+        QCOMPARE(qgetenv("DBUS_SESSION_BUS_ADDRESS"), QByteArray("disabled:"));
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+        qunsetenv("XDG_RUNTIME_DIR");
+        SingleInstance::useBusOnlyIfThere();
+        QCOMPARE(qgetenv("DBUS_SESSION_BUS_ADDRESS"), QByteArray("disabled:"));
+    }
+
+    void usesTheBusOfTheUser() {
+        const BusVariables variables;
+        QLocalServer bus;
+        QVERIFY(bus.listen(variables.folder().filePath(QStringLiteral("bus"))));
+        SingleInstance::useBusOnlyIfThere();
+        QVERIFY(!qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS"));
+    }
+
+    void usesTheBusThatIsNamed() {
+        const BusVariables variables;
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/elsewhere");
+        SingleInstance::useBusOnlyIfThere();
+        QCOMPARE(qgetenv("DBUS_SESSION_BUS_ADDRESS"), QByteArray("unix:path=/elsewhere"));
     }
 
     void handsFilesOver() {
@@ -227,9 +276,9 @@ private Q_SLOTS:
 private:
     /// What the object at the name answers to a call from another connection.
     QDBusMessage call(const QString& name, const QString& method, const QVariantList& arguments) {
-        QDBusMessage message = QDBusMessage::createMethodCall(
-            name, QLatin1String(SingleInstance::objectPath),
-            QLatin1String(ApplicationService::interfaceName), method);
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(name, QLatin1String(SingleInstance::objectPath),
+                                           QStringLiteral("org.freedesktop.Application"), method);
         message.setArguments(arguments + QVariantList{QVariantMap()});
         const QDBusPendingCall pending = bus_->connect().asyncCall(message);
         [&pending] { QTRY_VERIFY(pending.isFinished()); }();

@@ -272,7 +272,53 @@ private Q_SLOTS:
         QCOMPARE(open(), before);
     }
 
+    // --- Stamps ---
+
+    void tellsWhatIsThere() {
+        const FileStamp stamp = FileStamp::of(systemPath("file"));
+        QCOMPARE(stamp.kind, FileStamp::Kind::regular);
+        QCOMPARE(stamp.size, off_t{13});
+        QCOMPARE(FileStamp::of(systemPath("none")).kind, FileStamp::Kind::missing);
+        QCOMPARE(FileStamp::of(systemPath("file/below")).kind, FileStamp::Kind::missing);
+        QCOMPARE(FileStamp::of(systemPath("")).kind, FileStamp::Kind::other);
+        QCOMPARE(FileStamp::of("/dev/null").kind, FileStamp::Kind::other);
+    }
+
+    void isTheSameWhileNothingHappens() {
+        QCOMPARE(FileStamp::of(systemPath("file")), FileStamp::of(systemPath("file")));
+    }
+
+    void tellsFilesApart() {
+        const FileStamp stamp = FileStamp::of(systemPath("file"));
+        writeInPlace(folder_->filePath(QStringLiteral("other")), known);
+        QVERIFY(FileStamp::of(systemPath("other")) != stamp);
+        QCOMPARE(std::rename(systemPath("other").constData(), systemPath("file").constData()), 0);
+        QVERIFY(FileStamp::of(systemPath("file")) != stamp);
+    }
+
+    void tellsSizesApart() {
+        const FileStamp stamp = FileStamp::of(systemPath("file"));
+        QVERIFY(QFile::resize(path(), 8));
+        FileStamp after = FileStamp::of(systemPath("file"));
+        QCOMPARE(after.inode, stamp.inode);
+        QVERIFY(after.size != stamp.size);
+    }
+
+    /// As tools do that copy the times too.
+    void seesThroughTimesThatWerePutBack() {
+        const FileStamp stamp = FileStamp::of(systemPath("file"));
+        const timespec past[] = {{1000, 0}, {1000, 5}};
+        QCOMPARE(::utimensat(AT_FDCWD, systemPath("file").constData(), past, 0), 0);
+        const FileStamp after = FileStamp::of(systemPath("file"));
+        QCOMPARE(after.modified, std::int64_t{1'000'000'000'005});
+        QVERIFY(after.changed >= stamp.changed);
+        QVERIFY(after != stamp);
+    }
+
 private:
+    QByteArray systemPath(const char* name) const {
+        return QFile::encodeName(folder_->filePath(QString::fromLatin1(name)));
+    }
     QString path() const { return folder_->filePath(QStringLiteral("file")); }
 
     static QString changeTo(const QByteArray& bytes) { return digestOf(bytes).hex(); }
