@@ -41,7 +41,11 @@ app/ui/text: app/model app/desktop
 app/ui/dialogs: app/ui/look app/ui/text app/model app/desktop
 app/ui/notices: app/ui/look app/ui/text app/model app/desktop
 app/ui/editors: app/ui/dialogs app/ui/notices app/ui/look app/ui/text app/model app/desktop
-app/ui/table: app/ui/editors app/ui/dialogs app/ui/notices app/ui/look app/ui/text app/model app/desktop
+app/ui/table/view: app/ui/editors app/ui/dialogs app/ui/notices app/ui/look app/ui/text app/model app/desktop
+app/ui/table/editing: app/ui/table/view app/ui/editors app/ui/dialogs app/ui/notices app/ui/look app/ui/text app/model app/desktop
+app/ui/table/drag: app/ui/table/view app/ui/editors app/ui/dialogs app/ui/notices app/ui/look app/ui/text app/model app/desktop
+app/ui/table/accessibility: app/ui/table/view app/ui/editors app/ui/dialogs app/ui/notices app/ui/look app/ui/text app/model app/desktop
+app/ui/table: app/ui/table/editing app/ui/table/drag app/ui/table/accessibility app/ui/table/view app/ui/editors app/ui/dialogs app/ui/notices app/ui/look app/ui/text app/model app/desktop
 app/ui/document: app/ui/table app/ui/editors app/ui/dialogs app/ui/notices app/ui/look app/ui/text app/model app/desktop
 app/ui/menus: app/ui/document app/ui/table app/ui/editors app/ui/dialogs app/ui/notices app/ui/look app/ui/text app/model app/desktop
 app/ui/window: app/ui/menus app/ui/document app/ui/table app/ui/editors app/ui/dialogs app/ui/notices app/ui/look app/ui/text app/model app/desktop

@@ -11,14 +11,14 @@
 #include <utility>
 
 #include "app/model/tree/PlistNode.h"
-#include "app/ui/table/CellControls.h"
-#include "app/ui/table/InlineEditing.h"
-#include "app/ui/table/KeyCell.h"
-#include "app/ui/table/OutlineTableModel.h"
 #include "app/ui/table/RowMenu.h"
 #include "app/ui/table/accessibility/AccessibleTable.h"
 #include "app/ui/table/drag/RowDragging.h"
 #include "app/ui/table/drag/RowDropping.h"
+#include "app/ui/table/editing/CellControls.h"
+#include "app/ui/table/editing/InlineEditing.h"
+#include "app/ui/table/view/KeyCell.h"
+#include "app/ui/table/view/OutlineTableModel.h"
 
 namespace {
 

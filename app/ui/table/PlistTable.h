@@ -4,7 +4,7 @@
 #include <span>
 
 #include "app/model/actions/DocumentActions.h"
-#include "app/ui/table/OutlineView.h"
+#include "app/ui/table/view/OutlineView.h"
 
 class InlineEditing;
 class CellControls;

@@ -7,8 +7,8 @@
 #include "app/model/outline/OutlineExpansion.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/document/DocumentView.h"
-#include "app/ui/table/OutlineTableModel.h"
 #include "app/ui/table/PlistTable.h"
+#include "app/ui/table/view/OutlineTableModel.h"
 
 namespace {
 

@@ -12,9 +12,9 @@
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/look/CellMetrics.h"
-#include "app/ui/table/KeyCell.h"
-#include "app/ui/table/OutlineTableModel.h"
 #include "app/ui/table/PlistTable.h"
+#include "app/ui/table/view/KeyCell.h"
+#include "app/ui/table/view/OutlineTableModel.h"
 #include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
 

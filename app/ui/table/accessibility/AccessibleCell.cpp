@@ -6,9 +6,9 @@
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/editors/DateValueEditor.h"
 #include "app/ui/editors/TypeMenu.h"
-#include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/OutlineView.h"
 #include "app/ui/table/accessibility/AccessibleTable.h"
+#include "app/ui/table/view/OutlineTableModel.h"
+#include "app/ui/table/view/OutlineView.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <QHeaderView>
 
-#include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/OutlineView.h"
+#include "app/ui/table/view/OutlineTableModel.h"
+#include "app/ui/table/view/OutlineView.h"
 
 QString AccessibleHeader::text(QAccessible::Text kind) const {
     return kind == QAccessible::Name ? outline()

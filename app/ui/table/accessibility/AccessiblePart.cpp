@@ -1,6 +1,6 @@
 #include "app/ui/table/accessibility/AccessiblePart.h"
 
-#include "app/ui/table/OutlineView.h"
+#include "app/ui/table/view/OutlineView.h"
 
 bool AccessiblePart::isValid() const {
     return true;

@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "app/model/tree/PlistNode.h"
-#include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/OutlineView.h"
 #include "app/ui/table/accessibility/AccessibleCell.h"
 #include "app/ui/table/accessibility/AccessibleHeader.h"
+#include "app/ui/table/view/OutlineTableModel.h"
+#include "app/ui/table/view/OutlineView.h"
 
 namespace {
 

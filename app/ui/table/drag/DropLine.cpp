@@ -8,8 +8,8 @@
 #include <optional>
 
 #include "app/ui/look/CellMetrics.h"
-#include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/OutlineView.h"
+#include "app/ui/table/view/OutlineTableModel.h"
+#include "app/ui/table/view/OutlineView.h"
 
 namespace {
 

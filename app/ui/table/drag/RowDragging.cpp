@@ -10,9 +10,9 @@
 #include "app/desktop/pasteboard/PasteboardData.h"
 #include "app/model/actions/PlistTransfer.h"
 #include "app/model/tree/PlistNode.h"
-#include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/OutlineView.h"
 #include "app/ui/table/drag/DragPicture.h"
+#include "app/ui/table/view/OutlineTableModel.h"
+#include "app/ui/table/view/OutlineView.h"
 #include "app/ui/text/RowText.h"
 
 namespace {

@@ -13,9 +13,9 @@
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/dialogs/TransferReading.h"
-#include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/OutlineView.h"
 #include "app/ui/table/drag/RowDragging.h"
+#include "app/ui/table/view/OutlineTableModel.h"
+#include "app/ui/table/view/OutlineView.h"
 
 namespace {
 

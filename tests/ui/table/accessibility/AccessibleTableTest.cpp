@@ -10,10 +10,10 @@
 #include "app/model/editing/UndoManager.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/editors/InlineTextField.h"
-#include "app/ui/table/OutlineTableModel.h"
 #include "app/ui/table/PlistTable.h"
 #include "app/ui/table/accessibility/AccessibleCell.h"
 #include "app/ui/table/accessibility/AccessibleTable.h"
+#include "app/ui/table/view/OutlineTableModel.h"
 #include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
 

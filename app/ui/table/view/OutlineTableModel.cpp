@@ -1,4 +1,4 @@
-#include "app/ui/table/OutlineTableModel.h"
+#include "app/ui/table/view/OutlineTableModel.h"
 
 #include <QTextBoundaryFinder>
 #include <optional>

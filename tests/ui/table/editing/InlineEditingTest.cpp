@@ -13,9 +13,9 @@
 #include "app/ui/editors/InlineTextField.h"
 #include "app/ui/editors/LongTextEditor.h"
 #include "app/ui/look/CellMetrics.h"
-#include "app/ui/table/InlineEditing.h"
-#include "app/ui/table/OutlineTableModel.h"
 #include "app/ui/table/PlistTable.h"
+#include "app/ui/table/editing/InlineEditing.h"
+#include "app/ui/table/view/OutlineTableModel.h"
 #include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
 

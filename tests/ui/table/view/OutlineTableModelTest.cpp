@@ -12,7 +12,7 @@
 
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
-#include "app/ui/table/OutlineTableModel.h"
+#include "app/ui/table/view/OutlineTableModel.h"
 #include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
 

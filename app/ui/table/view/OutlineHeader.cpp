@@ -1,4 +1,4 @@
-#include "app/ui/table/OutlineHeader.h"
+#include "app/ui/table/view/OutlineHeader.h"
 
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -7,7 +7,7 @@
 #include <array>
 
 #include "app/ui/look/CellMetrics.h"
-#include "app/ui/table/OutlineTableModel.h"
+#include "app/ui/table/view/OutlineTableModel.h"
 
 namespace {
 

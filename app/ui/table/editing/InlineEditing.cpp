@@ -1,4 +1,4 @@
-#include "app/ui/table/InlineEditing.h"
+#include "app/ui/table/editing/InlineEditing.h"
 
 #include <QApplication>
 #include <QScrollBar>
@@ -10,9 +10,9 @@
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/editors/InlineTextField.h"
 #include "app/ui/editors/LongTextEditor.h"
-#include "app/ui/table/OutlineCell.h"
-#include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/OutlineView.h"
+#include "app/ui/table/view/OutlineCell.h"
+#include "app/ui/table/view/OutlineTableModel.h"
+#include "app/ui/table/view/OutlineView.h"
 #include "app/ui/text/RowText.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include "app/model/tree/NodeId.h"
 #include "app/model/tree/NodeIdSet.h"
-#include "app/ui/table/OutlineCell.h"
+#include "app/ui/table/view/OutlineCell.h"
 
 /// The key column: indentation, the disclosure control of a container, the key, and a sign where
 /// the key is there twice.

@@ -1,4 +1,4 @@
-#include "app/ui/table/ValueCell.h"
+#include "app/ui/table/view/ValueCell.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -1,4 +1,4 @@
-#include "app/ui/table/KeyCell.h"
+#include "app/ui/table/view/KeyCell.h"
 
 #include <QPainter>
 #include <QStyle>

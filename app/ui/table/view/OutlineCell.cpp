@@ -1,4 +1,4 @@
-#include "app/ui/table/OutlineCell.h"
+#include "app/ui/table/view/OutlineCell.h"
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -11,7 +11,7 @@
 
 #include "app/ui/look/CellMetrics.h"
 #include "app/ui/look/Colors.h"
-#include "app/ui/table/OutlineTableModel.h"
+#include "app/ui/table/view/OutlineTableModel.h"
 #include "app/ui/text/PlainToolTip.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/ui/table/OutlineCell.h"
+#include "app/ui/table/view/OutlineCell.h"
 
 /// The value column: the text of a scalar, with a check box before that of a boolean, or the number
 /// of items of a container.

@@ -1,4 +1,4 @@
-#include "app/ui/table/OutlineView.h"
+#include "app/ui/table/view/OutlineView.h"
 
 #include <QEvent>
 #include <QHeaderView>
@@ -9,11 +9,11 @@
 
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/look/CellMetrics.h"
-#include "app/ui/table/KeyCell.h"
-#include "app/ui/table/OutlineHeader.h"
-#include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/TypeCell.h"
-#include "app/ui/table/ValueCell.h"
+#include "app/ui/table/view/KeyCell.h"
+#include "app/ui/table/view/OutlineHeader.h"
+#include "app/ui/table/view/OutlineTableModel.h"
+#include "app/ui/table/view/TypeCell.h"
+#include "app/ui/table/view/ValueCell.h"
 
 OutlineView::OutlineView(OutlineState& outline, QWidget* parent)
     : QTableView(parent), header_(new OutlineHeader(this)) {

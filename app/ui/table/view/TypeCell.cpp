@@ -1,4 +1,4 @@
-#include "app/ui/table/TypeCell.h"
+#include "app/ui/table/view/TypeCell.h"
 
 #include <QStyle>
 

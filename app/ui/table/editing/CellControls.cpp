@@ -1,4 +1,4 @@
-#include "app/ui/table/CellControls.h"
+#include "app/ui/table/editing/CellControls.h"
 
 #include <QScrollBar>
 #include <optional>
@@ -8,9 +8,9 @@
 #include "app/ui/editors/DataValueEditor.h"
 #include "app/ui/editors/DateValueEditor.h"
 #include "app/ui/editors/TypeMenu.h"
-#include "app/ui/table/OutlineTableModel.h"
-#include "app/ui/table/OutlineView.h"
-#include "app/ui/table/ValueCell.h"
+#include "app/ui/table/view/OutlineTableModel.h"
+#include "app/ui/table/view/OutlineView.h"
+#include "app/ui/table/view/ValueCell.h"
 
 CellControls::CellControls(OutlineView& table, const DocumentActions& actions)
     : QObject(&table), table_(table), actions_(actions) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/ui/table/OutlineCell.h"
+#include "app/ui/table/view/OutlineCell.h"
 
 /// The type column: the name of the type, with a sign that there is a choice in the row that the
 /// pointer or the selection is on.
