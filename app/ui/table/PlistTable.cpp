@@ -15,7 +15,7 @@
 #include "app/ui/table/accessibility/AccessibleTable.h"
 #include "app/ui/table/drag/RowDragging.h"
 #include "app/ui/table/drag/RowDropping.h"
-#include "app/ui/table/editing/CellControls.h"
+#include "app/ui/table/editing/CellEditors.h"
 #include "app/ui/table/editing/InlineEditing.h"
 #include "app/ui/table/view/KeyCell.h"
 #include "app/ui/table/view/OutlineTableModel.h"
@@ -77,7 +77,7 @@ std::optional<OutlineState::Column> editableColumn(const QModelIndex& index) {
 PlistTable::PlistTable(const DocumentActions& actions, QWidget* parent)
     : OutlineView(actions.outline(), parent),
       actions_(actions),
-      controls_(new CellControls(*this, actions)),
+      editors_(new CellEditors(*this, actions)),
       editing_(new InlineEditing(*this, actions)),
       dropping_(new RowDropping(*this, actions, *new RowDragging(*this, actions))) {
     // First, as changes of what is on the screen make screen readers ask at once.
@@ -121,7 +121,7 @@ void PlistTable::rowsChanged() {
     // First the table knows of the new rows, then what stands over them.
     OutlineView::rowsChanged();
     editing_->rowsChanged();
-    controls_->rowsChanged();
+    editors_->rowsChanged();
     dropping_->rowsChanged();
 }
 
@@ -150,11 +150,11 @@ bool PlistTable::handleKey(const QKeyEvent& event) {
             actions_.collapseSelected(reachFor(event.modifiers()));
             return true;
         case Qt::Key_Space:
-            return event.modifiers() == Qt::NoModifier && controls_->workCurrent();
+            return event.modifiers() == Qt::NoModifier && editors_->workCurrent();
         case Qt::Key_F4:
             // Of what is being typed, too.
             if (commitEditing()) {
-                controls_->chooseTypeOfCurrent();
+                editors_->chooseTypeOfCurrent();
             }
             return true;
         case Qt::Key_F10:
@@ -224,7 +224,7 @@ void PlistTable::mouseReleaseEvent(QMouseEvent* event) {
                          event->modifiers() == Qt::NoModifier && pressed_.isValid() &&
                          indexAt(position) == pressed_;
     if (isClick) {
-        controls_->click(pressed_, position);
+        editors_->click(pressed_, position);
     }
 }
 
@@ -238,7 +238,7 @@ void PlistTable::mouseDoubleClickEvent(QMouseEvent* event) {
     OutlineView::mouseDoubleClickEvent(event);
     if (event->button() == Qt::LeftButton) {
         editAt(event->position().toPoint());
-        controls_->doubleClick(indexAt(event->position().toPoint()));
+        editors_->doubleClick(indexAt(event->position().toPoint()));
     }
 }
 
@@ -261,22 +261,22 @@ bool PlistTable::toggleAt(const QPoint& position, Qt::KeyboardModifiers modifier
 // --- Editing ---
 
 bool PlistTable::commitEditing() {
-    controls_->endEditing();
+    editors_->endEditing();
     return editing_->commit();
 }
 
 void PlistTable::endEditing() {
-    controls_->endEditing();
+    editors_->endEditing();
     editing_->end();
 }
 
 bool PlistTable::isEditing() const {
-    return controls_->isOpen() || editing_->isOpen();
+    return editors_->isOpen() || editing_->isOpen();
 }
 
 QWidget* PlistTable::editorAt(const QModelIndex& index) const {
     QWidget* field = editing_->fieldAt(index);
-    return field != nullptr ? field : controls_->fieldAt(index);
+    return field != nullptr ? field : editors_->fieldAt(index);
 }
 
 void PlistTable::activateCell(const QModelIndex& cell) {
@@ -285,10 +285,10 @@ void PlistTable::activateCell(const QModelIndex& cell) {
             actions_.beginEditing(OutlineState::Column::key);
             break;
         case OutlineTableModel::typeColumn:
-            controls_->chooseTypeOfCurrent();
+            editors_->chooseTypeOfCurrent();
             break;
         default:
-            if (!controls_->workCurrent()) {
+            if (!editors_->workCurrent()) {
                 actions_.beginEditing(OutlineState::Column::value);
             }
     }

@@ -7,7 +7,7 @@
 #include "app/ui/table/view/OutlineView.h"
 
 class InlineEditing;
-class CellControls;
+class CellEditors;
 class RowDropping;
 
 /// The outline as a table of keys, types and values. It shows rows, passes on what the user does to
@@ -63,7 +63,7 @@ private:
     void giveSelectionToOutline();
 
     DocumentActions actions_;
-    CellControls* controls_;
+    CellEditors* editors_;
     InlineEditing* editing_;
     RowDropping* dropping_;
     QPersistentModelIndex pressed_;

@@ -32,14 +32,14 @@ QString keyOf(const QString& action) {
 
 }  // namespace
 
-AccessibleCell::AccessibleCell(OutlineView& table, PlistNodePtr node, int column)
-    : AccessiblePart(table, column), node_(std::move(node)) {}
+AccessibleCell::AccessibleCell(OutlineView& view, PlistNodePtr node, int column)
+    : AccessiblePart(view, column), node_(std::move(node)) {}
 
 AccessibleCell::~AccessibleCell() = default;
 
 QModelIndex AccessibleCell::index() const {
-    const std::optional<int> row = outline().outlineModel().outline().hintedRowOf(*node_);
-    return row ? outline().outlineModel().index(*row, column()) : QModelIndex();
+    const std::optional<int> row = view().outlineModel().outline().hintedRowOf(*node_);
+    return row ? view().outlineModel().index(*row, column()) : QModelIndex();
 }
 
 void AccessibleCell::announceChange() {
@@ -58,11 +58,11 @@ bool AccessibleCell::isValid() const {
 }
 
 int AccessibleCell::childCount() const {
-    return outline().editorAt(index()) != nullptr ? 1 : 0;
+    return view().editorAt(index()) != nullptr ? 1 : 0;
 }
 
 QAccessibleInterface* AccessibleCell::child(int number) const {
-    QWidget* editor = number == 0 ? outline().editorAt(index()) : nullptr;
+    QWidget* editor = number == 0 ? view().editorAt(index()) : nullptr;
     return editor != nullptr ? QAccessible::queryAccessibleInterface(editor) : nullptr;
 }
 
@@ -72,7 +72,7 @@ QAccessibleInterface* AccessibleCell::childAt(int x, int y) const {
 }
 
 int AccessibleCell::indexOfChild(const QAccessibleInterface* child) const {
-    const QWidget* editor = outline().editorAt(index());
+    const QWidget* editor = view().editorAt(index());
     return editor != nullptr && child != nullptr && child->object() == editor ? 0 : -1;
 }
 
@@ -88,8 +88,8 @@ QString AccessibleCell::text(QAccessible::Text kind) const {
 }
 
 QRect AccessibleCell::rect() const {
-    const QRect cell = outline().visualRect(index());
-    return {outline().viewport()->mapToGlobal(cell.topLeft()), cell.size()};
+    const QRect cell = view().visualRect(index());
+    return {view().viewport()->mapToGlobal(cell.topLeft()), cell.size()};
 }
 
 QAccessible::Role AccessibleCell::role() const {
@@ -106,15 +106,15 @@ QAccessible::State AccessibleCell::state() const {
     state.selectable = true;
     state.focusable = true;
     state.selected = isSelected();
-    state.active = outline().currentIndex() == cell;
-    state.focused = state.active && outline().hasFocus();
-    state.offscreen = !outline().viewport()->rect().intersects(outline().visualRect(cell));
+    state.active = view().currentIndex() == cell;
+    state.focused = state.active && view().hasFocus();
+    state.offscreen = !view().viewport()->rect().intersects(view().visualRect(cell));
     state.editable = actionNames().contains(editAction);
     const QVariant check = cell.data(Qt::CheckStateRole);
     state.checkable = check.isValid();
     state.checked = check.toInt() == Qt::Checked;
     if (canExpand()) {
-        const bool isExpanded = outline().outlineModel().row(cell.row()).isExpanded();
+        const bool isExpanded = view().outlineModel().row(cell.row()).isExpanded();
         state.expandable = true;
         state.expanded = isExpanded;
         state.collapsed = !isExpanded;
@@ -136,7 +136,7 @@ void* AccessibleCell::interface_cast(QAccessible::InterfaceType type) {
 // --- The cell in its table ---
 
 bool AccessibleCell::isSelected() const {
-    return outline().selectionModel()->isSelected(index());
+    return view().selectionModel()->isSelected(index());
 }
 
 QList<QAccessibleInterface*> AccessibleCell::columnHeaderCells() const {
@@ -198,8 +198,7 @@ QStringList AccessibleCell::actionNames() const {
     }
     QStringList names;
     if (canExpand()) {
-        names +=
-            outline().outlineModel().row(cell.row()).isExpanded() ? collapseAction : expandAction;
+        names += view().outlineModel().row(cell.row()).isExpanded() ? collapseAction : expandAction;
     }
     if (column() == OutlineTableModel::keyColumn && DocumentActions::canEditKey(*node_)) {
         names += editAction;
@@ -241,13 +240,13 @@ void AccessibleCell::doAction(const QString& name) {
         return;
     }
     if (name == expandAction || name == collapseAction) {
-        outline().toggle(cell.row(), OutlineState::Reach::nodeAlone);
+        view().toggle(cell.row(), OutlineState::Reach::nodeAlone);
         return;
     }
-    outline().setFocus();
-    outline().setCurrentIndex(cell);
+    view().setFocus();
+    view().setCurrentIndex(cell);
     if (name != setFocusAction()) {
-        outline().activateCell(cell);
+        view().activateCell(cell);
     }
 }
 

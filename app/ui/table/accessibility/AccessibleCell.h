@@ -14,8 +14,8 @@ class AccessibleCell : public AccessiblePart,
     Q_DECLARE_TR_FUNCTIONS(AccessibleCell)
 
 public:
-    /// `table` must outlive the cell; `column` is one of the model's.
-    AccessibleCell(OutlineView& table, PlistNodePtr node, int column);
+    /// `view` must outlive the cell; `column` is one of the model's.
+    AccessibleCell(OutlineView& view, PlistNodePtr node, int column);
     ~AccessibleCell() override;
 
     /// Where the cell is now; invalid if its node has no row.

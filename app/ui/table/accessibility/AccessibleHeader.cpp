@@ -6,7 +6,7 @@
 #include "app/ui/table/view/OutlineView.h"
 
 QString AccessibleHeader::text(QAccessible::Text kind) const {
-    return kind == QAccessible::Name ? outline()
+    return kind == QAccessible::Name ? view()
                                            .outlineModel()
                                            .headerData(column(), Qt::Horizontal, Qt::DisplayRole)
                                            .toString()
@@ -14,7 +14,7 @@ QString AccessibleHeader::text(QAccessible::Text kind) const {
 }
 
 QRect AccessibleHeader::rect() const {
-    const QHeaderView& header = *outline().horizontalHeader();
+    const QHeaderView& header = *view().horizontalHeader();
     const QPoint corner(header.sectionViewportPosition(column()), 0);
     return {header.viewport()->mapToGlobal(corner),
             QSize(header.sectionSize(column()), header.height())};

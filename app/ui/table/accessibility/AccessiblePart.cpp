@@ -11,7 +11,7 @@ QObject* AccessiblePart::object() const {
 }
 
 QAccessibleInterface* AccessiblePart::parent() const {
-    return QAccessible::queryAccessibleInterface(&table_);
+    return QAccessible::queryAccessibleInterface(&view_);
 }
 
 int AccessiblePart::childCount() const {

@@ -8,8 +8,8 @@ class OutlineView;
 /// are no widgets, belong to one column, and contain nothing unless they say so.
 class AccessiblePart : public QAccessibleInterface {
 public:
-    /// `table` must outlive the part; `column` is one of the model's.
-    AccessiblePart(OutlineView& table, int column) : table_(table), column_(column) {}
+    /// `view` must outlive the part; `column` is one of the model's.
+    AccessiblePart(OutlineView& view, int column) : view_(view), column_(column) {}
 
     int column() const noexcept { return column_; }
 
@@ -23,9 +23,9 @@ public:
     void setText(QAccessible::Text kind, const QString& text) override;
 
 protected:
-    OutlineView& outline() const noexcept { return table_; }
+    OutlineView& view() const noexcept { return view_; }
 
 private:
-    OutlineView& table_;
+    OutlineView& view_;
     int column_;
 };

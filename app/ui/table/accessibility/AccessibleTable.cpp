@@ -24,8 +24,8 @@ int childNumber(const QModelIndex& index) {
     return (index.row() + 1) * columns + index.column();
 }
 
-void announce(OutlineView& table, const QModelIndex& index, QAccessible::Event kind) {
-    QAccessibleEvent event(&table, kind);
+void announce(OutlineView& view, const QModelIndex& index, QAccessible::Event kind) {
+    QAccessibleEvent event(&view, kind);
     event.setChild(childNumber(index));
     QAccessible::updateAccessibility(&event);
 }
@@ -36,23 +36,22 @@ void AccessibleTable::install() {
     QAccessible::installFactory(make);
 }
 
-void AccessibleTable::announceCurrent(OutlineView& table) {
-    if (QAccessible::isActive() && table.currentIndex().isValid()) {
-        announce(table, table.currentIndex(), QAccessible::Focus);
+void AccessibleTable::announceCurrent(OutlineView& view) {
+    if (QAccessible::isActive() && view.currentIndex().isValid()) {
+        announce(view, view.currentIndex(), QAccessible::Focus);
     }
 }
 
-void AccessibleTable::announceSelection(OutlineView& table) {
-    QAccessibleEvent event(&table, QAccessible::SelectionWithin);
+void AccessibleTable::announceSelection(OutlineView& view) {
+    QAccessibleEvent event(&view, QAccessible::SelectionWithin);
     QAccessible::updateAccessibility(&event);
 }
 
-AccessibleTable::AccessibleTable(OutlineView& table)
-    : QAccessibleWidget(&table, QAccessible::Table) {
-    const OutlineState* outline = &table.outlineModel().outline();
+AccessibleTable::AccessibleTable(OutlineView& view) : QAccessibleWidget(&view, QAccessible::Table) {
+    const OutlineState* outline = &view.outlineModel().outline();
     QObject::connect(outline, &OutlineState::rowsChanged, &context_,
                      [this] { dropCellsWithoutRow(); });
-    QObject::connect(&table.outlineModel(), &QAbstractItemModel::dataChanged, &context_,
+    QObject::connect(&view.outlineModel(), &QAbstractItemModel::dataChanged, &context_,
                      [this](const QModelIndex& first, const QModelIndex& last) {
                          announceRows(first.row(), last.row());
                      });
@@ -67,7 +66,7 @@ AccessibleTable::~AccessibleTable() {
     }
 }
 
-OutlineView& AccessibleTable::table() const {
+OutlineView& AccessibleTable::view() const {
     return *static_cast<OutlineView*>(widget());
 }
 
@@ -81,11 +80,11 @@ QAccessibleInterface* AccessibleTable::cellAt(int row, int column) const {
     if (row < 0 || row >= rowCount() || column < 0 || column >= columns) {
         return nullptr;
     }
-    PlistNode& node = table().outlineModel().row(row).node();
+    PlistNode& node = view().outlineModel().row(row).node();
     QAccessible::Id& id = cells_[{node.id(), column}];
     if (id == 0) {
         id = QAccessible::registerAccessibleInterface(
-            new AccessibleCell(table(), PlistNodePtr(&node), column));
+            new AccessibleCell(view(), PlistNodePtr(&node), column));
     }
     return QAccessible::accessibleInterface(id);
 }
@@ -93,7 +92,7 @@ QAccessibleInterface* AccessibleTable::cellAt(int row, int column) const {
 QAccessibleInterface* AccessibleTable::headerAt(int column) const {
     QAccessible::Id& id = headers_[column];
     if (id == 0) {
-        id = QAccessible::registerAccessibleInterface(new AccessibleHeader(table(), column));
+        id = QAccessible::registerAccessibleInterface(new AccessibleHeader(view(), column));
     }
     return QAccessible::accessibleInterface(id);
 }
@@ -147,18 +146,18 @@ int AccessibleTable::indexOfChild(const QAccessibleInterface* child) const {
 
 QAccessibleInterface* AccessibleTable::childAt(int x, int y) const {
     const QPoint global(x, y);
-    const QHeaderView& header = *table().horizontalHeader();
+    const QHeaderView& header = *view().horizontalHeader();
     const QPoint inHeader = header.viewport()->mapFromGlobal(global);
     if (header.viewport()->rect().contains(inHeader)) {
         const int column = header.logicalIndexAt(inHeader);
         return column >= 0 ? headerAt(column) : nullptr;
     }
-    const QModelIndex index = table().indexAt(table().viewport()->mapFromGlobal(global));
+    const QModelIndex index = view().indexAt(view().viewport()->mapFromGlobal(global));
     return index.isValid() ? cellAt(index.row(), index.column()) : nullptr;
 }
 
 QAccessibleInterface* AccessibleTable::focusChild() const {
-    const QModelIndex current = table().currentIndex();
+    const QModelIndex current = view().currentIndex();
     return current.isValid() ? cellAt(current.row(), current.column()) : nullptr;
 }
 
@@ -173,7 +172,7 @@ QAccessibleInterface* AccessibleTable::summary() const {
 }
 
 int AccessibleTable::rowCount() const {
-    return table().outlineModel().rowCount();
+    return view().outlineModel().rowCount();
 }
 
 int AccessibleTable::columnCount() const {
@@ -181,7 +180,7 @@ int AccessibleTable::columnCount() const {
 }
 
 QString AccessibleTable::columnDescription(int column) const {
-    return table().outlineModel().headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    return view().outlineModel().headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
 }
 
 QString AccessibleTable::rowDescription(int) const {
@@ -224,7 +223,7 @@ bool AccessibleTable::unselectColumn(int) {
 
 int AccessibleTable::selectedRowCount() const {
     int count = 0;
-    for (const QItemSelectionRange& range : table().selectionModel()->selection()) {
+    for (const QItemSelectionRange& range : view().selectionModel()->selection()) {
         count += range.height();
     }
     return count;
@@ -232,7 +231,7 @@ int AccessibleTable::selectedRowCount() const {
 
 QList<int> AccessibleTable::selectedRows() const {
     QList<int> rows;
-    for (const QItemSelectionRange& range : table().selectionModel()->selection()) {
+    for (const QItemSelectionRange& range : view().selectionModel()->selection()) {
         for (int row = range.top(); row <= range.bottom(); ++row) {
             rows += row;
         }
@@ -241,7 +240,7 @@ QList<int> AccessibleTable::selectedRows() const {
 }
 
 bool AccessibleTable::isRowSelected(int row) const {
-    return table().selectionModel()->isRowSelected(row);
+    return view().selectionModel()->isRowSelected(row);
 }
 
 bool AccessibleTable::selectRow(int row) {
@@ -256,8 +255,8 @@ bool AccessibleTable::setRow(int row, QItemSelectionModel::SelectionFlags comman
     if (row < 0 || row >= rowCount()) {
         return false;
     }
-    table().selectionModel()->select(table().outlineModel().index(row, 0),
-                                     command | QItemSelectionModel::Rows);
+    view().selectionModel()->select(view().outlineModel().index(row, 0),
+                                    command | QItemSelectionModel::Rows);
     return true;
 }
 

@@ -22,12 +22,12 @@ public:
     static void install();
 
     /// Says that another cell has the keyboard.
-    static void announceCurrent(OutlineView& table);
+    static void announceCurrent(OutlineView& view);
 
     /// Says that other rows are selected.
-    static void announceSelection(OutlineView& table);
+    static void announceSelection(OutlineView& view);
 
-    explicit AccessibleTable(OutlineView& table);
+    explicit AccessibleTable(OutlineView& view);
     ~AccessibleTable() override;
 
     void* interface_cast(QAccessible::InterfaceType type) override;
@@ -63,7 +63,7 @@ private:
 
     static AccessibleCell* knownCell(QAccessible::Id id);
 
-    OutlineView& table() const;
+    OutlineView& view() const;
     QAccessibleInterface* headerAt(int column) const;
     void dropCellsWithoutRow();
     void announceRows(int first, int last);

@@ -10,7 +10,7 @@
 #include "app/desktop/pasteboard/PasteboardData.h"
 #include "app/model/actions/PlistTransfer.h"
 #include "app/model/tree/PlistNode.h"
-#include "app/ui/table/drag/DragPicture.h"
+#include "app/ui/table/drag/DragPixmap.h"
 #include "app/ui/table/view/OutlineTableModel.h"
 #include "app/ui/table/view/OutlineView.h"
 #include "app/ui/text/RowText.h"
@@ -22,9 +22,9 @@ constexpr QPoint grip{-12, -8};
 
 }  // namespace
 
-RowDragging::RowDragging(OutlineView& table, const DocumentActions& actions)
-    : QObject(&table), table_(table), actions_(actions) {
-    table.viewport()->installEventFilter(this);
+RowDragging::RowDragging(OutlineView& view, const DocumentActions& actions)
+    : QObject(&view), view_(view), actions_(actions) {
+    view.viewport()->installEventFilter(this);
 }
 
 bool RowDragging::isDragged(const PlistNode& node) const {
@@ -52,18 +52,18 @@ bool RowDragging::eventFilter(QObject* watched, QEvent* event) {
 
 void RowDragging::notePress(const QMouseEvent& event) {
     const QPoint position = event.position().toPoint();
-    const QModelIndex index = table_.indexAt(position);
+    const QModelIndex index = view_.indexAt(position);
     // With the modifiers the mouse selects several rows.
     const bool takesHold = event.button() == Qt::LeftButton &&
                            event.modifiers() == Qt::NoModifier && index.isValid() &&
                            index.column() == OutlineTableModel::keyColumn &&
-                           !table_.isOnDisclosure(position);
+                           !view_.isOnDisclosure(position);
     pressed_ =
-        takesHold ? PlistNodePtr(&table_.outlineModel().row(index.row()).node()) : PlistNodePtr();
+        takesHold ? PlistNodePtr(&view_.outlineModel().row(index.row()).node()) : PlistNodePtr();
     pressedAt_ = position;
 }
 
-/// Whether the move is for a drag, and not for the table, which would select what it passes.
+/// Whether the move is for a drag, and not for the view, which would select what it passes.
 bool RowDragging::followMove(const QMouseEvent& event) {
     if (!pressed_ || !event.buttons().testFlag(Qt::LeftButton)) {
         return false;
@@ -86,10 +86,10 @@ void RowDragging::drag(PlistNode& node) {
     for (const NodeId id : transfer.sourceIDs) {
         dragged_.insert(id);
     }
-    auto* drag = new QDrag(&table_);
+    auto* drag = new QDrag(&view_);
     // The window may be closed before the drag ends, and Qt deletes the drag when it has ended.
     drag->setParent(nullptr);
-    drag->setPixmap(picture(transfer));
+    drag->setPixmap(pixmap(transfer));
     drag->setHotSpot(grip);
     drag->setMimeData(new PasteboardData(std::move(transfer)));
     const QPointer<RowDragging> self(this);
@@ -99,16 +99,16 @@ void RowDragging::drag(PlistNode& node) {
     }
 }
 
-QPixmap RowDragging::picture(const PlistTransfer& transfer) const {
+QPixmap RowDragging::pixmap(const PlistTransfer& transfer) const {
     const OutlineState& outline = actions_.outline();
     QStringList names;
     for (const NodeId id : transfer.sourceIDs) {
-        if (names.size() == DragPicture::longest) {
+        if (names.size() == DragPixmap::longest) {
             break;
         }
         if (const std::optional<int> row = outline.rowForId(id)) {
             names += RowText::key(outline.rows()[static_cast<std::size_t>(*row)]);
         }
     }
-    return DragPicture::of(names, static_cast<qsizetype>(transfer.entries.size()), table_);
+    return DragPixmap::of(names, static_cast<qsizetype>(transfer.entries.size()), view_);
 }

@@ -15,14 +15,14 @@ struct PlistTransfer;
 /// Lets the user take hold of the rows of a table by their keys and drag them away. Watches what
 /// the mouse does in the table.
 ///
-/// What is dragged stays where it is: it is moved only by being dropped on the same table, and
+/// What is dragged stays where it is: it is moved only by being dropped on the same view, and
 /// nothing is deleted because another window or program took a copy.
 class RowDragging : public QObject {
     Q_OBJECT
 
 public:
-    /// Belongs to `table`; what `actions` name must outlive it.
-    RowDragging(OutlineView& table, const DocumentActions& actions);
+    /// Belongs to `view`; what `actions` name must outlive it.
+    RowDragging(OutlineView& view, const DocumentActions& actions);
 
     /// Whether the node is being dragged, by itself or with an ancestor.
     bool isDragged(const PlistNode& node) const;
@@ -34,9 +34,9 @@ private:
     void notePress(const QMouseEvent& event);
     bool followMove(const QMouseEvent& event);
     void drag(PlistNode& node);
-    QPixmap picture(const PlistTransfer& transfer) const;
+    QPixmap pixmap(const PlistTransfer& transfer) const;
 
-    OutlineView& table_;
+    OutlineView& view_;
     DocumentActions actions_;
     PlistNodePtr pressed_;
     QPoint pressedAt_;

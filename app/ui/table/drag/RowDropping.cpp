@@ -40,28 +40,28 @@ bool standAt(const InsertionPoint& place, const std::vector<NodeId>& ids) {
 
 }  // namespace
 
-RowDropping::RowDropping(OutlineView& table, const DocumentActions& actions,
+RowDropping::RowDropping(OutlineView& view, const DocumentActions& actions,
                          const RowDragging& dragging)
-    : QObject(&table),
-      table_(table),
+    : QObject(&view),
+      view_(view),
       actions_(actions),
       dragging_(dragging),
-      hover_(actions.outline()),
-      scrolling_(table, [this] { update(); }) {
-    table.viewport()->setAcceptDrops(true);
-    table.viewport()->installEventFilter(this);
+      springLoading_(actions.outline()),
+      autoScroll_(view, [this] { update(); }) {
+    view.viewport()->setAcceptDrops(true);
+    view.viewport()->installEventFilter(this);
 }
 
 RowDropping::~RowDropping() = default;
 
 void RowDropping::setAlarms(std::unique_ptr<Alarm> hover, std::unique_ptr<Alarm> scroll) {
-    hover_.setAlarm(std::move(hover));
-    scrolling_.setAlarm(std::move(scroll));
+    springLoading_.setAlarm(std::move(hover));
+    autoScroll_.setAlarm(std::move(scroll));
 }
 
 void RowDropping::paint(QPainter& painter) const {
-    if (line_) {
-        line_->paint(painter, table_.palette());
+    if (indicator_) {
+        indicator_->paint(painter, view_.palette());
     }
 }
 
@@ -90,7 +90,7 @@ bool RowDropping::isWelcome(const QDropEvent& event) const {
 }
 
 Qt::DropAction RowDropping::actionFor(const QDropEvent& event) const {
-    return event.source() == &table_ ? Qt::MoveAction : Qt::CopyAction;
+    return event.source() == &view_ ? Qt::MoveAction : Qt::CopyAction;
 }
 
 void RowDropping::follow(QDropEvent& event) {
@@ -106,13 +106,13 @@ void RowDropping::follow(QDropEvent& event) {
     }
     event.setDropAction(actionFor(event));
     // Who declines to be entered hears of no moves, which may lead to a better place.
-    event.setAccepted(event.type() == QEvent::DragEnter || line_.has_value());
+    event.setAccepted(event.type() == QEvent::DragEnter || indicator_.has_value());
 }
 
 void RowDropping::leave() {
-    hover_.stop();
-    scrolling_.stop();
-    setLine(std::nullopt);
+    springLoading_.stop();
+    autoScroll_.stop();
+    setIndicator(std::nullopt);
     if (std::exchange(pointer_, std::nullopt)) {
         Q_EMIT hoveredChanged(false);
     }
@@ -127,16 +127,16 @@ void RowDropping::drop(QDropEvent& event) {
         return;
     }
     const std::optional<PlistTransfer> transfer =
-        TransferReading::read(*event.mimeData(), *place->container, *table_.window(),
+        TransferReading::read(*event.mimeData(), *place->container, *view_.window(),
                               tr("What you dropped cannot be inserted."));
     if (!transfer) {
         return;
     }
     event.setDropAction(actionFor(event));
     event.accept();
-    table_.setFocus();
-    table_.endEditing();
-    if (event.source() == &table_ && standAt(*place, transfer->sourceIDs)) {
+    view_.setFocus();
+    view_.endEditing();
+    if (event.source() == &view_ && standAt(*place, transfer->sourceIDs)) {
         return;
     }
     const auto origin = event.source() == nullptr ? DocumentActions::DragOrigin::elsewhere
@@ -152,25 +152,25 @@ void RowDropping::update() {
     }
     const qint64 position = positionAt(*pointer_);
     const std::optional<InsertionPoint> place = placeFor(position);
-    setLine(place ? std::optional(DropLine::below(position, *place->container, table_))
-                  : std::nullopt);
-    hover_.follow(collapsedContainerAt(*pointer_));
-    scrolling_.follow(*pointer_);
+    setIndicator(place ? std::optional(DropIndicator::below(position, *place->container, view_))
+                       : std::nullopt);
+    springLoading_.follow(collapsedContainerAt(*pointer_));
+    autoScroll_.follow(*pointer_);
 }
 
-void RowDropping::setLine(std::optional<DropLine> line) {
-    if (line != line_) {
-        line_ = line;
-        table_.viewport()->update();
+void RowDropping::setIndicator(std::optional<DropIndicator> indicator) {
+    if (indicator != indicator_) {
+        indicator_ = indicator;
+        view_.viewport()->update();
     }
 }
 
 qint64 RowDropping::positionAt(const QPoint& point) const {
-    const int row = table_.rowAt(point.y());
+    const int row = view_.rowAt(point.y());
     if (row < 0) {
-        return point.y() < 0 ? 0 : table_.outlineModel().rowCount();
+        return point.y() < 0 ? 0 : view_.outlineModel().rowCount();
     }
-    const int middle = table_.rowViewportPosition(row) + table_.rowHeight(row) / 2;
+    const int middle = view_.rowViewportPosition(row) + view_.rowHeight(row) / 2;
     return point.y() < middle ? row : row + 1;
 }
 
@@ -182,11 +182,11 @@ std::optional<InsertionPoint> RowDropping::placeFor(qint64 position) const {
 }
 
 PlistNode* RowDropping::collapsedContainerAt(const QPoint& point) const {
-    const int number = table_.rowAt(point.y());
+    const int number = view_.rowAt(point.y());
     if (number < 0) {
         return nullptr;
     }
-    const OutlineRow& row = table_.outlineModel().row(number);
+    const OutlineRow& row = view_.outlineModel().row(number);
     const bool isClosed = row.node().isContainer() && !row.isExpanded();
     return isClosed && !dragging_.isDragged(row.node()) ? &row.node() : nullptr;
 }

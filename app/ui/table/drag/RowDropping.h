@@ -8,9 +8,9 @@
 #include "app/model/actions/DocumentActions.h"
 #include "app/model/actions/InsertionPoint.h"
 #include "app/model/runtime/Alarm.h"
-#include "app/ui/table/drag/DropLine.h"
-#include "app/ui/table/drag/EdgeScrolling.h"
-#include "app/ui/table/drag/HoverExpansion.h"
+#include "app/ui/table/drag/DragAutoScroll.h"
+#include "app/ui/table/drag/DropIndicator.h"
+#include "app/ui/table/drag/SpringLoading.h"
 
 class OutlineView;
 class QDropEvent;
@@ -18,7 +18,7 @@ class QPainter;
 class RowDragging;
 
 /// Takes what is dropped between the rows of a table: items of this and of other windows and
-/// programs. Watches the drags over the table, and shows where they would go.
+/// programs. Watches the drags over the view, and shows where they would go.
 ///
 /// Rows of the same table are moved. Everything else is copied, whatever its source proposes, which
 /// so never has a reason to delete it. Files are left to the window.
@@ -26,8 +26,8 @@ class RowDropping : public QObject {
     Q_OBJECT
 
 public:
-    /// Belongs to `table`; `dragging`, and what `actions` name, must outlive it.
-    RowDropping(OutlineView& table, const DocumentActions& actions, const RowDragging& dragging);
+    /// Belongs to `view`; `dragging`, and what `actions` name, must outlive it.
+    RowDropping(OutlineView& view, const DocumentActions& actions, const RowDragging& dragging);
     ~RowDropping() override;
 
     /// Takes other clocks, for tests: for what opens below a resting drag, and what scrolls.
@@ -35,16 +35,16 @@ public:
 
     /// Where the drag over the table would go; nothing without one, or if it cannot be dropped
     /// there.
-    const std::optional<DropLine>& line() const noexcept { return line_; }
+    const std::optional<DropIndicator>& indicator() const noexcept { return indicator_; }
 
     /// The table has other rows: the drag over it would go elsewhere.
     void rowsChanged() { update(); }
 
-    /// Paints the line over the rows.
+    /// Paints the indicator over the rows.
     void paint(QPainter& painter) const;
 
 Q_SIGNALS:
-    /// Something that can be dropped has come over the table, or has gone.
+    /// Something that can be dropped has come over the view, or has gone.
     void hoveredChanged(bool isHovered);
 
 protected:
@@ -58,16 +58,16 @@ private:
     void drop(QDropEvent& event);
 
     void update();
-    void setLine(std::optional<DropLine> line);
+    void setIndicator(std::optional<DropIndicator> indicator);
     qint64 positionAt(const QPoint& point) const;
     std::optional<InsertionPoint> placeFor(qint64 position) const;
     PlistNode* collapsedContainerAt(const QPoint& point) const;
 
-    OutlineView& table_;
+    OutlineView& view_;
     DocumentActions actions_;
     const RowDragging& dragging_;
-    HoverExpansion hover_;
-    EdgeScrolling scrolling_;
+    SpringLoading springLoading_;
+    DragAutoScroll autoScroll_;
     std::optional<QPoint> pointer_;
-    std::optional<DropLine> line_;
+    std::optional<DropIndicator> indicator_;
 };

@@ -10,7 +10,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/editors/InlineTextField.h"
 #include "app/ui/editors/LongTextEditor.h"
-#include "app/ui/table/view/OutlineCell.h"
+#include "app/ui/table/view/OutlineDelegate.h"
 #include "app/ui/table/view/OutlineTableModel.h"
 #include "app/ui/table/view/OutlineView.h"
 #include "app/ui/text/RowText.h"
@@ -48,11 +48,11 @@ QString accessibleName(const OutlineRow& row, Column column) {
 
 }  // namespace
 
-InlineEditing::InlineEditing(OutlineView& table, const DocumentActions& actions)
-    : QObject(&table), table_(table), actions_(actions) {
+InlineEditing::InlineEditing(OutlineView& view, const DocumentActions& actions)
+    : QObject(&view), view_(view), actions_(actions) {
     connect(&outline(), &OutlineState::editingChanged, this, &InlineEditing::follow);
-    connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, &InlineEditing::place);
-    connect(table.horizontalScrollBar(), &QScrollBar::valueChanged, this, &InlineEditing::place);
+    connect(view.verticalScrollBar(), &QScrollBar::valueChanged, this, &InlineEditing::place);
+    connect(view.horizontalScrollBar(), &QScrollBar::valueChanged, this, &InlineEditing::place);
 }
 
 void InlineEditing::follow() {
@@ -81,8 +81,8 @@ void InlineEditing::rowsChanged() {
 }
 
 void InlineEditing::open(const OutlineState::EditingField& edited, int row) {
-    const OutlineRow shown = table_.outlineModel().row(row);
-    table_.scrollTo(cell(edited, row));
+    const OutlineRow shown = view_.outlineModel().row(row);
+    view_.scrollTo(cell(edited, row));
     const QString text = editedText(shown.node(), edited.column);
     if (text.size() > LongTextEditor::longestInField) {
         openWindow(edited, shown, text);
@@ -94,8 +94,8 @@ void InlineEditing::open(const OutlineState::EditingField& edited, int row) {
 void InlineEditing::openField(const OutlineState::EditingField& edited, const OutlineRow& shown,
                               const QString& text) {
     const PlistNodePtr node(&shown.node());
-    field_ = new InlineTextField(text, ownerFor(actions_, node, edited.column), table_.viewport());
-    field_->setFont(table_.font());
+    field_ = new InlineTextField(text, ownerFor(actions_, node, edited.column), view_.viewport());
+    field_->setFont(view_.font());
     field_->setAccessibleName(accessibleName(shown, edited.column));
     place();
     field_->show();
@@ -104,7 +104,7 @@ void InlineEditing::openField(const OutlineState::EditingField& edited, const Ou
 void InlineEditing::openWindow(const OutlineState::EditingField& edited, const OutlineRow& shown,
                                const QString& text) {
     const PlistNodePtr node(&shown.node());
-    longEditor_ = new LongTextEditor(text, ownerFor(actions_, node, edited.column), &table_);
+    longEditor_ = new LongTextEditor(text, ownerFor(actions_, node, edited.column), &view_);
     longEditor_->setNames(RowText::key(shown), accessibleName(shown, edited.column));
     longEditor_->show();
 }
@@ -135,13 +135,13 @@ void InlineEditing::closeWindow() {
     }
 }
 
-/// Brings the keyboard back to the table, but not if the user has gone on to another widget, which
+/// Brings the keyboard back to the view, but not if the user has gone on to another widget, which
 /// shall keep it.
 void InlineEditing::takeFocusFrom(const QWidget& editor) {
     const QWidget* focus = QApplication::focusWidget();
     if (focus == nullptr || focus == &editor || editor.isAncestorOf(focus) ||
-        focus == table_.viewport()) {
-        table_.setFocus();
+        focus == view_.viewport()) {
+        view_.setFocus();
     }
 }
 
@@ -150,7 +150,7 @@ void InlineEditing::place() {
     const std::optional<int> row =
         field_ && edited ? outline().rowForId(edited->nodeId) : std::nullopt;
     if (row) {
-        table_.placeEditor(*field_, cell(*edited, *row));
+        view_.placeEditor(*field_, cell(*edited, *row));
     }
 }
 
@@ -161,15 +161,15 @@ bool InlineEditing::isOpen() const {
 QWidget* InlineEditing::fieldAt(const QModelIndex& index) const {
     const std::optional<OutlineState::EditingField> edited = outline().editing();
     const bool isOver = field_ && edited && index.isValid() &&
-                        table_.outlineModel().row(index.row()).nodeId() == edited->nodeId &&
+                        view_.outlineModel().row(index.row()).nodeId() == edited->nodeId &&
                         cell(*edited, index.row()) == index;
     return isOver ? field_.data() : nullptr;
 }
 
 QModelIndex InlineEditing::cell(const OutlineState::EditingField& edited, int row) const {
-    return table_.outlineModel().index(row, edited.column == Column::key
-                                                ? OutlineTableModel::keyColumn
-                                                : OutlineTableModel::valueColumn);
+    return view_.outlineModel().index(row, edited.column == Column::key
+                                               ? OutlineTableModel::keyColumn
+                                               : OutlineTableModel::valueColumn);
 }
 
 bool InlineEditing::commit() {

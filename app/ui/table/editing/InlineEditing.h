@@ -10,14 +10,14 @@ class InlineTextField;
 class LongTextEditor;
 class OutlineView;
 
-/// The text field that is open in a table, or the window for a text that is too long for one:
+/// The text field that is open in a view, or the window for a text that is too long for one:
 /// opens, places and closes it as the outline says which cell is edited. There is one at most.
 class InlineEditing : public QObject {
     Q_OBJECT
 
 public:
-    /// Belongs to `table`; what `actions` name must outlive it.
-    InlineEditing(OutlineView& table, const DocumentActions& actions);
+    /// Belongs to `view`; what `actions` name must outlive it.
+    InlineEditing(OutlineView& view, const DocumentActions& actions);
 
     /// Applies the text of the open field and closes it. False if the text is refused, which the
     /// field shows and stays open for.
@@ -53,7 +53,7 @@ private:
     void takeFocusFrom(const QWidget& editor);
     QModelIndex cell(const OutlineState::EditingField& edited, int row) const;
 
-    OutlineView& table_;
+    OutlineView& view_;
     DocumentActions actions_;
     QPointer<InlineTextField> field_;
     QPointer<LongTextEditor> longEditor_;

@@ -71,7 +71,7 @@ QSize KeyCell::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& i
     const int beside =
         indentation(shown, metrics, widestIndentation) + (shown.isDuplicateKey() ? 2 * sign : sign);
     // One more for the edge of the last letter.
-    return OutlineCell::sizeHint(option, index) + QSize(beside + 1, 0);
+    return OutlineDelegate::sizeHint(option, index) + QSize(beside + 1, 0);
 }
 
 void KeyCell::paintContent(QPainter& painter, const QStyleOptionViewItem& option,
@@ -126,5 +126,5 @@ QString KeyCell::tooltipAt(const QPoint& position, const QStyleOptionViewItem& o
     if (parts(option, index).duplicateSign.contains(position)) {
         return RowText::duplicateKeyNotice();
     }
-    return OutlineCell::tooltipAt(position, option, index);
+    return OutlineDelegate::tooltipAt(position, option, index);
 }

@@ -4,15 +4,15 @@
 
 #include "app/model/tree/NodeId.h"
 #include "app/model/tree/NodeIdSet.h"
-#include "app/ui/table/view/OutlineCell.h"
+#include "app/ui/table/view/OutlineDelegate.h"
 
 /// The key column: indentation, the disclosure control of a container, the key, and a sign where
 /// the key is there twice.
-class KeyCell : public OutlineCell {
+class KeyCell : public OutlineDelegate {
     Q_OBJECT
 
 public:
-    using OutlineCell::OutlineCell;
+    using OutlineDelegate::OutlineDelegate;
 
     /// Where the parts of a cell stand; a part that is not there has an empty rectangle.
     struct Parts {

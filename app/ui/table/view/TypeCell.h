@@ -1,14 +1,14 @@
 #pragma once
 
-#include "app/ui/table/view/OutlineCell.h"
+#include "app/ui/table/view/OutlineDelegate.h"
 
 /// The type column: the name of the type, with a sign that there is a choice in the row that the
 /// pointer or the selection is on.
-class TypeCell : public OutlineCell {
+class TypeCell : public OutlineDelegate {
     Q_OBJECT
 
 public:
-    using OutlineCell::OutlineCell;
+    using OutlineDelegate::OutlineDelegate;
 
 protected:
     void paintContent(QPainter& painter, const QStyleOptionViewItem& option,

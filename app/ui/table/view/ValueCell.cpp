@@ -31,12 +31,12 @@ QRect behind(const QRect& box, const QRect& content, const QStyleOptionViewItem&
     return QStyle::visualRect(option.direction, content, rest);
 }
 
-OutlineCell::Tone toneOf(const OutlineRow& row) {
+OutlineDelegate::Tone toneOf(const OutlineRow& row) {
     if (row.node().type() == PlistType::data) {
-        return OutlineCell::Tone::link;
+        return OutlineDelegate::Tone::link;
     }
-    return RowText::isValueSecondary(row) ? OutlineCell::Tone::secondary
-                                          : OutlineCell::Tone::primary;
+    return RowText::isValueSecondary(row) ? OutlineDelegate::Tone::secondary
+                                          : OutlineDelegate::Tone::primary;
 }
 
 }  // namespace

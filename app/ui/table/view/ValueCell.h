@@ -1,14 +1,14 @@
 #pragma once
 
-#include "app/ui/table/view/OutlineCell.h"
+#include "app/ui/table/view/OutlineDelegate.h"
 
 /// The value column: the text of a scalar, with a check box before that of a boolean, or the number
 /// of items of a container.
-class ValueCell : public OutlineCell {
+class ValueCell : public OutlineDelegate {
     Q_OBJECT
 
 public:
-    using OutlineCell::OutlineCell;
+    using OutlineDelegate::OutlineDelegate;
 
     /// Where the check box of a boolean stands; empty for other rows.
     QRect checkBoxRect(const QStyleOptionViewItem& option, const QModelIndex& index) const;

@@ -9,7 +9,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/document/DocumentView.h"
 #include "app/ui/table/PlistTable.h"
-#include "app/ui/table/drag/DragPicture.h"
+#include "app/ui/table/drag/DragPixmap.h"
 #include "app/ui/window/DocumentWindow.h"
 #include "tests/ui/support/MouseDrag.h"
 #include "tests/ui/support/Samples.h"
@@ -149,18 +149,18 @@ private Q_SLOTS:
     void thePictureShowsAFewNames() {
         const QStringList names{QStringLiteral("one"), QStringLiteral("two"),
                                 QStringLiteral("three"), QStringLiteral("four")};
-        const QSize one = DragPicture::of(names.mid(0, 1), 1, table()).size();
-        const QSize two = DragPicture::of(names.mid(0, 2), 2, table()).size();
-        const QSize three = DragPicture::of(names.mid(0, 3), 3, table()).size();
+        const QSize one = DragPixmap::of(names.mid(0, 1), 1, table()).size();
+        const QSize two = DragPixmap::of(names.mid(0, 2), 2, table()).size();
+        const QSize three = DragPixmap::of(names.mid(0, 3), 3, table()).size();
         QVERIFY(one.height() < two.height());
         QVERIFY(two.height() < three.height());
-        QCOMPARE(DragPicture::of(names, 4, table()).size(), three);
-        QVERIFY(DragPicture::of(names.mid(0, 1), 1000000, table()).width() > one.width());
+        QCOMPARE(DragPixmap::of(names, 4, table()).size(), three);
+        QVERIFY(DragPixmap::of(names.mid(0, 1), 1000000, table()).width() > one.width());
     }
 
     void thePictureCutsLongNames() {
         const QString name(10000, QLatin1Char('m'));
-        QVERIFY(DragPicture::of({name}, 1, table()).width() < 600);
+        QVERIFY(DragPixmap::of({name}, 1, table()).width() < 600);
     }
 
 private:

@@ -148,7 +148,7 @@ private Q_SLOTS:
         bool hasLine = true;
         MouseDrag::run(viewport(), keyAt(1), [this, &hasLine](const MouseDrag& drag) {
             drag.moveTo(viewport(), below(1));
-            hasLine = table().dropping().line().has_value();
+            hasLine = table().dropping().indicator().has_value();
             drag.dropOn(viewport(), below(1));
         });
         QVERIFY(!hasLine);
@@ -161,7 +161,7 @@ private Q_SLOTS:
         const bool hasBegun =
             MouseDrag::run(viewport(), keyAt(2), [this, &hadLine](const MouseDrag& drag) {
                 drag.moveTo(viewport(), below(4));
-                hadLine = table().dropping().line().has_value();
+                hadLine = table().dropping().indicator().has_value();
                 QTest::keyClick(&viewport(), Qt::Key_Escape);
             });
         QVERIFY(hasBegun);
@@ -254,7 +254,7 @@ private Q_SLOTS:
                 [&files](const QStringList& paths) { files = paths; });
         DragOver drag(viewport(), data);
         QVERIFY(drag.enter(below(2)).isAccepted);
-        QVERIFY(!table().dropping().line());
+        QVERIFY(!table().dropping().indicator());
         QVERIFY(drag.drop(below(2)).isAccepted);
         QCOMPARE(files, QStringList(QStringLiteral("/a.plist")));
         QCOMPARE(keys(), QStringLiteral("k0 k1 k2 k3"));
@@ -263,7 +263,7 @@ private Q_SLOTS:
     void declinesWhatIsNoItem() {
         const std::unique_ptr<QMimeData> data(mimeData("image/png", "x"));
         QVERIFY(!DragOver(viewport(), *data).enter(below(2)).isAccepted);
-        QVERIFY(!table().dropping().line());
+        QVERIFY(!table().dropping().indicator());
     }
 
     void declinesWhereTheRootIsNoContainer() {
@@ -303,21 +303,21 @@ private Q_SLOTS:
         DragOver drag(viewport(), *item_);
         drag.enter(above(2));
         const int height = CellMetrics(table().font()).rowHeight();
-        QCOMPARE(line().line.width(), viewport().width());
-        QCOMPARE(middle(line().line), 2 * height);
+        QCOMPARE(indicator().line.width(), viewport().width());
+        QCOMPARE(middle(indicator().line), 2 * height);
         drag.move(below(2));
-        QCOMPARE(middle(line().line), 3 * height);
+        QCOMPARE(middle(indicator().line), 3 * height);
         drag.move({50, viewport().height() / 2});
-        QCOMPARE(middle(line().line), 5 * height);
+        QCOMPARE(middle(indicator().line), 5 * height);
         drag.leave();
-        QVERIFY(!table().dropping().line());
+        QVERIFY(!table().dropping().indicator());
     }
 
     void theLineAtTheTopIsInSight() {
         DragOver drag(viewport(), *item_);
         drag.enter(above(0));
-        QVERIFY(viewport().rect().contains(line().line));
-        QVERIFY(line().line.top() < 4);
+        QVERIFY(viewport().rect().contains(indicator().line));
+        QVERIFY(indicator().line.top() < 4);
     }
 
     void theRingShowsTheLevel() {
@@ -325,24 +325,24 @@ private Q_SLOTS:
         expand(1);
         DragOver drag(viewport(), *item_);
         drag.enter(below(0));
-        const DropLine inRoot = line();
+        const DropIndicator inRoot = indicator();
         drag.move(below(1));
-        const DropLine inA = line();
+        const DropIndicator inA = indicator();
         QCOMPARE(inA.ring.left() - inRoot.ring.left(), CellMetrics(table().font()).indentation());
         QCOMPARE(inRoot.container.top(), table().rowViewportPosition(0));
         QCOMPARE(inA.container.top(), table().rowViewportPosition(1));
         QCOMPARE(inA.container.height(), table().rowHeight(1));
         // Behind a collapsed container is beside it.
         drag.move(below(2));
-        QCOMPARE(line().ring.left(), inA.ring.left());
+        QCOMPARE(indicator().ring.left(), inA.ring.left());
         drag.move(below(4));
-        QCOMPARE(line().ring.left(), inRoot.ring.left());
+        QCOMPARE(indicator().ring.left(), inRoot.ring.left());
     }
 
     void theLineIsPaintedOverTheRows() {
         DragOver drag(viewport(), *item_);
         drag.enter(below(2));
-        const QPoint point(viewport().width() - 4, line().line.center().y());
+        const QPoint point(viewport().width() - 4, indicator().line.center().y());
         const QColor color = table().palette().color(QPalette::Active, QPalette::Highlight);
         QCOMPARE(viewport().grab().toImage().pixelColor(point), color);
         drag.leave();
@@ -352,11 +352,11 @@ private Q_SLOTS:
     void theLineGoesWithTheRows() {
         DragOver drag(viewport(), *item_);
         drag.enter(below(4));
-        const int before = middle(line().line);
+        const int before = middle(indicator().line);
         window_->view().actions().deleteSelected();
         select({1});
         window_->view().actions().deleteSelected();
-        QCOMPARE(middle(line().line), before - CellMetrics(table().font()).rowHeight());
+        QCOMPARE(middle(indicator().line), before - CellMetrics(table().font()).rowHeight());
     }
 
     // --- Resting ---
@@ -365,7 +365,7 @@ private Q_SLOTS:
         window_->controller().document().apply({nested(), PlistFormat::xml});
         DragOver drag(viewport(), *item_);
         drag.enter(below(1));
-        hover_->advance(HoverExpansion::delay - 1ms);
+        hover_->advance(SpringLoading::delay - 1ms);
         QCOMPARE(keys(), QStringLiteral("a word"));
         // Moving on the same row does not begin anew.
         drag.move(above(1));
@@ -381,12 +381,12 @@ private Q_SLOTS:
         window_->controller().document().apply({nested(), PlistFormat::xml});
         DragOver drag(viewport(), *item_);
         drag.enter(below(1));
-        hover_->advance(HoverExpansion::delay - 1ms);
+        hover_->advance(SpringLoading::delay - 1ms);
         drag.move(below(2));
-        hover_->advance(HoverExpansion::delay);
+        hover_->advance(SpringLoading::delay);
         drag.move(below(1));
         drag.leave();
-        hover_->advance(HoverExpansion::delay);
+        hover_->advance(SpringLoading::delay);
         QCOMPARE(keys(), QStringLiteral("a word"));
     }
 
@@ -407,13 +407,13 @@ private Q_SLOTS:
         drag.enter(viewport().rect().center());
         QVERIFY(!scroll_->isSet());
         drag.move({50, viewport().height() - 3});
-        scroll_->advance(EdgeScrolling::interval);
-        QCOMPARE(bar.value(), EdgeScrolling::acceleration);
-        scroll_->advance(EdgeScrolling::interval);
-        QCOMPARE(bar.value(), 3 * EdgeScrolling::acceleration);
+        scroll_->advance(DragAutoScroll::interval);
+        QCOMPARE(bar.value(), DragAutoScroll::acceleration);
+        scroll_->advance(DragAutoScroll::interval);
+        QCOMPARE(bar.value(), 3 * DragAutoScroll::acceleration);
         drag.move({50, 3});
-        scroll_->advance(EdgeScrolling::interval);
-        QCOMPARE(bar.value(), 2 * EdgeScrolling::acceleration);
+        scroll_->advance(DragAutoScroll::interval);
+        QCOMPARE(bar.value(), 2 * DragAutoScroll::acceleration);
         drag.leave();
         QVERIFY(!scroll_->isSet());
     }
@@ -425,10 +425,10 @@ private Q_SLOTS:
         const QPoint position(50, viewport().height() - 3);
         drag.enter(position);
         while (scroll_->isSet()) {
-            scroll_->advance(EdgeScrolling::interval);
+            scroll_->advance(DragAutoScroll::interval);
         }
         QCOMPARE(bar.value(), bar.maximum());
-        QVERIFY(viewport().rect().contains(line().line));
+        QVERIFY(viewport().rect().contains(indicator().line));
         QVERIFY(drag.drop(position).isAccepted);
         QVERIFY(keys().endsWith(QStringLiteral("k99 ship")));
     }
@@ -440,10 +440,10 @@ private Q_SLOTS:
         drag.enter({50, viewport().height() - height});
         constexpr int steps = 20;
         for (int step = 0; step < steps; ++step) {
-            scroll_->advance(EdgeScrolling::interval);
+            scroll_->advance(DragAutoScroll::interval);
         }
         QVERIFY(table().verticalScrollBar()->value() > height);
-        QCOMPARE((middle(line().line) + table().verticalScrollBar()->value()) % height, 0);
+        QCOMPARE((middle(indicator().line) + table().verticalScrollBar()->value()) % height, 0);
     }
 
 private:
@@ -480,7 +480,7 @@ private:
 
     PlistTable& table() { return window_->view().table(); }
     QWidget& viewport() { return *table().viewport(); }
-    DropLine line() { return table().dropping().line().value(); }
+    DropIndicator indicator() { return table().dropping().indicator().value(); }
 
     NodeId idOf(int row) {
         return window_->view().outline().rows().at(static_cast<std::size_t>(row)).nodeId();

@@ -6,7 +6,7 @@
 class QWidget;
 
 /// What the pointer carries while rows are dragged.
-namespace DragPicture {
+namespace DragPixmap {
 
 /// The most names that are shown.
 inline constexpr qsizetype longest = 3;
@@ -15,4 +15,4 @@ inline constexpr qsizetype longest = 3;
 /// several. In the font and the colors of `widget`, and sharp on its screen.
 QPixmap of(const QStringList& names, qsizetype count, const QWidget& widget);
 
-}  // namespace DragPicture
+}  // namespace DragPixmap

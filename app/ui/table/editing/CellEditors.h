@@ -12,12 +12,12 @@ class OutlineView;
 
 /// What can be worked in the cells beside text fields: the menu of types, the check boxes of
 /// booleans, the fields of dates and the bytes of data, by mouse and by key.
-class CellControls : public QObject {
+class CellEditors : public QObject {
     Q_OBJECT
 
 public:
-    /// Belongs to `table`; what `actions` name must outlive it.
-    CellControls(OutlineView& table, const DocumentActions& actions);
+    /// Belongs to `view`; what `actions` name must outlive it.
+    CellEditors(OutlineView& view, const DocumentActions& actions);
 
     /// Works the control of the cell that stands at `position`, if there is one.
     void click(const QModelIndex& index, const QPoint& position);
@@ -52,7 +52,7 @@ private:
     void closeDate();
     void showBytes(const QModelIndex& index);
 
-    OutlineView& table_;
+    OutlineView& view_;
     DocumentActions actions_;
     QPointer<DateValueEditor> dateEditor_;
     PlistNodePtr dateNode_;  ///< what `dateEditor_` edits

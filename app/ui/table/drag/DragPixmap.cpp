@@ -1,4 +1,4 @@
-#include "app/ui/table/drag/DragPicture.h"
+#include "app/ui/table/drag/DragPixmap.h"
 
 #include <QLocale>
 #include <QPainter>
@@ -67,7 +67,7 @@ void paintBadge(QPainter& painter, const QString& count, const QRect& sheet, con
 
 }  // namespace
 
-QPixmap DragPicture::of(const QStringList& names, qsizetype count, const QWidget& widget) {
+QPixmap DragPixmap::of(const QStringList& names, qsizetype count, const QWidget& widget) {
     const QStringList shown = names.mid(0, longest);
     const QString number = count > 1 ? QLocale().toString(count) : QString();
     const Layout layout(shown, number, widget);

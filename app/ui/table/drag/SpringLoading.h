@@ -11,14 +11,14 @@ class OutlineState;
 class PlistNode;
 
 /// Opens a collapsed container on which a drag rests, so that something can be dropped into it.
-class HoverExpansion {
+class SpringLoading {
 public:
     /// How long a drag rests before that happens: what GTK's tree views wait too.
     static constexpr std::chrono::milliseconds delay{500};
 
     /// `outline` must outlive this.
-    explicit HoverExpansion(OutlineState& outline);
-    ~HoverExpansion();
+    explicit SpringLoading(OutlineState& outline);
+    ~SpringLoading();
 
     /// Takes another clock, for tests.
     void setAlarm(std::unique_ptr<Alarm> alarm) { alarm_ = std::move(alarm); }

@@ -1,15 +1,15 @@
-#include "app/ui/table/drag/HoverExpansion.h"
+#include "app/ui/table/drag/SpringLoading.h"
 
 #include "app/model/outline/OutlineState.h"
 #include "app/model/runtime/TimerAlarm.h"
 #include "app/model/tree/PlistNode.h"
 
-HoverExpansion::HoverExpansion(OutlineState& outline)
+SpringLoading::SpringLoading(OutlineState& outline)
     : outline_(outline), alarm_(std::make_unique<TimerAlarm>()) {}
 
-HoverExpansion::~HoverExpansion() = default;
+SpringLoading::~SpringLoading() = default;
 
-void HoverExpansion::follow(PlistNode* container) {
+void SpringLoading::follow(PlistNode* container) {
     if (container == container_.get()) {
         return;
     }
@@ -21,7 +21,7 @@ void HoverExpansion::follow(PlistNode* container) {
     }
 }
 
-void HoverExpansion::expand() {
+void SpringLoading::expand() {
     // Expanding makes rows, upon which this is told what is below the pointer then.
     const PlistNodePtr container = std::exchange(container_, PlistNodePtr());
     if (outline_.rowOf(*container)) {

@@ -1,4 +1,4 @@
-#include "app/ui/table/drag/DropLine.h"
+#include "app/ui/table/drag/DropIndicator.h"
 
 #include <QHeaderView>
 #include <QPainter>
@@ -18,52 +18,53 @@ constexpr int thickness = 2;
 /// Around line and ring, so that they stand out from selected rows, which have their color.
 constexpr int halo = 1;
 
-QRect rowRect(int row, const OutlineView& table) {
-    return {0, table.rowViewportPosition(row), table.viewport()->width(), table.rowHeight(row)};
+QRect rowRect(int row, const OutlineView& view) {
+    return {0, view.rowViewportPosition(row), view.viewport()->width(), view.rowHeight(row)};
 }
 
 /// Where the line stands from above, all of it in sight.
-int lineTop(qint64 position, const OutlineView& table, int height) {
-    const int last = static_cast<int>(std::min<qint64>(position, table.model()->rowCount())) - 1;
-    const int between = last < 0 ? table.rowViewportPosition(0)
-                                 : table.rowViewportPosition(last) + table.rowHeight(last);
-    const int lowest = table.viewport()->height() - height - halo;
+int lineTop(qint64 position, const OutlineView& view, int height) {
+    const int last = static_cast<int>(std::min<qint64>(position, view.model()->rowCount())) - 1;
+    const int between = last < 0 ? view.rowViewportPosition(0)
+                                 : view.rowViewportPosition(last) + view.rowHeight(last);
+    const int lowest = view.viewport()->height() - height - halo;
     return std::clamp(between - height / 2, std::min(halo, lowest), lowest);
 }
 
 /// Around the place of the disclosure control of a row of this depth.
-QRect ringRect(qint64 depth, const QRect& line, const OutlineView& table,
+QRect ringRect(qint64 depth, const QRect& line, const OutlineView& view,
                const CellMetrics& metrics) {
     const int column = OutlineTableModel::keyColumn;
-    const QRect cell(table.columnViewportPosition(column), line.top(), table.columnWidth(column),
+    const QRect cell(view.columnViewportPosition(column), line.top(), view.columnWidth(column),
                      line.height());
     const int edge = metrics.scaled(8);
     const int indentation = static_cast<int>(
         std::min<qint64>(depth * metrics.indentation(), std::max(0, cell.width() - 2 * edge)));
     const QRect ring(cell.left() + metrics.padding() + indentation, line.center().y() - edge / 2,
                      edge, edge);
-    return QStyle::visualRect(table.layoutDirection(), cell, ring);
+    return QStyle::visualRect(view.layoutDirection(), cell, ring);
 }
 
 }  // namespace
 
-DropLine DropLine::below(qint64 position, const PlistNode& container, const OutlineView& table) {
-    const CellMetrics metrics(table.font());
+DropIndicator DropIndicator::below(qint64 position, const PlistNode& container,
+                                   const OutlineView& view) {
+    const CellMetrics metrics(view.font());
     const int height = metrics.scaled(thickness);
-    const OutlineTableModel& model = table.outlineModel();
+    const OutlineTableModel& model = view.outlineModel();
     const std::optional<int> row = model.outline().rowOf(container);
     const qint64 depth = row ? model.row(*row).depth() + 1 : 0;
 
-    DropLine result;
-    result.line = QRect(0, lineTop(position, table, height), table.viewport()->width(), height);
-    result.ring = ringRect(depth, result.line, table, metrics);
+    DropIndicator result;
+    result.line = QRect(0, lineTop(position, view, height), view.viewport()->width(), height);
+    result.ring = ringRect(depth, result.line, view, metrics);
     if (row) {
-        result.container = rowRect(*row, table);
+        result.container = rowRect(*row, view);
     }
     return result;
 }
 
-void DropLine::paint(QPainter& painter, const QPalette& palette) const {
+void DropIndicator::paint(QPainter& painter, const QPalette& palette) const {
     // Whatever the window: it need not be the active one to be dropped on.
     const QColor color = palette.color(QPalette::Active, QPalette::Highlight);
     const QColor ground = palette.color(QPalette::Active, QPalette::Base);

@@ -1,4 +1,4 @@
-#include "app/ui/table/editing/CellControls.h"
+#include "app/ui/table/editing/CellEditors.h"
 
 #include <QScrollBar>
 #include <optional>
@@ -12,38 +12,38 @@
 #include "app/ui/table/view/OutlineView.h"
 #include "app/ui/table/view/ValueCell.h"
 
-CellControls::CellControls(OutlineView& table, const DocumentActions& actions)
-    : QObject(&table), table_(table), actions_(actions) {
+CellEditors::CellEditors(OutlineView& view, const DocumentActions& actions)
+    : QObject(&view), view_(view), actions_(actions) {
     // The field covers its cell wherever that goes.
-    connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, &CellControls::placeDate);
-    connect(table.horizontalScrollBar(), &QScrollBar::valueChanged, this, &CellControls::placeDate);
+    connect(view.verticalScrollBar(), &QScrollBar::valueChanged, this, &CellEditors::placeDate);
+    connect(view.horizontalScrollBar(), &QScrollBar::valueChanged, this, &CellEditors::placeDate);
 }
 
-void CellControls::click(const QModelIndex& index, const QPoint& position) {
+void CellEditors::click(const QModelIndex& index, const QPoint& position) {
     if (index.column() == OutlineTableModel::typeColumn) {
         chooseType(index);
     } else if (index.column() == OutlineTableModel::valueColumn &&
-               table_.checkBoxRect(index).contains(position)) {
+               view_.checkBoxRect(index).contains(position)) {
         toggle(index);
     } else if (index.column() == OutlineTableModel::valueColumn &&
-               table_.linkRect(index).contains(position)) {
+               view_.linkRect(index).contains(position)) {
         showBytes(index);
     }
 }
 
-void CellControls::doubleClick(const QModelIndex& index) {
+void CellEditors::doubleClick(const QModelIndex& index) {
     if (index.column() == OutlineTableModel::valueColumn &&
-        table_.outlineModel().row(index.row()).node().type() == PlistType::date) {
+        view_.outlineModel().row(index.row()).node().type() == PlistType::date) {
         editDate(index);
     }
 }
 
-bool CellControls::workCurrent() {
-    const QModelIndex current = table_.currentIndex();
+bool CellEditors::workCurrent() {
+    const QModelIndex current = view_.currentIndex();
     if (!current.isValid()) {
         return false;
     }
-    switch (table_.outlineModel().row(current.row()).node().type()) {
+    switch (view_.outlineModel().row(current.row()).node().type()) {
         case PlistType::boolean:
             toggle(current);
             return true;
@@ -58,37 +58,37 @@ bool CellControls::workCurrent() {
     }
 }
 
-QWidget* CellControls::fieldAt(const QModelIndex& index) const {
+QWidget* CellEditors::fieldAt(const QModelIndex& index) const {
     const bool isOver = dateEditor_ && index.column() == OutlineTableModel::valueColumn &&
-                        &table_.outlineModel().row(index.row()).node() == dateNode_.get();
+                        &view_.outlineModel().row(index.row()).node() == dateNode_.get();
     return isOver ? dateEditor_.data() : nullptr;
 }
 
-void CellControls::chooseTypeOfCurrent() {
-    const QModelIndex current = table_.currentIndex();
+void CellEditors::chooseTypeOfCurrent() {
+    const QModelIndex current = view_.currentIndex();
     if (current.isValid()) {
         chooseType(current.siblingAtColumn(OutlineTableModel::typeColumn));
     }
 }
 
-void CellControls::toggle(const QModelIndex& index) {
-    const PlistNodePtr node(&table_.outlineModel().row(index.row()).node());
+void CellEditors::toggle(const QModelIndex& index) {
+    const PlistNodePtr node(&view_.outlineModel().row(index.row()).node());
     actions_.changeValue(*node, PlistValue::boolean(!node->scalar().booleanValue()));
 }
 
-void CellControls::chooseType(const QModelIndex& index) {
-    const PlistNodePtr node(&table_.outlineModel().row(index.row()).node());
+void CellEditors::chooseType(const QModelIndex& index) {
+    const PlistNodePtr node(&view_.outlineModel().row(index.row()).node());
     if (!TypeMenu::isFor(*node)) {
         return;
     }
-    auto* menu = new TypeMenu(actions_, node, &table_);
+    auto* menu = new TypeMenu(actions_, node, &view_);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    const QRect cell = table_.visualRect(index);
-    menu->popup(table_.viewport()->mapToGlobal(cell.bottomLeft()));
+    const QRect cell = view_.visualRect(index);
+    menu->popup(view_.viewport()->mapToGlobal(cell.bottomLeft()));
 }
 
-void CellControls::editDate(const QModelIndex& index) {
-    const PlistNodePtr node(&table_.outlineModel().row(index.row()).node());
+void CellEditors::editDate(const QModelIndex& index) {
+    const PlistNodePtr node(&view_.outlineModel().row(index.row()).node());
     if (!DateValueEditor::canEdit(node->scalar().dateValue())) {
         return;
     }
@@ -96,40 +96,40 @@ void CellControls::editDate(const QModelIndex& index) {
     const auto change = [actions = actions_, node](double seconds) {
         actions.changeValue(*node, PlistValue::date(seconds));
     };
-    dateEditor_ = new DateValueEditor(node->scalar().dateValue(), change, table_.viewport());
+    dateEditor_ = new DateValueEditor(node->scalar().dateValue(), change, view_.viewport());
     connect(dateEditor_, &DateValueEditor::finished, this, [this] {
         closeDate();
-        table_.setFocus();
+        view_.setFocus();
     });
-    dateEditor_->setFont(table_.font());
+    dateEditor_->setFont(view_.font());
     dateNode_ = node;
-    table_.scrollTo(index.siblingAtColumn(OutlineTableModel::valueColumn));
+    view_.scrollTo(index.siblingAtColumn(OutlineTableModel::valueColumn));
     placeDate();
     dateEditor_->show();
     dateEditor_->setFocus(Qt::OtherFocusReason);
 }
 
-void CellControls::endEditing() {
+void CellEditors::endEditing() {
     if (dateEditor_) {
         dateEditor_->commit();
     }
 }
 
-void CellControls::placeDate() {
+void CellEditors::placeDate() {
     if (!dateEditor_) {
         return;
     }
     const std::optional<int> row = actions_.outline().rowOf(*dateNode_);
     if (row && dateNode_->type() == PlistType::date) {
         dateEditor_->setGeometry(
-            table_.visualRect(table_.outlineModel().index(*row, OutlineTableModel::valueColumn)));
+            view_.visualRect(view_.outlineModel().index(*row, OutlineTableModel::valueColumn)));
     } else {
         closeDate();
-        table_.setFocus();
+        view_.setFocus();
     }
 }
 
-void CellControls::closeDate() {
+void CellEditors::closeDate() {
     if (dateEditor_) {
         DateValueEditor* editor = std::exchange(dateEditor_, nullptr);
         editor->abandon();
@@ -139,6 +139,6 @@ void CellControls::closeDate() {
     }
 }
 
-void CellControls::showBytes(const QModelIndex& index) {
-    DataValueEditor::open(actions_, table_.outlineModel().row(index.row()), *table_.window());
+void CellEditors::showBytes(const QModelIndex& index) {
+    DataValueEditor::open(actions_, view_.outlineModel().row(index.row()), *view_.window());
 }

@@ -12,7 +12,7 @@ class QAbstractScrollArea;
 
 /// Scrolls an area up and down while a drag rests near its upper or lower edge, faster the longer
 /// it does.
-class EdgeScrolling {
+class DragAutoScroll {
 public:
     /// Between two steps, as in the item views of Qt.
     static constexpr std::chrono::milliseconds interval{50};
@@ -21,8 +21,8 @@ public:
     static constexpr int acceleration = 2;
 
     /// `area` must outlive this. `scrolled` is called after each step.
-    EdgeScrolling(QAbstractScrollArea& area, std::function<void()> scrolled);
-    ~EdgeScrolling();
+    DragAutoScroll(QAbstractScrollArea& area, std::function<void()> scrolled);
+    ~DragAutoScroll();
 
     /// Takes another clock, for tests.
     void setAlarm(std::unique_ptr<Alarm> alarm) { alarm_ = std::move(alarm); }

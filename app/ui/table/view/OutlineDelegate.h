@@ -8,14 +8,14 @@ class OutlineTableModel;
 
 /// What the cells of all columns have in common: the ground with selection and focus, colours, one
 /// line of plain text, and tooltips that stay plain.
-class OutlineCell : public QStyledItemDelegate {
+class OutlineDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
     enum class Tone { primary, secondary, link };
 
     /// `model` must outlive the cell and be the one whose indexes it is asked to paint.
-    explicit OutlineCell(const OutlineTableModel& model, QObject* parent = nullptr);
+    explicit OutlineDelegate(const OutlineTableModel& model, QObject* parent = nullptr);
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const final;

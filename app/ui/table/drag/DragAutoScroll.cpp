@@ -1,4 +1,4 @@
-#include "app/ui/table/drag/EdgeScrolling.h"
+#include "app/ui/table/drag/DragAutoScroll.h"
 
 #include <QAbstractScrollArea>
 #include <QScrollBar>
@@ -7,16 +7,16 @@
 #include "app/model/runtime/TimerAlarm.h"
 #include "app/ui/look/CellMetrics.h"
 
-EdgeScrolling::EdgeScrolling(QAbstractScrollArea& area, std::function<void()> scrolled)
+DragAutoScroll::DragAutoScroll(QAbstractScrollArea& area, std::function<void()> scrolled)
     : area_(area), scrolled_(std::move(scrolled)), alarm_(std::make_unique<TimerAlarm>()) {}
 
-EdgeScrolling::~EdgeScrolling() = default;
+DragAutoScroll::~DragAutoScroll() = default;
 
-int EdgeScrolling::margin() const {
+int DragAutoScroll::margin() const {
     return CellMetrics(area_.font()).rowHeight();
 }
 
-EdgeScrolling::Direction EdgeScrolling::directionAt(const QPoint& position) const {
+DragAutoScroll::Direction DragAutoScroll::directionAt(const QPoint& position) const {
     if (position.y() < margin()) {
         return Direction::up;
     }
@@ -24,7 +24,7 @@ EdgeScrolling::Direction EdgeScrolling::directionAt(const QPoint& position) cons
                                                                  : Direction::none;
 }
 
-void EdgeScrolling::follow(const QPoint& position) {
+void DragAutoScroll::follow(const QPoint& position) {
     const Direction direction = directionAt(position);
     if (direction == direction_) {
         return;
@@ -36,17 +36,17 @@ void EdgeScrolling::follow(const QPoint& position) {
     }
 }
 
-void EdgeScrolling::stop() {
+void DragAutoScroll::stop() {
     alarm_->cancel();
     direction_ = Direction::none;
     length_ = 0;
 }
 
-void EdgeScrolling::waitForStep() {
+void DragAutoScroll::waitForStep() {
     alarm_->set(interval, [this] { step(); });
 }
 
-void EdgeScrolling::step() {
+void DragAutoScroll::step() {
     QScrollBar& bar = *area_.verticalScrollBar();
     length_ = std::min(length_ + acceleration, bar.pageStep());
     const int before = bar.value();

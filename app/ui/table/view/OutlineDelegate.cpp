@@ -1,4 +1,4 @@
-#include "app/ui/table/view/OutlineCell.h"
+#include "app/ui/table/view/OutlineDelegate.h"
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -71,11 +71,11 @@ QString fitting(const QString& text, const QFontMetrics& metrics, int width) {
 
 }  // namespace
 
-OutlineCell::OutlineCell(const OutlineTableModel& model, QObject* parent)
+OutlineDelegate::OutlineDelegate(const OutlineTableModel& model, QObject* parent)
     : QStyledItemDelegate(parent), model_(model) {}
 
-void OutlineCell::paint(QPainter* painter, const QStyleOptionViewItem& option,
-                        const QModelIndex& index) const {
+void OutlineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                            const QModelIndex& index) const {
     QStyleOptionViewItem cell = option;
     cell.index = index;
     cell.showDecorationSelected = true;
@@ -97,15 +97,16 @@ void OutlineCell::paint(QPainter* painter, const QStyleOptionViewItem& option,
     painter->restore();
 }
 
-QSize OutlineCell::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+QSize OutlineDelegate::sizeHint(const QStyleOptionViewItem& option,
+                                const QModelIndex& index) const {
     const CellMetrics metrics(option.font);
     const QString text = index.data().toString();
     return {option.fontMetrics.horizontalAdvance(text) + 2 * metrics.padding(),
             metrics.rowHeight()};
 }
 
-void OutlineCell::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
-                                       const QModelIndex& index) const {
+void OutlineDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                                           const QModelIndex& index) const {
     // The text keeps its place when it begins to be edited, and the field reaches to the end of the
     // cell.
     const int margin = CellMetrics(option.font).padding();
@@ -122,12 +123,12 @@ void OutlineCell::updateEditorGeometry(QWidget* editor, const QStyleOptionViewIt
     editor->setGeometry(option.direction == Qt::RightToLeft ? mirrored : field);
 }
 
-QRect OutlineCell::textRect(const QStyleOptionViewItem& option, const QModelIndex&) const {
+QRect OutlineDelegate::textRect(const QStyleOptionViewItem& option, const QModelIndex&) const {
     return contentRect(option);
 }
 
-bool OutlineCell::helpEvent(QHelpEvent* event, QAbstractItemView* view,
-                            const QStyleOptionViewItem& option, const QModelIndex& index) {
+bool OutlineDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
+                                const QStyleOptionViewItem& option, const QModelIndex& index) {
     if (event->type() != QEvent::ToolTip || !index.isValid()) {
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     }
@@ -140,16 +141,16 @@ bool OutlineCell::helpEvent(QHelpEvent* event, QAbstractItemView* view,
     return true;
 }
 
-QString OutlineCell::tooltipAt(const QPoint&, const QStyleOptionViewItem&,
-                               const QModelIndex& index) const {
+QString OutlineDelegate::tooltipAt(const QPoint&, const QStyleOptionViewItem&,
+                                   const QModelIndex& index) const {
     return index.data(Qt::ToolTipRole).toString();
 }
 
-const OutlineRow& OutlineCell::row(const QModelIndex& index) const {
+const OutlineRow& OutlineDelegate::row(const QModelIndex& index) const {
     return model_.row(index.row());
 }
 
-QColor OutlineCell::textColor(const QStyleOptionViewItem& option, Tone tone) {
+QColor OutlineDelegate::textColor(const QStyleOptionViewItem& option, Tone tone) {
     const QPalette::ColorGroup group = colorGroup(option);
     if (isSelected(option)) {
         // The contrast of selected text leaves nothing to take away.
@@ -161,13 +162,13 @@ QColor OutlineCell::textColor(const QStyleOptionViewItem& option, Tone tone) {
     return option.palette.color(group, tone == Tone::link ? QPalette::Link : QPalette::Text);
 }
 
-QColor OutlineCell::groundColor(const QStyleOptionViewItem& option) {
+QColor OutlineDelegate::groundColor(const QStyleOptionViewItem& option) {
     return option.palette.color(colorGroup(option),
                                 isSelected(option) ? QPalette::Highlight : QPalette::Base);
 }
 
-void OutlineCell::paintText(QPainter& painter, const QStyleOptionViewItem& option,
-                            const QRect& rect, const QString& text, Tone tone) {
+void OutlineDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& option,
+                                const QRect& rect, const QString& text, Tone tone) {
     const QString shown = option.fontMetrics.elidedText(
         fitting(text, option.fontMetrics, rect.width()), Qt::ElideRight, rect.width());
     const Qt::Alignment side =
@@ -177,7 +178,7 @@ void OutlineCell::paintText(QPainter& painter, const QStyleOptionViewItem& optio
     painter.drawText(rect, static_cast<int>(side) | Qt::TextSingleLine, shown);
 }
 
-QRect OutlineCell::contentRect(const QStyleOptionViewItem& option) {
+QRect OutlineDelegate::contentRect(const QStyleOptionViewItem& option) {
     const int padding = CellMetrics(option.font).padding();
     return option.rect.adjusted(padding, 0, -padding, 0);
 }

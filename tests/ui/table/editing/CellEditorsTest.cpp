@@ -23,7 +23,7 @@
 #include "tests/ui/support/UiTest.h"
 
 /// The menu of types and the check boxes, by mouse and by key.
-class CellControlsTest : public QObject {
+class CellEditorsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -306,6 +306,6 @@ private:
 };
 
 int main(int argc, char** argv) {
-    return runUiTest<CellControlsTest>(argc, argv);
+    return runUiTest<CellEditorsTest>(argc, argv);
 }
-#include "CellControlsTest.moc"
+#include "CellEditorsTest.moc"
