@@ -6,7 +6,6 @@
 #include <QTranslator>
 #include <algorithm>
 
-#include "app/desktop/document/DocumentRecovery.h"
 #include "app/desktop/files/FilePath.h"
 #include "app/desktop/files/StateFolder.h"
 #include "app/desktop/session/RecentDocuments.h"
@@ -143,12 +142,7 @@ DocumentWindow* TabuletApp::makeWindow() {
         untitledCount_ == 1 ? tr("Untitled") : tr("Untitled %1").arg(untitledCount_);
     auto* window = new DocumentWindow(name);
     windows_ += window;
-    auto* recovery = new DocumentRecovery(window->controller(), recoveryStore_);
-    connect(this, &TabuletApp::keepingNeeded, recovery, &DocumentRecovery::keepNow);
-    connect(window, &DocumentWindow::recovered, recovery, &DocumentRecovery::keepNow);
-    connect(recovery, &DocumentRecovery::kept, window, &DocumentWindow::handleKept);
-    connect(recovery, &DocumentRecovery::keepingFailed, window,
-            &DocumentWindow::warnThatNothingIsKept);
+    window->session().keepIn(recoveryStore_);
     connect(window, &DocumentWindow::newChosen, this, &TabuletApp::newDocument);
     connect(window, &DocumentWindow::openChosen, this, [this, window] { askForFiles(*window); });
     connect(window, &DocumentWindow::recentChosen, this, &TabuletApp::openOne);
@@ -156,8 +150,6 @@ DocumentWindow* TabuletApp::makeWindow() {
     connect(window, &DocumentWindow::quitChosen, this, &TabuletApp::quit);
     connect(window, &DocumentWindow::closeRefused, this, [this] { isQuitting_ = false; });
     connect(window, &QObject::destroyed, this, &TabuletApp::forget);
-    connect(&window->controller(), &DocumentController::openFailed, window,
-            &DocumentWindow::explainOpenFailure);
     const auto remember = [window] {
         if (const QString& path = window->controller().path(); !path.isEmpty()) {
             RecentDocuments::add(path);
@@ -216,8 +208,8 @@ DocumentWindow* TabuletApp::windowFor(const RecoverableDocument& lost) {
 void TabuletApp::keepAll() {
     for (DocumentWindow* window : windows_) {
         window->view().commitEditing();
+        window->session().keepNow();
     }
-    Q_EMIT keepingNeeded();
     recoveryStore_.wait();
 }
 

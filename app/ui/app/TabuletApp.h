@@ -49,10 +49,6 @@ public:
     /// In the order in which they were made.
     const QList<DocumentWindow*>& windows() const noexcept { return windows_; }
 
-Q_SIGNALS:
-    /// Whatever is not saved must be kept now.
-    void keepingNeeded();
-
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 

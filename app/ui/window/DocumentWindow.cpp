@@ -32,6 +32,7 @@
 #include "app/ui/notices/ProgressPage.h"
 #include "app/ui/notices/SaveProgress.h"
 #include "app/ui/table/PlistTable.h"
+#include "app/ui/window/CloseProtocol.h"
 
 namespace {
 
@@ -63,11 +64,11 @@ bool isAboutThisDocument(const QDialog* dialog) {
 
 DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
     : QMainWindow(parent),
-      controller_(untitledName),
-      follower_(controller_, FileChangeDetector::restTime, this),
+      session_(untitledName),
       pages_(new QStackedWidget(this)),
       progress_(new ProgressPage(pages_)),
-      view_(new DocumentView(controller_.document(), &controller_.undoManager(), pages_)) {
+      view_(new DocumentView(controller().document(), &controller().undoManager(), pages_)),
+      closing_(new CloseProtocol(controller(), *view_, *this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setContextMenuPolicy(Qt::PreventContextMenu);
     setAcceptDrops(true);
@@ -76,14 +77,15 @@ DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
     makeLayout();
     resize(defaultSize);
     followController();
+    followSession();
     followFile();
+    followClosing();
     updateTitle();
     updateFileMenu();
     showDocument();
 }
 
 DocumentWindow::~DocumentWindow() {
-    leaveLostDocument();
     // The view looks at the document until it is gone, and the document is a member of this.
     delete pages_;
 }
@@ -92,7 +94,7 @@ void DocumentWindow::makeLayout() {
     pages_->addWidget(view_);
     pages_->addWidget(progress_);
     auto* content = new QWidget(this);
-    notice_ = new FileNotice(follower_, content);
+    notice_ = new FileNotice(session_.externalChanges(), content);
     saveProgress_ = new SaveProgress(content);
     layout_ = new QVBoxLayout(content);
     layout_->setContentsMargins(0, 0, 0, 0);
@@ -115,7 +117,7 @@ void DocumentWindow::makeMenus() {
     connect(fileMenu_, &FileMenu::revertChosen, this, &DocumentWindow::revert);
     connect(fileMenu_, &FileMenu::quitChosen, this, &DocumentWindow::quitChosen);
     auto* commands = new PlistCommands(*view_, this);
-    menuBar()->addMenu(new EditMenu(*view_, controller_.undoManager(), *commands, this));
+    menuBar()->addMenu(new EditMenu(*view_, controller().undoManager(), *commands, this));
     commands->addEditorItems(*menuBar()->addMenu(tr("Edi&tor")));
     menuBar()->addMenu(new WindowMenu(
         [this] { return allWindows_ ? allWindows_() : QList<QWidget*>{this}; }, this));
@@ -123,36 +125,46 @@ void DocumentWindow::makeMenus() {
 }
 
 void DocumentWindow::followController() {
-    connect(&controller_, &DocumentController::pathChanged, this, &DocumentWindow::updateTitle);
-    connect(&controller_, &DocumentController::modifiedChanged, this, [this] {
-        setWindowModified(controller_.isModified());
+    connect(&controller(), &DocumentController::pathChanged, this, &DocumentWindow::updateTitle);
+    connect(&controller(), &DocumentController::modifiedChanged, this, [this] {
+        setWindowModified(controller().isModified());
         updateFileMenu();
     });
-    connect(&controller_, &DocumentController::activityChanged, this,
+    connect(&controller(), &DocumentController::activityChanged, this,
             &DocumentWindow::updateActivity);
-    connect(&controller_, &DocumentController::opened, this, &DocumentWindow::showDocument);
-    connect(&controller_, &DocumentController::saved, this, &DocumentWindow::handleSaved);
-    connect(&controller_, &DocumentController::revertFailed, this,
+    connect(&controller(), &DocumentController::opened, this, &DocumentWindow::showDocument);
+    connect(&controller(), &DocumentController::revertFailed, this,
             [this](const FileError& error) { MessageDialog::show(*this, error); });
-    connect(&controller_, &DocumentController::saveFailed, this,
+    connect(&controller(), &DocumentController::saveFailed, this,
             &DocumentWindow::explainSaveFailure);
     connect(progress_, &ProgressPage::cancelled, this, &QWidget::close);
 }
 
+void DocumentWindow::followSession() {
+    connect(&session_, &DocumentSession::openFailed, this, &DocumentWindow::explainOpenFailure);
+    connect(&session_, &DocumentSession::recoveryFailed, this,
+            &DocumentWindow::explainRecoveryFailure);
+    connect(&session_, &DocumentSession::keepingFailed, this,
+            &DocumentWindow::warnThatNothingIsKept);
+    connect(&session_, &DocumentSession::kept, this, [this] { delete keepingNotice_; });
+    connect(this, &DocumentWindow::documentShown, &session_, &DocumentSession::keepRecovered);
+}
+
 void DocumentWindow::followFile() {
-    follower_.setInputCheck([this] { return hasInput(); });
-    connect(&follower_, &ExternalChanges::troubleChanged, this, [this] {
+    ExternalChanges& changes = session_.externalChanges();
+    changes.setInputCheck([this] { return hasInput(); });
+    connect(&changes, &ExternalChanges::troubleChanged, this, [this] {
         if (notice_->isAncestorOf(focusWidget())) {
             view_->setFocus();
         }
-        notice_->showTrouble(controller_.name());
+        notice_->showTrouble(controller().name());
     });
     connect(notice_, &FileNotice::reloadChosen, this, &DocumentWindow::reload);
-    connect(notice_, &FileNotice::keepChosen, &follower_, &ExternalChanges::keepMine);
+    connect(notice_, &FileNotice::keepChosen, &changes, &ExternalChanges::keepMine);
     connect(notice_, &FileNotice::saveChosen, this, &DocumentWindow::save);
-    connect(&controller_, &DocumentController::aboutToReload, this,
+    connect(&controller(), &DocumentController::aboutToReload, this,
             [this] { keptPlace_.emplace(*view_); });
-    connect(&controller_, &DocumentController::reloaded, this, [this] {
+    connect(&controller(), &DocumentController::reloaded, this, [this] {
         keptPlace_->restore(*view_);
         keptPlace_.reset();
     });
@@ -166,30 +178,30 @@ bool DocumentWindow::hasInput() const {
 void DocumentWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
-        follower_.check();
+        session_.externalChanges().check();
     }
 }
 
 void DocumentWindow::updateActivity() {
     updateFileMenu();
-    notice_->setEnabled(controller_.activity() == DocumentController::Activity::idle);
-    if (controller_.activity() == DocumentController::Activity::writing) {
-        saveProgress_->start(tr("Saving “%1”…").arg(controller_.name()));
+    notice_->setEnabled(controller().activity() == DocumentController::Activity::idle);
+    if (controller().activity() == DocumentController::Activity::writing) {
+        saveProgress_->start(tr("Saving “%1”…").arg(controller().name()));
     } else {
         saveProgress_->stop();
     }
 }
 
 void DocumentWindow::updateTitle() {
-    setWindowTitle(titleFor(controller_.name()));
-    setWindowFilePath(FilePath::shown(controller_.path()));
+    setWindowTitle(titleFor(controller().name()));
+    setWindowFilePath(FilePath::shown(controller().path()));
 }
 
 void DocumentWindow::updateFileMenu() {
-    const bool isIdle = controller_.activity() == DocumentController::Activity::idle;
+    const bool isIdle = controller().activity() == DocumentController::Activity::idle;
     fileMenu_->setSavingEnabled(isIdle);
-    fileMenu_->setRevertEnabled(isIdle && controller_.isModified() &&
-                                !controller_.path().isEmpty());
+    fileMenu_->setRevertEnabled(isIdle && controller().isModified() &&
+                                !controller().path().isEmpty());
 }
 
 // --- Opening ---
@@ -214,35 +226,13 @@ void DocumentWindow::dropEvent(QDropEvent* event) {
 void DocumentWindow::open(const QString& path) {
     const QString name = FilePath::shownName(path);
     showProgress(name, tr("Opening “%1”\u2026").arg(name));
-    controller_.open(path);
+    controller().open(path);
 }
 
 void DocumentWindow::recover(const RecoverableDocument& lost) {
-    lost_ = lost;
-    lost_->beginAttempt();
     const QString& name = lost.record().title;
     showProgress(name, tr("Recovering “%1”\u2026").arg(name));
-    controller_.recover(lost);
-}
-
-void DocumentWindow::handleKept() {
-    delete keepingNotice_;
-    forgetLostDocument();
-}
-
-/// What a crash left has not been brought back, but not by another crash.
-void DocumentWindow::leaveLostDocument() {
-    if (lost_) {
-        lost_->endAttempt();
-        lost_.reset();
-    }
-}
-
-void DocumentWindow::forgetLostDocument() {
-    if (lost_) {
-        lost_->remove();
-        lost_.reset();
-    }
+    session_.recover(lost);
 }
 
 void DocumentWindow::warnThatNothingIsKept(const QString& reason) {
@@ -269,10 +259,6 @@ void DocumentWindow::showDocument() {
     view_->setEnabled(true);
     view_->toolBar()->setEnabled(true);
     view_->setFocus();
-    if (lost_) {
-        connect(this, &DocumentWindow::documentShown, this, &DocumentWindow::recovered,
-                Qt::SingleShotConnection);
-    }
     if (!awaitsPaint_) {
         awaitsPaint_ = true;
         for (QWidget* painted : view_->paintedWidgets()) {
@@ -284,7 +270,7 @@ void DocumentWindow::showDocument() {
 bool DocumentWindow::eventFilter(QObject* watched, QEvent* event) {
     // What is painted now is the document: tell when that is done.
     if (awaitsPaint_ && event->type() == QEvent::Paint && pages_->currentWidget() == view_ &&
-        controller_.activity() != DocumentController::Activity::reading) {
+        controller().activity() != DocumentController::Activity::reading) {
         awaitsPaint_ = false;
         for (QWidget* painted : view_->paintedWidgets()) {
             painted->removeEventFilter(this);
@@ -294,14 +280,18 @@ bool DocumentWindow::eventFilter(QObject* watched, QEvent* event) {
     return QMainWindow::eventFilter(watched, event);
 }
 
+/// Then closes the window, which has nothing to show.
 void DocumentWindow::explainOpenFailure(const FileError& error) {
     progress_->stop();
-    const QMessageBox* box =
-        lost_ ? MessageDialog::show(
-                    *this, tr("“%1” could not be recovered.").arg(lost_->record().title),
-                    tr("%1\n\nWhat was kept is in “%2”.").arg(error.failureReason(), error.path()))
-              : MessageDialog::show(*this, error);
-    leaveLostDocument();
+    const QMessageBox* box = MessageDialog::show(*this, error);
+    connect(box, &QMessageBox::finished, this, &QWidget::close);
+}
+
+void DocumentWindow::explainRecoveryFailure(const QString& title, const FileError& error) {
+    progress_->stop();
+    const QMessageBox* box = MessageDialog::show(
+        *this, tr("“%1” could not be recovered.").arg(title),
+        tr("%1\n\nWhat was kept is in “%2”.").arg(error.failureReason(), error.path()));
     connect(box, &QMessageBox::finished, this, &QWidget::close);
 }
 
@@ -314,42 +304,34 @@ bool DocumentWindow::isUndisturbed() const {
 // --- Saving ---
 
 void DocumentWindow::save() {
-    if (controller_.activity() != DocumentController::Activity::idle || !view_->commitEditing()) {
-        refuseClose();
+    if (controller().activity() != DocumentController::Activity::idle || !view_->commitEditing()) {
+        closing_->refuse();
         return;
     }
-    if (controller_.path().isEmpty()) {
+    if (controller().path().isEmpty()) {
         saveAs();
     } else {
-        controller_.save();
+        controller().save();
     }
 }
 
 void DocumentWindow::saveAs() {
     if (!view_->commitEditing()) {
-        refuseClose();
+        closing_->refuse();
         return;
     }
-    QFileDialog* dialog = FileDialogs::saving(*this, controller_.path(), controller_.name());
+    QFileDialog* dialog = FileDialogs::saving(*this, controller().path(), controller().name());
     connect(dialog, &QFileDialog::fileSelected, this, &DocumentWindow::saveTo);
-    connect(dialog, &QFileDialog::rejected, this, &DocumentWindow::refuseClose);
+    connect(dialog, &QFileDialog::rejected, closing_, &CloseProtocol::refuse);
     dialog->open();
 }
 
 /// Saves under this name, unless something else has begun while the user was asked for it.
 void DocumentWindow::saveTo(const QString& path) {
-    if (controller_.activity() == DocumentController::Activity::idle) {
-        controller_.save(path);
+    if (controller().activity() == DocumentController::Activity::idle) {
+        controller().save(path);
     } else {
-        refuseClose();
-    }
-}
-
-void DocumentWindow::handleSaved() {
-    forgetLostDocument();
-    if (closesWhenSaved_) {
-        closesWhenSaved_ = false;
-        close();
+        closing_->refuse();
     }
 }
 
@@ -360,14 +342,14 @@ void DocumentWindow::explainSaveFailure(const FileError& error) {
         });
         return;
     }
-    refuseClose();
+    closing_->refuse();
     MessageDialog::show(*this, error);
 }
 
 void DocumentWindow::saveDespiteChange(MessageDialog::ChangeAnswer answer) {
     switch (answer) {
         case MessageDialog::ChangeAnswer::overwrite:
-            saveTo(controller_.path());
+            saveTo(controller().path());
             return;
         case MessageDialog::ChangeAnswer::saveAs:
             saveAs();
@@ -378,64 +360,35 @@ void DocumentWindow::saveDespiteChange(MessageDialog::ChangeAnswer answer) {
         case MessageDialog::ChangeAnswer::cancel:
             break;
     }
-    refuseClose();
+    closing_->refuse();
 }
 
 void DocumentWindow::reload() {
-    if (controller_.activity() == DocumentController::Activity::idle) {
+    if (controller().activity() == DocumentController::Activity::idle) {
         view_->endEditing();
-        controller_.reload();
+        controller().reload();
     }
 }
 
 void DocumentWindow::revert() {
-    if (controller_.activity() == DocumentController::Activity::idle) {
+    if (controller().activity() == DocumentController::Activity::idle) {
         view_->endEditing();
-        controller_.revert();
+        controller().revert();
     }
 }
 
 // --- Closing ---
 
-void DocumentWindow::closeEvent(QCloseEvent* event) {
-    if (!closesUnasked_ && !view_->commitEditing()) {
-        event->ignore();
-        refuseClose();
-    } else if (controller_.activity() == DocumentController::Activity::writing) {
-        closesWhenSaved_ = true;
+void DocumentWindow::followClosing() {
+    connect(closing_, &CloseProtocol::refused, this, &DocumentWindow::closeRefused);
+    connect(closing_, &CloseProtocol::saveChosen, this, &DocumentWindow::save);
+    connect(closing_, &CloseProtocol::discardChosen, &session_, &DocumentSession::discardRecovered);
+    connect(closing_, &CloseProtocol::waitsForSave, this, [this] {
         saveProgress_->showNow(
-            tr("Saving “%1”… The window closes when that is done.").arg(controller_.name()));
-        event->ignore();
-    } else if (controller_.isModified() && !closesUnasked_) {
-        event->ignore();
-        askToSave();
-    } else {
-        event->accept();
-    }
-}
-
-void DocumentWindow::askToSave() {
-    if (isAsking_) {
-        return;
-    }
-    isAsking_ = true;
-    QMessageBox* box = MessageDialog::askToSave(*this, controller_.name());
-    connect(box, &QMessageBox::finished, this, [this](int answer) {
-        isAsking_ = false;
-        if (answer == QMessageBox::Save) {
-            closesWhenSaved_ = true;
-            save();
-        } else if (answer == QMessageBox::Discard) {
-            closesUnasked_ = true;
-            forgetLostDocument();
-            close();
-        } else {
-            refuseClose();
-        }
+            tr("Saving “%1”… The window closes when that is done.").arg(controller().name()));
     });
 }
 
-void DocumentWindow::refuseClose() {
-    closesWhenSaved_ = false;
-    Q_EMIT closeRefused();
+void DocumentWindow::closeEvent(QCloseEvent* event) {
+    event->setAccepted(closing_->mayClose());
 }

@@ -7,12 +7,11 @@
 #include <optional>
 #include <utility>
 
-#include "app/desktop/document/DocumentController.h"
-#include "app/desktop/document/ExternalChanges.h"
-#include "app/desktop/recovery/RecoverableDocument.h"
+#include "app/desktop/document/DocumentSession.h"
 #include "app/ui/dialogs/MessageDialog.h"
 #include "app/ui/window/KeptPlace.h"
 
+class CloseProtocol;
 class DocumentView;
 class FileMenu;
 class NoticeStrip;
@@ -36,7 +35,8 @@ public:
     explicit DocumentWindow(const QString& untitledName, QWidget* parent = nullptr);
     ~DocumentWindow() override;
 
-    DocumentController& controller() noexcept { return controller_; }
+    DocumentSession& session() noexcept { return session_; }
+    DocumentController& controller() noexcept { return session_.controller(); }
     DocumentView& view() noexcept { return *view_; }
 
     /// Reads a file into this window.
@@ -44,16 +44,6 @@ public:
 
     /// Brings what a crash left unsaved into this window.
     void recover(const RecoverableDocument& lost);
-
-    /// The document has been kept for a crash: what an earlier one left of it is needed no more.
-    void handleKept();
-
-    /// Says as long as it is so that the document cannot be kept for a crash, for this reason.
-    void warnThatNothingIsKept(const QString& reason);
-
-    /// Says why the file of this window could not be opened, then closes the window, which has
-    /// nothing to show.
-    void explainOpenFailure(const FileError& error);
 
     /// Whether the document is there, nothing is asked over it, and nothing is being typed into it.
     /// Dialogs that ask what to open or to recover do not count.
@@ -89,9 +79,6 @@ Q_SIGNALS:
     /// The document stands on the screen, complete.
     void documentShown();
 
-    /// A document that a crash left unsaved stands on the screen.
-    void recovered();
-
 protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -106,34 +93,30 @@ private:
     void updateActivity();
     bool hasInput() const;
     void followController();
+    void followSession();
+    void followClosing();
     void updateTitle();
     void updateFileMenu();
     void showProgress(const QString& title, const QString& text);
     void showDocument();
-    void askToSave();
-    void handleSaved();
+    void explainOpenFailure(const FileError& error);
+    void explainRecoveryFailure(const QString& title, const FileError& error);
+    void warnThatNothingIsKept(const QString& reason);
     void saveTo(const QString& path);
-    void leaveLostDocument();
-    void forgetLostDocument();
     void explainSaveFailure(const FileError& error);
     void saveDespiteChange(MessageDialog::ChangeAnswer answer);
-    void refuseClose();
 
-    DocumentController controller_;
-    ExternalChanges follower_;
+    DocumentSession session_;
     std::optional<KeptPlace> keptPlace_;
     QStackedWidget* pages_;
     ProgressPage* progress_;
     DocumentView* view_;
+    CloseProtocol* closing_;
     FileMenu* fileMenu_ = nullptr;
     FileNotice* notice_ = nullptr;
     QVBoxLayout* layout_ = nullptr;
     QPointer<NoticeStrip> keepingNotice_;
     SaveProgress* saveProgress_ = nullptr;
     std::function<QList<QWidget*>()> allWindows_;
-    std::optional<RecoverableDocument> lost_;
-    bool closesWhenSaved_ = false;
-    bool closesUnasked_ = false;
-    bool isAsking_ = false;
     bool awaitsPaint_ = false;
 };

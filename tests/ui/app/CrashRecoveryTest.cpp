@@ -9,7 +9,6 @@
 #include <QTimer>
 #include <memory>
 
-#include "app/desktop/document/DocumentRecovery.h"
 #include "app/desktop/files/StateFolder.h"
 #include "app/desktop/saving/SafetyCopy.h"
 #include "app/ui/app/TabuletApp.h"
@@ -231,15 +230,14 @@ private Q_SLOTS:
         Samples::writeFile(StateFolder::recoveryPath(), "in the way");
         app_->start({});
         window(0).view().actions().changeFormat(PlistFormat::binary);
-        auto* recovery = window(0).controller().findChild<DocumentRecovery*>();
-        recovery->keepNow();
+        window(0).session().keepNow();
         QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("keepingNotice")) != nullptr);
         const auto* notice = window(0).findChild<NoticeStrip*>(QStringLiteral("keepingNotice"));
         QVERIFY(notice->isVisible());
         QCOMPARE(notice->text(), QStringLiteral("Unsaved changes cannot be kept for a crash: Not a "
                                                 "directory. Save often."));
         QVERIFY(QFile::remove(StateFolder::recoveryPath()));
-        recovery->keepNow();
+        window(0).session().keepNow();
         QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("keepingNotice")) == nullptr);
     }
 

@@ -184,7 +184,7 @@ private Q_SLOTS:
         }
         window_->show();
         QVERIFY(QTest::qWaitForWindowActive(window_));
-        QSignalSpy examined(window_->findChild<FileChangeDetector*>(),
+        QSignalSpy examined(window_->session().externalChanges().findChild<FileChangeDetector*>(),
                             &FileChangeDetector::examined);
         window_->open(path());
         // The first look needs no reason.

@@ -53,8 +53,6 @@ private Q_SLOTS:
         folder_ = std::make_unique<QTemporaryDir>();
         QVERIFY(folder_->isValid());
         window_ = new DocumentWindow(QStringLiteral("Untitled"));
-        connect(&window_->controller(), &DocumentController::openFailed, window_,
-                &DocumentWindow::explainOpenFailure);
         window_->show();
         QVERIFY(QTest::qWaitForWindowActive(window_));
     }

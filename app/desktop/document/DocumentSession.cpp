@@ -1,0 +1,66 @@
+#include "app/desktop/document/DocumentSession.h"
+
+#include "app/desktop/document/DocumentRecovery.h"
+
+DocumentSession::DocumentSession(const QString& untitledName, QObject* parent)
+    : QObject(parent), controller_(untitledName), externalChanges_(controller_) {
+    connect(&controller_, &DocumentController::saved, this, &DocumentSession::discardRecovered);
+    connect(&controller_, &DocumentController::openFailed, this,
+            &DocumentSession::handleOpenFailure);
+}
+
+DocumentSession::~DocumentSession() {
+    endRecovery();
+}
+
+void DocumentSession::keepIn(RecoveryStore& store) {
+    recovery_ = new DocumentRecovery(controller_, store);
+    connect(recovery_, &DocumentRecovery::kept, this, [this] {
+        discardRecovered();
+        Q_EMIT kept();
+    });
+    connect(recovery_, &DocumentRecovery::keepingFailed, this, &DocumentSession::keepingFailed);
+}
+
+void DocumentSession::keepNow() {
+    if (recovery_ != nullptr) {
+        recovery_->keepNow();
+    }
+}
+
+void DocumentSession::recover(const RecoverableDocument& lost) {
+    recovered_ = lost;
+    recovered_->beginAttempt();
+    controller_.recover(lost);
+}
+
+void DocumentSession::keepRecovered() {
+    if (recovered_) {
+        keepNow();
+    }
+}
+
+void DocumentSession::discardRecovered() {
+    if (recovered_) {
+        recovered_->remove();
+        recovered_.reset();
+    }
+}
+
+void DocumentSession::handleOpenFailure(const FileError& error) {
+    if (recovered_) {
+        const QString title = recovered_->record().title;
+        endRecovery();
+        Q_EMIT recoveryFailed(title, error);
+    } else {
+        Q_EMIT openFailed(error);
+    }
+}
+
+/// What a crash left has not been brought back, but not by another crash.
+void DocumentSession::endRecovery() {
+    if (recovered_) {
+        recovered_->endAttempt();
+        recovered_.reset();
+    }
+}
