@@ -7,8 +7,10 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTextCursor>
 #include <QTextDocument>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "app/desktop/files/BackgroundTask.h"
@@ -16,7 +18,6 @@
 #include "app/desktop/saving/ByteFile.h"
 #include "app/model/runtime/Plist.h"
 #include "app/ui/dialogs/MessageDialog.h"
-#include "app/ui/editors/Base64Filling.h"
 #include "app/ui/look/Colors.h"
 #include "app/ui/look/SecondaryLabel.h"
 #include "app/ui/notices/ProgressPage.h"
@@ -36,6 +37,10 @@ QPlainTextEdit* makeEditor(const QString& name, QWidget* parent) {
     return editor;
 }
 
+/// Their Base64 is 76 characters, the longest line of mail (RFC 2045, section 6.8).
+constexpr std::size_t bytesPerLine = 57;
+static_assert(DataPopover::bytesPerTurn % bytesPerLine == 0);
+
 /// More than a person types: to read it takes longer than an answer may.
 constexpr qsizetype longText = 1'000'000;
 
@@ -46,6 +51,78 @@ std::optional<std::vector<std::uint8_t>> bytesOf(QString text) {
 
 }  // namespace
 
+// --- The Base64 of many bytes ---
+
+/// Fills a text editor with the Base64 of bytes, in lines: an editor is slow with a single line of
+/// megabytes. Many bytes go there in several turns of the event loop, because millions of lines
+/// take longer than a window may leave its user without an answer.
+class DataPopover::Base64Filler {
+public:
+    /// `editor` must outlive the filler. `done` is called when all bytes are there, if that took
+    /// more than one turn.
+    Base64Filler(QPlainTextEdit& editor, std::function<void()> done);
+
+    /// Replaces the text. The bytes must stay as they are until all are there; meanwhile the editor
+    /// is read-only. Starting again gives up what was not done.
+    void start(Bytes bytes);
+
+    bool isDone() const noexcept { return rest_.empty(); }
+
+private:
+    void addSome();
+    QString takeLines();
+
+    QPlainTextEdit& editor_;
+    std::function<void()> done_;
+    Bytes rest_;
+    QTimer next_;
+};
+
+DataPopover::Base64Filler::Base64Filler(QPlainTextEdit& editor, std::function<void()> done)
+    : editor_(editor), done_(std::move(done)) {
+    next_.setInterval(0);
+    QObject::connect(&next_, &QTimer::timeout, &editor, [this] { addSome(); });
+}
+
+void DataPopover::Base64Filler::start(Bytes bytes) {
+    next_.stop();
+    rest_ = bytes;
+    const bool isLong = bytes.size() > bytesPerTurn;
+    // Wrapped, all lines would be laid out whenever the window gets another size.
+    editor_.setLineWrapMode(isLong ? QPlainTextEdit::NoWrap : QPlainTextEdit::WidgetWidth);
+    editor_.setReadOnly(isLong);
+    editor_.setPlainText(takeLines());
+    if (isLong) {
+        editor_.setUndoRedoEnabled(false);
+        next_.start();
+    }
+}
+
+void DataPopover::Base64Filler::addSome() {
+    QTextCursor end(editor_.document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(u'\n' + takeLines());
+    if (isDone()) {
+        next_.stop();
+        editor_.setUndoRedoEnabled(true);
+        editor_.setReadOnly(false);
+        done_();
+    }
+}
+
+QString DataPopover::Base64Filler::takeLines() {
+    const Bytes taken = rest_.first(std::min(rest_.size(), bytesPerTurn));
+    rest_ = rest_.subspan(taken.size());
+    QString lines;
+    for (std::size_t at = 0; at < taken.size(); at += bytesPerLine) {
+        const Bytes line = taken.subspan(at, std::min(bytesPerLine, taken.size() - at));
+        lines += QLatin1String(at > 0 ? "\n" : "") + QString::fromStdString(Base64::encoded(line));
+    }
+    return lines;
+}
+
+// --- The popover ---
+
 DataPopover::DataPopover(Bytes bytes, const QString& name, std::function<void(Bytes)> apply,
                          QWidget* parent)
     : QDialog(parent),
@@ -54,7 +131,6 @@ DataPopover::DataPopover(Bytes bytes, const QString& name, std::function<void(By
       dump_(makeEditor(tr("Bytes"), this)),
       note_(new SecondaryLabel({}, this)),
       base64_(makeEditor(tr("Base64"), this)),
-      filling_(new Base64Filling(*base64_, this)),
       problem_(new QLabel(tr("This is not valid Base64."), this)),
       buttons_(new QDialogButtonBox(this)),
       progress_(new QProgressBar(this)) {
@@ -63,12 +139,14 @@ DataPopover::DataPopover(Bytes bytes, const QString& name, std::function<void(By
     dump_->setLineWrapMode(QPlainTextEdit::NoWrap);
     makeLayout();
     connect(base64_, &QPlainTextEdit::textChanged, this, [this] { isEdited_ = true; });
-    connect(filling_, &Base64Filling::done, this, [this] {
+    filler_ = std::make_unique<Base64Filler>(*base64_, [this] {
         isEdited_ = false;
         finish();
     });
     setBytes(bytes);
 }
+
+DataPopover::~DataPopover() = default;
 
 void DataPopover::makeLayout() {
     auto* layout = new QVBoxLayout(this);
@@ -100,17 +178,17 @@ void DataPopover::makeLayout() {
 }
 
 void DataPopover::setBytes(Bytes bytes) {
-    const bool wasFilling = !filling_->isDone();
+    const bool wasFilling = !filler_->isDone();
     bytes_.assign(bytes.begin(), bytes.end());
     dump_->setPlainText(DataText::dump(bytes_));
     note_->setText(DataText::dumpNote(bytes_));
     note_->setVisible(!note_->text().isEmpty());
-    filling_->start(bytes_);
+    filler_->start(bytes_);
     isEdited_ = false;
     if (wasFilling) {
         finish();
     }
-    if (!filling_->isDone()) {
+    if (!filler_->isDone()) {
         begin(tr("Showing the bytes as Base64\u2026"));
     }
     setInvalid(false);

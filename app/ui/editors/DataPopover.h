@@ -2,13 +2,14 @@
 
 #include <QDialog>
 #include <QTimer>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
 
-class Base64Filling;
 class QDialogButtonBox;
 class QLabel;
 class QPlainTextEdit;
@@ -22,9 +23,14 @@ class DataPopover : public QDialog {
 public:
     using Bytes = std::span<const std::uint8_t>;
 
+    /// The most bytes that are shown as Base64 at once; more follow in further turns of the event
+    /// loop.
+    static constexpr std::size_t bytesPerTurn = std::size_t{57} * 1024;
+
     /// `name` is proposed as the name of a file; `apply` takes new bytes into the document.
     DataPopover(Bytes bytes, const QString& name, std::function<void(Bytes)> apply,
                 QWidget* parent);
+    ~DataPopover() override;
 
     /// The item has other bytes now. A text that the user has begun to edit is replaced.
     void setBytes(Bytes bytes);
@@ -33,6 +39,8 @@ public:
     bool isInvalid() const noexcept { return isInvalid_; }
 
 private:
+    class Base64Filler;
+
     void makeLayout();
     void applyText();
     void apply(const std::optional<std::vector<std::uint8_t>>& bytes);
@@ -50,7 +58,7 @@ private:
     QPlainTextEdit* dump_;
     QLabel* note_;
     QPlainTextEdit* base64_;
-    Base64Filling* filling_;
+    std::unique_ptr<Base64Filler> filler_;
     QLabel* problem_;
     QDialogButtonBox* buttons_;
     /// Appears when something takes its time.

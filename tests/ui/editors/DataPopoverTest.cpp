@@ -16,7 +16,6 @@
 #include <vector>
 
 #include "app/desktop/files/BackgroundTask.h"
-#include "app/ui/editors/Base64Filling.h"
 #include "app/ui/editors/DataPopover.h"
 #include "app/ui/text/DataText.h"
 #include "app/ui/text/FileName.h"
@@ -156,7 +155,7 @@ private Q_SLOTS:
     /// The window answers meanwhile, and nobody applies half of the bytes.
     void showsManyBytesInTurns() {
         constexpr std::size_t turns = 4;
-        const auto bytes = counting(turns * Base64Filling::bytesPerTurn);
+        const auto bytes = counting(turns * DataPopover::bytesPerTurn);
         Item item(bytes);
         const QPlainTextEdit* text = item.editor("Base64");
         QVERIFY(!item.isIdle());

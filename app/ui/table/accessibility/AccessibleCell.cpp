@@ -1,5 +1,6 @@
 #include "app/ui/table/accessibility/AccessibleCell.h"
 
+#include <QHeaderView>
 #include <optional>
 #include <utility>
 
@@ -31,6 +32,65 @@ QString keyOf(const QString& action) {
 }
 
 }  // namespace
+
+// --- What headers and cells have in common ---
+
+bool AccessiblePart::isValid() const {
+    return true;
+}
+
+QObject* AccessiblePart::object() const {
+    return nullptr;
+}
+
+QAccessibleInterface* AccessiblePart::parent() const {
+    return QAccessible::queryAccessibleInterface(&view_);
+}
+
+int AccessiblePart::childCount() const {
+    return 0;
+}
+
+QAccessibleInterface* AccessiblePart::child(int) const {
+    return nullptr;
+}
+
+QAccessibleInterface* AccessiblePart::childAt(int, int) const {
+    return nullptr;
+}
+
+int AccessiblePart::indexOfChild(const QAccessibleInterface*) const {
+    return -1;
+}
+
+void AccessiblePart::setText(QAccessible::Text, const QString&) {}
+
+// --- The header of a column ---
+
+QString AccessibleHeader::text(QAccessible::Text kind) const {
+    return kind == QAccessible::Name ? view()
+                                           .outlineModel()
+                                           .headerData(column(), Qt::Horizontal, Qt::DisplayRole)
+                                           .toString()
+                                     : QString();
+}
+
+QRect AccessibleHeader::rect() const {
+    const QHeaderView& header = *view().horizontalHeader();
+    const QPoint corner(header.sectionViewportPosition(column()), 0);
+    return {header.viewport()->mapToGlobal(corner),
+            QSize(header.sectionSize(column()), header.height())};
+}
+
+QAccessible::Role AccessibleHeader::role() const {
+    return QAccessible::ColumnHeader;
+}
+
+QAccessible::State AccessibleHeader::state() const {
+    return {};
+}
+
+// --- A cell and its node ---
 
 AccessibleCell::AccessibleCell(OutlineView& view, PlistNodePtr node, int column)
     : AccessiblePart(view, column), node_(std::move(node)) {}

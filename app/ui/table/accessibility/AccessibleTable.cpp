@@ -6,7 +6,6 @@
 
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/table/accessibility/AccessibleCell.h"
-#include "app/ui/table/accessibility/AccessibleHeader.h"
 #include "app/ui/table/view/OutlineTableModel.h"
 #include "app/ui/table/view/OutlineView.h"
 

@@ -10,7 +10,6 @@
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/editors/InlineTextField.h"
 #include "app/ui/editors/LongTextEditor.h"
-#include "app/ui/table/view/OutlineDelegate.h"
 #include "app/ui/table/view/OutlineTableModel.h"
 #include "app/ui/table/view/OutlineView.h"
 #include "app/ui/text/RowText.h"
