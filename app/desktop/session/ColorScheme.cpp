@@ -1,6 +1,7 @@
 #include "app/desktop/session/ColorScheme.h"
 
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
@@ -38,9 +39,12 @@ ColorScheme::ColorScheme(const QDBusConnection& bus, QObject* parent) : QObject(
     if (!bus_.isConnected()) {
         return;
     }
-    // From whoever owns the path: connections without a bus have no names for services.
-    bus_.connect(QString(), path, interface, QLatin1String("SettingChanged"), this,
-                 SLOT(handleSettingChange(QString, QString, QDBusVariant)));
+    // A type that nobody has registered is unknown to `connect`, which refuses the slot then.
+    qDBusRegisterMetaType<QDBusVariant>();
+    if (!bus_.connect(service, path, interface, QLatin1String("SettingChanged"), this,
+                      SLOT(handleSettingChange(QString, QString, QDBusVariant)))) {
+        qWarning("Changes of the desktop's colours will not be seen.");
+    }
     ask();
 }
 

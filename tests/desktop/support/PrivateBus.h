@@ -16,6 +16,9 @@ public:
     /// Whether it runs: not where the program dbus-daemon is not installed.
     bool isRunning() const { return !address_.isEmpty(); }
 
+    /// Where other processes find it.
+    const QString& address() const noexcept { return address_; }
+
     /// A new connection of its own, closed with this at the latest.
     QDBusConnection connect();
 

@@ -1,37 +1,110 @@
 #include "tests/desktop/support/SettingsPortal.h"
 
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMetaType>
+#include <QDBusVariant>
+#include <QObject>
+#include <QSocketNotifier>
+#include <QStringList>
+#include <array>
+#include <iostream>
+
+#include "tests/desktop/support/PrivateBus.h"
+
 namespace {
 
-const QString clientName = QStringLiteral("client of the settings portal");
+const QString option = QStringLiteral("--settings-portal");
+const QString connectionName = QStringLiteral("settings portal");
+const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
 
 }  // namespace
 
-SettingsPortal::SettingsPortal(uint colorScheme) : colorScheme_(colorScheme) {
-    server_.setAnonymousAuthenticationAllowed(true);
-    connect(&server_, &QDBusServer::newConnection, this, [this](QDBusConnection connection) {
-        connection.registerObject(
-            QStringLiteral("/org/freedesktop/portal/desktop"), this,
-            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
-    });
+/// What is on the bus.
+class PortalObject : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    explicit PortalObject(uint colorScheme) : colorScheme_(colorScheme) {}
+
+    void set(const QString& group, const QString& key, uint value) {
+        if (isColorScheme(group, key)) {
+            colorScheme_ = value;
+        }
+        Q_EMIT SettingChanged(group, key, QDBusVariant(value));
+    }
+
+public Q_SLOTS:
+    // The names are those of the interface.
+    QDBusVariant Read(const QString& group, const QString& key) const {  // NOLINT
+        // The first version of the portal wraps the value twice.
+        return isColorScheme(group, key)
+                   ? QDBusVariant(QVariant::fromValue(QDBusVariant(colorScheme_)))
+                   : QDBusVariant(QString());
+    }
+
+Q_SIGNALS:
+    void SettingChanged(const QString& group, const QString& key,  // NOLINT
+                        const QDBusVariant& value);
+
+private:
+    static bool isColorScheme(const QString& group, const QString& key) {
+        return group == QStringLiteral("org.freedesktop.appearance") &&
+               key == QStringLiteral("color-scheme");
+    }
+
+    uint colorScheme_;
+};
+
+SettingsPortal::SettingsPortal(const PrivateBus& bus, uint colorScheme) {
+    process_.start(QCoreApplication::applicationFilePath(),
+                   {option, bus.address(), QString::number(colorScheme)});
+    process_.waitForReadyRead();
 }
 
 SettingsPortal::~SettingsPortal() {
-    QDBusConnection::disconnectFromPeer(clientName);
-}
-
-QDBusConnection SettingsPortal::connection() {
-    return QDBusConnection::connectToPeer(server_.address(), clientName);
+    process_.closeWriteChannel();
+    process_.waitForFinished();
 }
 
 void SettingsPortal::set(const QString& group, const QString& key, uint value) {
-    colorScheme_ = value;
-    Q_EMIT SettingChanged(group, key, QDBusVariant(value));
+    process_.write(QStringLiteral("%1 %2 %3\n").arg(group, key).arg(value).toUtf8());
+    process_.waitForBytesWritten();
 }
 
-QDBusVariant SettingsPortal::Read(const QString& group, const QString& key) {
-    const bool isKnown = group == QStringLiteral("org.freedesktop.appearance") &&
-                         key == QStringLiteral("color-scheme");
-    // The first version of the portal wraps the value twice.
-    return isKnown ? QDBusVariant(QVariant::fromValue(QDBusVariant(colorScheme_)))
-                   : QDBusVariant(QString());
+bool SettingsPortal::serveIfAsked() {
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 4 || arguments[1] != option) {
+        return false;
+    }
+    qDBusRegisterMetaType<QDBusVariant>();
+    QDBusConnection bus = QDBusConnection::connectToBus(arguments[2], connectionName);
+    PortalObject portal(arguments[3].toUInt());
+    bus.registerObject(path, &portal,
+                       QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
+    bus.registerService(service);
+    std::cout << "ready" << std::endl;
+    // Messages are answered on the main thread, so that reading must not hold it up.
+    QSocketNotifier input(0, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &portal, [&portal] {
+        std::array<char, 1024> buffer;
+        const ssize_t size = ::read(0, buffer.data(), buffer.size());
+        if (size <= 0) {
+            QCoreApplication::quit();
+            return;
+        }
+        const QString text = QString::fromUtf8(buffer.data(), size);
+        for (const QString& line : text.split(u'\n', Qt::SkipEmptyParts)) {
+            const QStringList words = line.split(u' ');
+            portal.set(words[0], words[1], words[2].toUInt());
+        }
+    });
+    QCoreApplication::exec();
+    return true;
 }
+
+#include "SettingsPortal.moc"

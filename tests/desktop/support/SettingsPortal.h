@@ -1,35 +1,29 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusServer>
-#include <QDBusVariant>
-#include <QObject>
+#include <QProcess>
 #include <QString>
 
-/// What a desktop's settings portal answers, on a connection of its own without a bus.
-class SettingsPortal : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+class PrivateBus;
 
+/// A desktop's settings portal on a bus, in another process: the types that it registers for its
+/// messages are unknown in this one, as on a real desktop. Ends with this.
+///
+/// The other process is the test program once more, so its `main` must begin with `serveIfAsked`.
+class SettingsPortal {
 public:
-    explicit SettingsPortal(uint colorScheme);
-    ~SettingsPortal() override;
-
-    /// A connection of a client. Closed with the portal.
-    QDBusConnection connection();
+    /// Returns when the portal can be asked.
+    SettingsPortal(const PrivateBus& bus, uint colorScheme);
+    ~SettingsPortal();
+    SettingsPortal(const SettingsPortal&) = delete;
+    SettingsPortal& operator=(const SettingsPortal&) = delete;
 
     /// Changes a setting and tells everybody.
     void set(const QString& group, const QString& key, uint value);
 
-public Q_SLOTS:
-    // The names are those of the interface.
-    QDBusVariant Read(const QString& group, const QString& key);  // NOLINT
-
-Q_SIGNALS:
-    void SettingChanged(const QString& group, const QString& key,  // NOLINT
-                        const QDBusVariant& value);
+    /// Where this process is to be the portal: is that, to its end, and returns true. Needs an
+    /// application.
+    static bool serveIfAsked();
 
 private:
-    QDBusServer server_;
-    uint colorScheme_;
+    QProcess process_;
 };
