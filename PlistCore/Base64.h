@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+namespace plist {
+
 /// The standard Base64 alphabet (RFC 4648, section 4), both ways.
 namespace Base64 {
 
@@ -39,3 +41,5 @@ constexpr std::size_t decodedCapacity(std::size_t length) {
 std::optional<std::size_t> decode(std::string_view text, std::uint8_t* output) noexcept;
 
 }  // namespace Base64
+
+}  // namespace plist

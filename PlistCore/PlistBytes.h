@@ -9,6 +9,8 @@
 #include <string_view>
 #include <utility>
 
+namespace plist {
+
 /// A growing buffer of bytes that is moved, not copied: what writers produce.
 ///
 /// Unlike a vector it leaves fresh memory untouched until it is written. Large buffers are mappings
@@ -76,3 +78,5 @@ private:
     std::size_t size_ = 0;
     std::size_t capacity_ = 0;
 };
+
+}  // namespace plist

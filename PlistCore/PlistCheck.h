@@ -1,5 +1,7 @@
 #pragma once
 
+namespace plist {
+
 /// Called with the message of a broken rule; must not return. The default prints it and aborts.
 using PlistCheckHandler = void (*)(const char* message);
 
@@ -17,3 +19,5 @@ inline void plistCheck(bool rule, const char* message) {
         plistCheckFailed(message);
     }
 }
+
+}  // namespace plist

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace plist {
+
 class PlistString;
 class PlistValue;
 
@@ -17,3 +19,5 @@ PlistValue detached(const PlistValue& value);
 PlistString detached(const PlistString& text);
 
 }  // namespace PlistCopy
+
+}  // namespace plist

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace plist {
+
 /// The one text form of dates, "YYYY-MM-DDTHH:MM:SSZ". A date is a double count of seconds since
 /// 2001-01-01T00:00:00Z; calendar days are proleptic Gregorian with a year 0.
 namespace PlistDate {
@@ -30,3 +32,5 @@ std::string_view formatDate(double seconds, std::span<char, longestDateText> buf
 std::optional<double> parseDate(std::string_view text);
 
 }  // namespace PlistDate
+
+}  // namespace plist

@@ -3,6 +3,8 @@
 #include "PlistCore/PlistString.h"
 #include "PlistCore/PlistValue.h"
 
+namespace plist {
+
 /// One entry of a dictionary: a key, which may be empty, and its value.
 struct PlistEntry {
     PlistString key;
@@ -10,3 +12,5 @@ struct PlistEntry {
 
     friend bool operator==(const PlistEntry&, const PlistEntry&) = default;
 };
+
+}  // namespace plist

@@ -8,6 +8,8 @@
 
 #include "PlistCore/PlistFormat.h"
 
+namespace plist {
+
 /// The one thing that readers and writers throw: why, and where in the input if that is known.
 class PlistError : public std::exception {
 public:
@@ -74,3 +76,5 @@ private:
     std::optional<Location> location_;
     std::string description_;
 };
+
+}  // namespace plist

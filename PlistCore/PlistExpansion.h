@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <span>
 
+namespace plist {
+
 class PlistValue;
 
 /// How large a value is once everything that it shares is written out.
@@ -18,3 +20,5 @@ std::uint64_t count(const PlistValue& value, std::uint64_t limit);
 bool exceeds(std::span<const PlistValue> values, std::uint64_t limit);
 
 }  // namespace PlistExpansion
+
+}  // namespace plist

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 
+namespace plist {
+
 /// The three forms of a property list on disk, in the order in which they are listed to people.
 enum class PlistFormat : std::uint8_t {
     xml,
@@ -21,3 +23,5 @@ inline constexpr std::array<PlistFormat, 3> allPlistFormats = {
 constexpr bool isWritable(PlistFormat format) {
     return format != PlistFormat::openStep;
 }
+
+}  // namespace plist

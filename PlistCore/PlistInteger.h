@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+namespace plist {
+
 /// The payload of an integer value: wide enough for the signed and the unsigned 64-bit range at
 /// once. Only values from `leastPlistInteger` to `greatestPlistInteger` ever stand in a value.
 // Only a typedef can be marked as an extension.
@@ -35,3 +37,5 @@ inline constexpr std::size_t longestDecimalText = 20;
 /// The same, written to `buffer`, which the result views: allocates nothing.
 std::string_view decimalText(PlistInteger number,
                              std::span<char, longestDecimalText> buffer) noexcept;
+
+}  // namespace plist

@@ -5,6 +5,8 @@
 #include <span>
 #include <vector>
 
+namespace plist {
+
 /// Where a search found something: places in a value, in the order in which they stand.
 ///
 /// Matches and the containers around them are kept as one list of places, each with a link to the
@@ -60,3 +62,5 @@ private:
     std::vector<std::uint32_t> matches_;
     Ending ending_ = Ending::complete;
 };
+
+}  // namespace plist

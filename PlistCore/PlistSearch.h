@@ -5,6 +5,8 @@
 
 #include "PlistCore/PlistMatches.h"
 
+namespace plist {
+
 class PlistValue;
 
 /// Search over all keys and texts of a value.
@@ -27,3 +29,5 @@ PlistMatches matches(const PlistValue& root, std::string_view query,
                      const std::stop_token& stop = {});
 
 }  // namespace PlistSearch
+
+}  // namespace plist

@@ -8,6 +8,8 @@
 
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist {
+
 /// An immutable text in 16 bytes: the key of an entry, or what a string value holds.
 ///
 /// The text is valid UTF-8 (no surrogates) and may hold NUL. Up to 14 bytes lie in place; longer
@@ -15,7 +17,7 @@
 class PlistString {
 public:
     /// The empty text.
-    PlistString() noexcept : cell_(PlistType::string, PlistCell::ascii, 0) {}
+    PlistString() noexcept : cell_(PlistType::string, detail::PlistCell::ascii, 0) {}
 
     /// Copies `utf8`, which must be valid UTF-8 (a broken text is a programming error that is
     /// not detected here; readers check what they read).
@@ -44,7 +46,7 @@ public:
     bool isEmpty() const noexcept { return view().empty(); }
 
     /// Whether every byte is below 0x80.
-    bool isAscii() const noexcept { return cell_.has(PlistCell::ascii); }
+    bool isAscii() const noexcept { return cell_.has(detail::PlistCell::ascii); }
 
     /// Equality as Unicode text: canonically equivalent spellings are equal. Costs a byte
     /// comparison unless one side is not ASCII.
@@ -52,25 +54,33 @@ public:
         return left.view() == right.view() || equalsCanonically(left, right);
     }
 
+    /// The one order of keys everywhere, by the code points of the canonical compositions:
+    /// negative, zero (for equal texts) or positive.
+    int compare(const PlistString& other) const;
+
     /// The representation, for the units that build and take apart values.
-    const PlistCell& cell() const noexcept { return cell_; }
+    const detail::PlistCell& cell() const noexcept { return cell_; }
 
     /// Takes over a cell of a string together with its share.
-    static PlistString adopting(PlistCell cell) noexcept {
+    static PlistString adopting(detail::PlistCell cell) noexcept {
         PlistString text;
         text.cell_ = cell;
         return text;
     }
 
 private:
-    static PlistCell empty() noexcept { return {PlistType::string, PlistCell::ascii, 0}; }
+    static detail::PlistCell empty() noexcept {
+        return {PlistType::string, detail::PlistCell::ascii, 0};
+    }
     static bool equalsCanonically(const PlistString& left, const PlistString& right);
 
-    PlistCell cell_;
+    detail::PlistCell cell_;
 };
+
+}  // namespace plist
 
 /// Equal texts, canonically equivalent ones included, have equal hashes.
 template <>
-struct std::hash<PlistString> {
-    std::size_t operator()(const PlistString& text) const;
+struct std::hash<plist::PlistString> {
+    std::size_t operator()(const plist::PlistString& text) const;
 };

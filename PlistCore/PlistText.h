@@ -11,6 +11,8 @@
 #include "PlistCore/PlistInteger.h"
 #include "PlistCore/PlistValue.h"
 
+namespace plist {
+
 /// The rules between values and the text that people type and read: one grammar for the editor and
 /// for the content of XML elements. Nothing here depends on the locale.
 namespace PlistText {
@@ -52,3 +54,5 @@ std::string_view realText(double number, std::span<char, longestRealText> buffer
 PlistValue converted(const PlistValue& value, PlistType type);
 
 }  // namespace PlistText
+
+}  // namespace plist

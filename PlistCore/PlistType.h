@@ -7,6 +7,8 @@
 #include <optional>
 #include <string_view>
 
+namespace plist {
+
 /// The nine kinds of property-list values. The order is fixed: it is the order of the alternatives
 /// of `PlistValue` and the order in which types are listed to people.
 enum class PlistType : std::uint8_t {
@@ -41,10 +43,12 @@ constexpr bool isContainer(PlistType type) {
     return type == PlistType::dictionary || type == PlistType::array;
 }
 
+}  // namespace plist
+
 /// Hashes the raw value, so that the hash does not depend on the order of the enumeration.
 template <>
-struct std::hash<PlistType> {
-    std::size_t operator()(PlistType type) const noexcept {
+struct std::hash<plist::PlistType> {
+    std::size_t operator()(plist::PlistType type) const noexcept {
         return std::hash<std::string_view>{}(rawValue(type));
     }
 };

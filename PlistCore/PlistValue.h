@@ -14,6 +14,8 @@
 #include "PlistCore/PlistType.h"
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist {
+
 struct PlistEntry;
 
 /// A property-list value: one of nine alternatives, see `PlistType`.
@@ -58,7 +60,8 @@ public:
     static PlistValue defaultValue(PlistType type) noexcept;
 
     PlistValue(const PlistValue& other) noexcept : cell_(other.cell_) { cell_.retain(); }
-    PlistValue(PlistValue&& other) noexcept : cell_(std::exchange(other.cell_, PlistCell())) {}
+    PlistValue(PlistValue&& other) noexcept
+        : cell_(std::exchange(other.cell_, detail::PlistCell())) {}
     PlistValue& operator=(const PlistValue& other) noexcept {
         PlistValue copy(other);
         std::swap(cell_, copy.cell_);
@@ -71,7 +74,7 @@ public:
     ~PlistValue() { cell_.release(); }
 
     PlistType type() const noexcept { return cell_.type(); }
-    bool isContainer() const noexcept { return ::isContainer(type()); }
+    bool isContainer() const noexcept { return plist::isContainer(type()); }
 
     /// The number of entries of a dictionary or items of an array; 0 for every scalar.
     std::size_t childCount() const noexcept { return isContainer() ? cell_.length() : 0; }
@@ -119,22 +122,22 @@ public:
     friend bool operator==(const PlistValue& left, const PlistValue& right);
 
     /// The representation, for the units that build and take apart values.
-    const PlistCell& cell() const noexcept { return cell_; }
+    const detail::PlistCell& cell() const noexcept { return cell_; }
 
     /// Takes over a cell together with its share.
-    static PlistValue adopting(PlistCell cell) noexcept {
+    static PlistValue adopting(detail::PlistCell cell) noexcept {
         PlistValue value;
         value.cell_ = cell;
         return value;
     }
 
 private:
-    PlistCell cell_;
+    detail::PlistCell cell_;
 };
 
 static_assert(sizeof(PlistValue) == 16);
 
-inline std::span<const PlistValue> PlistCell::values() const noexcept {
+inline std::span<const PlistValue> detail::PlistCell::values() const noexcept {
     if (length() == 0) {
         return {};
     }
@@ -143,9 +146,11 @@ inline std::span<const PlistValue> PlistCell::values() const noexcept {
     return {reinterpret_cast<const PlistValue*>(start + skipped), length()};
 }
 
-inline std::span<const PlistString> PlistCell::keys() const noexcept {
+inline std::span<const PlistString> detail::PlistCell::keys() const noexcept {
     if (length() == 0) {
         return {};
     }
     return {*static_cast<const PlistString* const*>(pointer()), length()};
 }
+
+}  // namespace plist

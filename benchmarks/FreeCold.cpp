@@ -8,6 +8,10 @@
 #include "benchmarks/support/TouchedFile.h"
 #include "benchmarks/support/Yardstick.h"
 
+using plist::PlistValue;
+namespace BinaryPlistParser = plist::detail::BinaryPlistParser;
+namespace XMLPlistParser = plist::detail::XMLPlistParser;
+
 namespace {
 
 /// How long the last owner of a value takes to let go of it.

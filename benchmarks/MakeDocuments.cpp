@@ -12,6 +12,9 @@
 #include "PlistCore/binary/BinaryPlistSerializer.h"
 #include "benchmarks/support/GeneratedDocument.h"
 
+using plist::PlistValue;
+namespace BinaryPlistSerializer = plist::detail::BinaryPlistSerializer;
+
 namespace {
 
 void writeFile(const std::filesystem::path& path, std::string_view content) {

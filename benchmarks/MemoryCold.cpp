@@ -9,6 +9,10 @@
 #include "benchmarks/support/TouchedFile.h"
 #include "benchmarks/support/Yardstick.h"
 
+using plist::PlistValue;
+namespace BinaryPlistParser = plist::detail::BinaryPlistParser;
+namespace XMLPlistParser = plist::detail::XMLPlistParser;
+
 namespace {
 
 /// What a reading call adds to the memory of the process.

@@ -13,6 +13,12 @@
 #include "benchmarks/support/WarmRun.h"
 #include "benchmarks/support/Yardstick.h"
 
+using plist::PlistBytes;
+using plist::PlistValue;
+namespace BinaryPlistParser = plist::detail::BinaryPlistParser;
+namespace BinaryPlistSerializer = plist::detail::BinaryPlistSerializer;
+namespace XMLPlistParser = plist::detail::XMLPlistParser;
+
 namespace {
 
 std::span<const std::uint8_t> bytesOf(const std::string& text) {

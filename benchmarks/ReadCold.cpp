@@ -11,6 +11,10 @@
 #include "benchmarks/support/TouchedFile.h"
 #include "benchmarks/support/Yardstick.h"
 
+using plist::PlistValue;
+namespace BinaryPlistParser = plist::detail::BinaryPlistParser;
+namespace XMLPlistParser = plist::detail::XMLPlistParser;
+
 namespace {
 
 std::string readXml(const ColdRun::Document& document) {

@@ -16,6 +16,13 @@
 #include "benchmarks/support/GeneratedDocument.h"
 #include "benchmarks/support/WarmRun.h"
 
+using plist::PlistMatches;
+using plist::PlistString;
+using plist::PlistType;
+using plist::PlistValue;
+namespace PlistSearch = plist::PlistSearch;
+namespace PlistText = plist::PlistText;
+
 namespace {
 
 /// Letters that are nowhere, some that are, digits that make every number be formatted, and a query

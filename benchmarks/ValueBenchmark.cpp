@@ -14,6 +14,12 @@
 #include "benchmarks/support/GeneratedDocument.h"
 #include "benchmarks/support/WarmRun.h"
 
+using plist::greatestPlistInteger;
+using plist::PlistEntry;
+using plist::PlistType;
+using plist::PlistValue;
+namespace XMLPlistParser = plist::detail::XMLPlistParser;
+
 namespace {
 
 /// A value of the type that does not fit in place where its type has such values.

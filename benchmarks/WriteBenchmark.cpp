@@ -10,6 +10,11 @@
 #include "benchmarks/support/WarmRun.h"
 #include "benchmarks/support/Yardstick.h"
 
+using plist::PlistBytes;
+using plist::PlistValue;
+namespace BinaryPlistSerializer = plist::detail::BinaryPlistSerializer;
+namespace XMLPlistSerializer = plist::detail::XMLPlistSerializer;
+
 namespace {
 
 /// Writes and frees what was written.

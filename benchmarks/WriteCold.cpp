@@ -10,6 +10,12 @@
 #include "benchmarks/support/TouchedFile.h"
 #include "benchmarks/support/Yardstick.h"
 
+using plist::PlistBytes;
+using plist::PlistValue;
+namespace BinaryPlistSerializer = plist::detail::BinaryPlistSerializer;
+namespace XMLPlistParser = plist::detail::XMLPlistParser;
+namespace XMLPlistSerializer = plist::detail::XMLPlistSerializer;
+
 namespace {
 
 PlistValue valueOf(const ColdRun::Document& document) {

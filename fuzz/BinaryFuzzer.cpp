@@ -9,6 +9,8 @@
 #include "fuzz/support/FuzzCheck.h"
 #include "fuzz/support/RoundTrip.h"
 
+namespace plist::detail {
+
 namespace {
 
 /// A place, where there is one, is an offset into the input.
@@ -37,3 +39,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     return 0;
 }
+
+}  // namespace plist::detail

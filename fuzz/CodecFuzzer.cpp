@@ -8,6 +8,8 @@
 #include "fuzz/support/FuzzCheck.h"
 #include "fuzz/support/ValueFacts.h"
 
+namespace plist::detail {
+
 namespace {
 
 std::optional<PlistFile> read(std::span<const std::uint8_t> bytes) {
@@ -54,3 +56,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     return 0;
 }
+
+}  // namespace plist::detail

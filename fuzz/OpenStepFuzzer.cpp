@@ -10,6 +10,8 @@
 #include "fuzz/support/FuzzCheck.h"
 #include "fuzz/support/RoundTrip.h"
 
+namespace plist::detail {
+
 namespace {
 
 /// Errors carry their place in the text, and only these two reasons.
@@ -41,3 +43,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     return 0;
 }
+
+}  // namespace plist::detail

@@ -12,6 +12,8 @@
 #include "fuzz/support/FuzzCheck.h"
 #include "fuzz/support/ValueFacts.h"
 
+namespace plist::detail {
+
 namespace {
 
 std::optional<PlistValue> read(std::span<const std::uint8_t> bytes) {
@@ -52,3 +54,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
               XMLPlistSerializer::serialize(second).view());
     return 0;
 }
+
+}  // namespace plist::detail

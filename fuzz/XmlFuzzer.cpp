@@ -9,6 +9,8 @@
 #include "fuzz/support/FuzzCheck.h"
 #include "fuzz/support/RoundTrip.h"
 
+namespace plist::detail {
+
 namespace {
 
 /// Every error names a line of the input.
@@ -40,3 +42,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     return 0;
 }
+
+}  // namespace plist::detail

@@ -4,6 +4,8 @@
 #include <concepts>
 #include <cstring>
 
+namespace plist::detail {
+
 /// Numbers in the byte order of binary property lists.
 namespace BigEndian {
 
@@ -36,3 +38,5 @@ void store(Number number, void* place) noexcept {
 }
 
 }  // namespace BigEndian
+
+}  // namespace plist::detail

@@ -2,6 +2,8 @@
 
 #include "PlistCore/PlistString.h"
 
+namespace plist::detail {
+
 namespace {
 
 /// The cells of keys or values, which are nothing else.
@@ -33,3 +35,5 @@ BinaryObjectOrder::Counts BinaryObjectOrder::count(const PlistValue& root) {
     }
     return counts;
 }
+
+}  // namespace plist::detail

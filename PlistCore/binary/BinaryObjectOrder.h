@@ -8,6 +8,8 @@
 #include "PlistCore/value/KeyListMemory.h"
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist::detail {
+
 /// Walks a tree in the order in which a binary file numbers its objects: a container, the keys of a
 /// dictionary, then each member with everything below it. Keeps a stack of its own, so that any
 /// depth will do.
@@ -53,3 +55,5 @@ private:
     std::vector<std::span<const PlistCell>> open_;
     KeyListMemory knownKeys_;
 };
+
+}  // namespace plist::detail

@@ -22,6 +22,8 @@
 #include "PlistCore/value/PlistBuilder.h"
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr std::string_view magic = "bplist00";
@@ -604,3 +606,5 @@ PlistValue parse(std::span<const std::uint8_t> bytes) {
 }
 
 }  // namespace BinaryPlistParser
+
+}  // namespace plist::detail

@@ -5,6 +5,8 @@
 
 #include "PlistCore/PlistValue.h"
 
+namespace plist::detail {
+
 /// Reads binary property lists ("bplist00"). Survives any input: every offset, count and reference
 /// is checked before use, and objects that are referenced often are converted once.
 namespace BinaryPlistParser {
@@ -20,3 +22,5 @@ inline constexpr std::uint64_t referencesPerByte = 16;
 PlistValue parse(std::span<const std::uint8_t> bytes);
 
 }  // namespace BinaryPlistParser
+
+}  // namespace plist::detail

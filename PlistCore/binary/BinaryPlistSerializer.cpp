@@ -25,6 +25,8 @@
 #include "PlistCore/value/KeyListMemory.h"
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist::detail {
+
 // The file is written in one pass. Objects are numbered in the order in which they stand in the
 // file: a container, its keys, then its values with everything below each of them. So a container
 // can be written with room for its references as soon as it is reached, and each reference is
@@ -540,3 +542,5 @@ PlistBytes serialize(const PlistValue& value, EqualTexts equalTexts) {
 }
 
 }  // namespace BinaryPlistSerializer
+
+}  // namespace plist::detail

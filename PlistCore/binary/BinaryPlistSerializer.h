@@ -5,6 +5,8 @@
 #include "PlistCore/PlistBytes.h"
 #include "PlistCore/PlistValue.h"
 
+namespace plist::detail {
+
 /// Writes binary property lists ("bplist00"). Equal scalars share one object; equal trees give
 /// identical bytes; any depth is written.
 namespace BinaryPlistSerializer {
@@ -19,3 +21,5 @@ enum class EqualTexts : std::uint8_t {
 PlistBytes serialize(const PlistValue& value, EqualTexts equalTexts = EqualTexts::equivalent);
 
 }  // namespace BinaryPlistSerializer
+
+}  // namespace plist::detail

@@ -4,6 +4,8 @@
 #include <bit>
 #include <utility>
 
+namespace plist::detail {
+
 namespace {
 
 constexpr std::size_t leastSlots = 64;
@@ -35,3 +37,5 @@ void EqualObjectTable::grow() {
         slots_[index] = old[i];
     }
 }
+
+}  // namespace plist::detail

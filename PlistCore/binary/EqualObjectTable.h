@@ -6,6 +6,8 @@
 
 #include "PlistCore/memory/FreshArray.h"
 
+namespace plist::detail {
+
 /// Finds out which scalars a binary file already holds: a flat table from hashes to object numbers
 /// with open addressing. It knows nothing of the objects; who asks compares them.
 class EqualObjectTable {
@@ -64,3 +66,5 @@ private:
     std::size_t mask_ = 0;
     std::size_t count_ = 0;
 };
+
+}  // namespace plist::detail

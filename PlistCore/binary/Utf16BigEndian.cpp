@@ -6,6 +6,8 @@
 #include "PlistCore/binary/BigEndian.h"
 #include "PlistCore/text/ByteBlock.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr char32_t replacementCharacter = 0xFFFD;
@@ -155,3 +157,5 @@ char* decode(std::string_view units, char* out) noexcept {
 }
 
 }  // namespace Utf16BigEndian
+
+}  // namespace plist::detail

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace plist::detail {
+
 /// Text between UTF-8, as values hold it, and big-endian UTF-16, as binary files hold it.
 namespace Utf16BigEndian {
 
@@ -22,3 +24,5 @@ inline constexpr std::size_t mostBytesPerUnit = 3;
 char* decode(std::string_view units, char* out) noexcept;
 
 }  // namespace Utf16BigEndian
+
+}  // namespace plist::detail

@@ -13,7 +13,13 @@
 #include "PlistCore/xml/XMLPlistParser.h"
 #include "PlistCore/xml/XMLPlistSerializer.h"
 
+namespace plist {
+
 namespace {
+
+static_assert(detail::BinaryPlistParser::nestingLimit == PlistCodec::maximumDepth);
+static_assert(detail::OpenStepPlistParser::nestingLimit == PlistCodec::maximumDepth);
+static_assert(detail::XMLPlistParser::nestingLimit == PlistCodec::maximumDepth);
 
 constexpr std::string_view binaryStart = "bplist00";
 
@@ -36,27 +42,27 @@ char firstTellingByte(std::string_view text) {
 }
 
 PlistFile readXml(std::span<const std::uint8_t> bytes) {
-    return {XMLPlistParser::parse(bytes), PlistFormat::xml};
+    return {detail::XMLPlistParser::parse(bytes), PlistFormat::xml};
 }
 
 /// XML in whatever encoding its declaration names.
 PlistFile readDeclaredXml(std::span<const std::uint8_t> bytes) {
-    if (!XMLPlistParser::acceptsEncoding(bytes)) {
-        const std::optional<std::string> encoding = TextEncoding::declaredEncoding(bytes);
-        if (encoding && !TextEncoding::contradictsDeclaration(bytes, *encoding)) {
-            return readXml(bytesOf(TextEncoding::toUtf8(bytes, *encoding)));
+    if (!detail::XMLPlistParser::acceptsEncoding(bytes)) {
+        const std::optional<std::string> encoding = detail::TextEncoding::declaredEncoding(bytes);
+        if (encoding && !detail::TextEncoding::contradictsDeclaration(bytes, *encoding)) {
+            return readXml(bytesOf(detail::TextEncoding::toUtf8(bytes, *encoding)));
         }
     }
     return readXml(bytes);
 }
 
 PlistFile readOpenStep(std::string_view text) {
-    if (!UnicodeText::isValidUtf8(text)) {
+    if (!detail::UnicodeText::isValidUtf8(text)) {
         // Old files in a character set of one byte do not say which one. A guess would quietly
         // show, and save, wrong letters.
         throw PlistError(PlistError::Malformed{"The text is not valid UTF-8."});
     }
-    return {OpenStepPlistParser::parse(text), PlistFormat::openStep};
+    return {detail::OpenStepPlistParser::parse(text), PlistFormat::openStep};
 }
 
 /// Text that was UTF-16 or UTF-32, whatever encoding its declaration names.
@@ -77,10 +83,11 @@ void checkWrittenValues(const PlistValue& value) {
 PlistFile PlistCodec::read(std::span<const std::uint8_t> bytes) {
     const std::string_view text = viewOf(bytes);
     if (text.starts_with(binaryStart)) {
-        return {BinaryPlistParser::parse(bytes), PlistFormat::binary};
+        return {detail::BinaryPlistParser::parse(bytes), PlistFormat::binary};
     }
-    if (const std::optional<std::string_view> encoding = TextEncoding::wideEncoding(bytes)) {
-        return readConverted(TextEncoding::toUtf8(bytes, *encoding));
+    if (const std::optional<std::string_view> encoding =
+            detail::TextEncoding::wideEncoding(bytes)) {
+        return readConverted(detail::TextEncoding::toUtf8(bytes, *encoding));
     }
     return firstTellingByte(text) == '<' ? readDeclaredXml(bytes) : readOpenStep(text);
 }
@@ -89,11 +96,18 @@ PlistFile PlistCodec::read(std::string_view bytes) {
     return read(bytesOf(bytes));
 }
 
-PlistBytes PlistCodec::write(const PlistValue& value, PlistFormat format) {
+PlistBytes PlistCodec::write(const PlistValue& value, PlistFormat format,
+                             const WriteOptions& options) {
     if (!isWritable(format)) {
         throw PlistError(PlistError::NotWritable{format});
     }
     checkWrittenValues(value);
-    return format == PlistFormat::binary ? BinaryPlistSerializer::serialize(value)
-                                         : XMLPlistSerializer::serialize(value);
+    if (format == PlistFormat::xml) {
+        return detail::XMLPlistSerializer::serialize(value);
+    }
+    using detail::BinaryPlistSerializer::EqualTexts;
+    return detail::BinaryPlistSerializer::serialize(
+        value, options.keepsSpellings ? EqualTexts::identical : EqualTexts::equivalent);
 }
+
+}  // namespace plist

@@ -9,6 +9,8 @@
 
 #include "PlistCore/memory/LargeMemory.h"
 
+namespace plist::detail {
+
 /// An array of fixed size whose items are all zero at first. Items that are never touched cost
 /// nothing, so that it can be made for as many as there may be.
 template <typename Item>
@@ -65,3 +67,5 @@ private:
     Item* items_ = nullptr;
     std::size_t size_ = 0;  ///< in bytes
 };
+
+}  // namespace plist::detail

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <new>
 
+namespace plist::detail {
+
 void* LargeMemory::map(std::size_t size, Pages pages) {
     if (size == 0 || size > SIZE_MAX / 2) {
         throw std::bad_alloc();
@@ -37,3 +39,5 @@ void LargeMemory::preferHugePages(void* memory, std::size_t size) noexcept {
 void LargeMemory::unmap(void* memory, std::size_t size) noexcept {
     munmap(memory, size);
 }
+
+}  // namespace plist::detail

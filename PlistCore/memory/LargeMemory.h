@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+namespace plist::detail {
+
 /// Large pieces of memory straight from the system: zero, and without cost where they are never
 /// touched. They are in huge pages where the system has them to give: touching fresh memory page by
 /// page costs more than most of what is done with it.
@@ -27,3 +29,5 @@ void preferHugePages(void* memory, std::size_t size) noexcept;
 void unmap(void* memory, std::size_t size) noexcept;
 
 }  // namespace LargeMemory
+
+}  // namespace plist::detail

@@ -6,6 +6,8 @@
 
 #include "PlistCore/memory/LargeMemory.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr std::size_t blockSize = PlistArena::blockSize;
@@ -127,3 +129,5 @@ void PlistArena::startBlock(char* block) noexcept {
     front_ = block + sizeof(RegionHead);
     back_ = block + blockSize;
 }
+
+}  // namespace plist::detail

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace plist::detail {
+
 /// The memory of one document that was read: large regions in which values and texts lie one behind
 /// the other, freed all at once without a walk.
 ///
@@ -103,3 +105,5 @@ private:
     std::atomic<std::uint64_t> shares_{1};
     bool sharesContainers_ = false;
 };
+
+}  // namespace plist::detail

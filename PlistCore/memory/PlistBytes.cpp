@@ -5,17 +5,19 @@
 
 #include "PlistCore/memory/LargeMemory.h"
 
+namespace plist {
+
 namespace {
 
 constexpr std::size_t smallest = 256;
 constexpr std::size_t greatest = std::numeric_limits<std::ptrdiff_t>::max();
 
 /// From here on a buffer is a mapping of its own.
-constexpr std::size_t leastMapped = LargeMemory::unit / 2;
+constexpr std::size_t leastMapped = detail::LargeMemory::unit / 2;
 
 /// A mapping is made with room for more than is known to come, which costs nothing until it is
 /// used, so that it seldom has to be left for a larger one.
-constexpr std::size_t leastMapping = 8 * LargeMemory::unit;
+constexpr std::size_t leastMapping = 8 * detail::LargeMemory::unit;
 
 }  // namespace
 
@@ -39,12 +41,12 @@ void PlistBytes::grow(std::size_t count) {
 }
 
 void PlistBytes::moveToMapping(std::size_t capacity) {
-    if (capacity > greatest - LargeMemory::unit) {
+    if (capacity > greatest - detail::LargeMemory::unit) {
         throw std::bad_alloc();
     }
-    const std::size_t rounded = LargeMemory::rounded(capacity);
-    auto* const memory =
-        static_cast<std::uint8_t*>(LargeMemory::map(rounded, LargeMemory::Pages::huge));
+    const std::size_t rounded = detail::LargeMemory::rounded(capacity);
+    auto* const memory = static_cast<std::uint8_t*>(
+        detail::LargeMemory::map(rounded, detail::LargeMemory::Pages::huge));
     if (size_ != 0) {
         std::memcpy(memory, start_, size_);
     }
@@ -55,8 +57,10 @@ void PlistBytes::moveToMapping(std::size_t capacity) {
 
 void PlistBytes::release() noexcept {
     if (capacity_ >= leastMapped) {
-        LargeMemory::unmap(start_, capacity_);
+        detail::LargeMemory::unmap(start_, capacity_);
     } else {
         std::free(start_);
     }
 }
+
+}  // namespace plist

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+namespace plist {
+
 namespace {
 
 constinit std::atomic<PlistCheckHandler> currentHandler = nullptr;
@@ -21,3 +23,5 @@ void plistCheckFailed(const char* message) {
     std::fprintf(stderr, "Broken rule: %s\n", message);
     std::abort();
 }
+
+}  // namespace plist

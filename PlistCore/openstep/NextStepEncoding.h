@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 
+namespace plist::detail {
+
 /// The character set of the system that brought the OpenStep form: octal escapes in its strings
 /// name characters of this set, not of Unicode.
 namespace NextStepEncoding {
@@ -34,3 +36,5 @@ constexpr char32_t character(std::uint8_t byte) {
 }
 
 }  // namespace NextStepEncoding
+
+}  // namespace plist::detail

@@ -13,6 +13,8 @@
 #include "PlistCore/value/PlistBuilder.h"
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist::detail {
+
 namespace {
 
 /// The order of a dictionary's entries: by key, and only the last of those with equal keys.
@@ -264,3 +266,5 @@ void Reader::closeDictionary() {
 PlistValue OpenStepPlistParser::parse(std::string_view text) {
     return Reader(text).read();
 }
+
+}  // namespace plist::detail

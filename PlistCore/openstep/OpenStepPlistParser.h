@@ -4,6 +4,8 @@
 
 #include "PlistCore/PlistValue.h"
 
+namespace plist::detail {
+
 /// Reads the old OpenStep text form: `{ key = value; }`, `( item, item )`, `<hex>`, quoted and bare
 /// strings, files of `"key" = "value";` without braces, and the typed extensions `<*I5>`,
 /// `<*R1.5>`,
@@ -19,3 +21,5 @@ inline constexpr int nestingLimit = 512;
 PlistValue parse(std::string_view text);
 
 }  // namespace OpenStepPlistParser
+
+}  // namespace plist::detail

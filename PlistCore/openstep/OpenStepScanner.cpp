@@ -10,6 +10,8 @@
 #include "PlistCore/openstep/NextStepEncoding.h"
 #include "PlistCore/text/UnicodeText.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
@@ -384,3 +386,5 @@ void OpenStepScanner::fail(std::string_view what, std::size_t place) const {
     text += ", column " + std::to_string(place - lineStart + 1) + ".";
     throw PlistError(PlistError::Malformed{text});
 }
+
+}  // namespace plist::detail

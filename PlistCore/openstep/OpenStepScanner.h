@@ -8,6 +8,8 @@
 
 #include "PlistCore/PlistValue.h"
 
+namespace plist::detail {
+
 /// Walks over a text in the OpenStep form and reads its smallest parts: blanks, marks, strings and
 /// what stands in angle brackets. `OpenStepPlistParser` puts them together.
 ///
@@ -68,3 +70,5 @@ private:
     std::size_t position_ = 0;
     std::string decoded_;  ///< the quoted string being read, once it holds an escape
 };
+
+}  // namespace plist::detail

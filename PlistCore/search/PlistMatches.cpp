@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace plist {
+
 std::vector<std::int64_t> PlistMatches::path(std::size_t index) const {
     std::vector<std::int64_t> positions;
     for (std::uint32_t place = matches_[index]; place != 0; place = places_[place].container) {
@@ -15,3 +17,5 @@ std::uint32_t PlistMatches::addPlace(std::uint32_t container, std::size_t positi
     places_.push_back({container, static_cast<std::uint32_t>(position)});
     return static_cast<std::uint32_t>(places_.size() - 1);
 }
+
+}  // namespace plist

@@ -16,6 +16,8 @@
 #include "PlistCore/PlistValue.h"
 #include "PlistCore/search/TextQuery.h"
 
+namespace plist {
+
 namespace {
 
 /// Whether a folded query holds nothing but these characters.
@@ -27,7 +29,7 @@ bool holdsOnly(std::string_view query, std::string_view characters) {
 class ValueTest {
 public:
     /// `query` is not empty.
-    explicit ValueTest(TextQuery& query) : query_(query) {
+    explicit ValueTest(detail::TextQuery& query) : query_(query) {
         constexpr std::string_view digits = "0123456789";
         const std::string_view text = query.folded();
         uidsMatch_ = holdsOnly(text, digits);
@@ -70,7 +72,7 @@ private:
                                      std::span(buffer_).first<PlistDate::longestDateText>());
     }
 
-    TextQuery& query_;
+    detail::TextQuery& query_;
     std::array<char, 32> buffer_ = {};  ///< room for every text of a number
     bool integersMatch_ = false;
     bool uidsMatch_ = false;
@@ -86,7 +88,7 @@ public:
     static constexpr std::size_t longestList = 64;
 
     /// `query` is not empty.
-    explicit KeyTest(TextQuery& query) : query_(query) {}
+    explicit KeyTest(detail::TextQuery& query) : query_(query) {}
 
     bool matches(const PlistString& key) { return query_.matches(key.cell()); }
 
@@ -116,13 +118,13 @@ private:
                (64 - 8);
     }
 
-    TextQuery& query_;
+    detail::TextQuery& query_;
     std::array<Result, 256> results_;
 };
 
 class Search {
 public:
-    Search(TextQuery& query, const std::stop_token& stop)
+    Search(detail::TextQuery& query, const std::stop_token& stop)
         : values_(query), keys_(query), stop_(stop) {}
 
     PlistMatches run(const PlistValue& root) {
@@ -253,6 +255,8 @@ private:
 
 PlistMatches PlistSearch::matches(const PlistValue& root, std::string_view query,
                                   const std::stop_token& stop) {
-    TextQuery textQuery(query, stop);
+    detail::TextQuery textQuery(query, stop);
     return textQuery.isEmpty() ? PlistMatches() : Search(textQuery, stop).run(root);
 }
+
+}  // namespace plist

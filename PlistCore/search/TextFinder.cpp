@@ -7,6 +7,8 @@
 
 #include "PlistCore/PlistCheck.h"
 
+namespace plist::detail {
+
 namespace {
 
 /// The bit in which the two cases of an ASCII letter differ; lower case has it.
@@ -144,3 +146,5 @@ bool TextFinder::isInByAutomaton(std::string_view text) const noexcept {
     }
     return false;
 }
+
+}  // namespace plist::detail

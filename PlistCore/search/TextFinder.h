@@ -9,6 +9,8 @@
 #include "PlistCore/text/ByteBlock.h"
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist::detail {
+
 /// Finds one text in many others, byte by byte except that ASCII letters are equal to their other
 /// case. Takes time with the length of a text at worst, whatever stands in it.
 class TextFinder {
@@ -59,3 +61,5 @@ private:
     std::uint8_t lastByte_;
     std::uint8_t lastMask_;
 };
+
+}  // namespace plist::detail

@@ -12,6 +12,8 @@
 #include "PlistCore/text/ByteBlock.h"
 #include "PlistCore/text/UnicodeText.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr std::size_t codePointCount = 0x110000;
@@ -105,3 +107,5 @@ const TextFolding::Folded& TextFolding::folded(char32_t codePoint) {
     }
     return entry;
 }
+
+}  // namespace plist::detail

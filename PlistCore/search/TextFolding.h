@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+namespace plist::detail {
+
 /// Folds texts for a search that ignores case and diacritics, by the same rules everywhere: each
 /// code point is decomposed canonically, its case is folded fully (Unicode's CaseFolding, status C
 /// and F), and marks are taken out. Letters that only look as if they had a mark, such as "ø" and
@@ -48,3 +50,5 @@ private:
 
     std::vector<std::unique_ptr<Page>> pages_;
 };
+
+}  // namespace plist::detail

@@ -8,6 +8,8 @@
 
 #include "PlistCore/text/UnicodeText.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr std::size_t leastWindow = std::size_t{1} << 16;
@@ -91,3 +93,5 @@ bool TextQuery::matchesFolded(std::string_view text) {
     }
     return false;
 }
+
+}  // namespace plist::detail

@@ -9,6 +9,8 @@
 #include "PlistCore/search/TextFolding.h"
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist::detail {
+
 /// A query of a search, folded once, against which many texts are tested: whether they contain it
 /// when case and diacritics are ignored (`TextFolding`).
 ///
@@ -55,3 +57,5 @@ private:
     bool isAscii_ = false;
     std::vector<char> buffer_;
 };
+
+}  // namespace plist::detail

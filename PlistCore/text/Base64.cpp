@@ -6,6 +6,8 @@
 
 #include "PlistCore/text/UnicodeText.h"
 
+namespace plist {
+
 namespace Base64 {
 namespace {
 
@@ -63,12 +65,12 @@ std::uint8_t* put(std::uint32_t group, std::uint8_t* output) noexcept {
 /// Whether a code point takes part in Base64 or is white space.
 bool isHarmless(char32_t point) noexcept {
     return (point < 0x80 && (point == U'=' || fourthDigit[point] != noDigit)) ||
-           UnicodeText::isWhitespace(point) || UnicodeText::isLineBreak(point);
+           detail::UnicodeText::isWhitespace(point) || detail::UnicodeText::isLineBreak(point);
 }
 
 bool isHarmless(std::string_view text) noexcept {
     while (!text.empty()) {
-        if (!isHarmless(UnicodeText::takeFirst(text))) {
+        if (!isHarmless(detail::UnicodeText::takeFirst(text))) {
             return false;
         }
     }
@@ -195,3 +197,5 @@ std::optional<std::size_t> decode(std::string_view text, std::uint8_t* output) n
 }
 
 }  // namespace Base64
+
+}  // namespace plist

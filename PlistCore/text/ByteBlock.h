@@ -8,6 +8,8 @@
 #include <emmintrin.h>
 #endif
 
+namespace plist::detail {
+
 /// Sixteen bytes that are compared and copied at once. Every x86-64 processor does this in one
 /// instruction; elsewhere plain loops give the same answers.
 ///
@@ -197,3 +199,5 @@ private:
     std::uint8_t bytes_[size];
 #endif
 };
+
+}  // namespace plist::detail

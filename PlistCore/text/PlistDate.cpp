@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <limits>
 
+namespace plist {
+
 namespace PlistDate {
 namespace {
 
@@ -191,3 +193,5 @@ std::optional<double> parseDate(std::string_view text) {
 }
 
 }  // namespace PlistDate
+
+}  // namespace plist

@@ -4,6 +4,8 @@
 
 #include "PlistCore/text/UnicodeText.h"
 
+namespace plist {
+
 namespace {
 
 /// What is wrong, without the place.
@@ -47,13 +49,15 @@ PlistError::PlistError(Reason reason, std::optional<Location> location)
       description_(described(reason_, location_)) {}
 
 bool operator==(const PlistError::Malformed& left, const PlistError::Malformed& right) {
-    return UnicodeText::equal(left.text, right.text);
+    return detail::UnicodeText::equal(left.text, right.text);
 }
 
 bool operator==(const PlistError::InvalidValue& left, const PlistError::InvalidValue& right) {
-    return UnicodeText::equal(left.text, right.text);
+    return detail::UnicodeText::equal(left.text, right.text);
 }
 
 bool operator==(const PlistError& left, const PlistError& right) {
     return left.reason_ == right.reason_ && left.location_ == right.location_;
 }
+
+}  // namespace plist

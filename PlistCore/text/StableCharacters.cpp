@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace plist::detail {
+
 namespace {
 
 struct Range {
@@ -63,3 +65,5 @@ bool StableCharacters::contains(char32_t codePoint) noexcept {
     const auto* const range = std::ranges::lower_bound(ranges, codePoint, {}, &Range::last);
     return range != ranges.end() && range->first <= codePoint;
 }
+
+}  // namespace plist::detail

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace plist::detail {
+
 /// Characters that canonical composition (NFC) leaves alone wherever they stand: it neither changes
 /// them nor joins them to what is before them, and they are no marks that could be put in another
 /// order. A text of nothing else is its own composition.
@@ -10,3 +12,5 @@ namespace StableCharacters {
 bool contains(char32_t codePoint) noexcept;
 
 }  // namespace StableCharacters
+
+}  // namespace plist::detail

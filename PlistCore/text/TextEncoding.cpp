@@ -10,6 +10,8 @@
 #include "PlistCore/PlistError.h"
 #include "PlistCore/text/UnicodeText.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
@@ -196,3 +198,5 @@ std::string TextEncoding::toUtf8(std::span<const std::uint8_t> bytes, std::strin
     }
     return *std::move(text);
 }
+
+}  // namespace plist::detail

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace plist::detail {
+
 /// Which character set the bytes of a text file are in, and the way to UTF-8.
 namespace TextEncoding {
 
@@ -31,3 +33,5 @@ bool contradictsDeclaration(std::span<const std::uint8_t> bytes, std::string_vie
 std::string toUtf8(std::span<const std::uint8_t> bytes, std::string_view encoding);
 
 }  // namespace TextEncoding
+
+}  // namespace plist::detail

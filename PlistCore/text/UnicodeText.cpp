@@ -13,6 +13,8 @@
 #include "PlistCore/text/StableCharacters.h"
 #include "PlistCore/text/Utf8Validation.h"
 
+namespace plist::detail {
+
 namespace UnicodeText {
 namespace {
 
@@ -398,3 +400,5 @@ std::string_view trimmedWithLineBreaks(std::string_view text) noexcept {
 }
 
 }  // namespace UnicodeText
+
+}  // namespace plist::detail

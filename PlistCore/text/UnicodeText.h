@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace plist::detail {
+
 /// What the library needs to know about Unicode. All texts are UTF-8.
 namespace UnicodeText {
 
@@ -64,3 +66,5 @@ std::string_view trimmed(std::string_view text) noexcept;
 std::string_view trimmedWithLineBreaks(std::string_view text) noexcept;
 
 }  // namespace UnicodeText
+
+}  // namespace plist::detail

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstring>
 
+namespace plist::detail {
+
 namespace {
 
 constexpr std::size_t blockSize = 16;
@@ -182,7 +184,11 @@ __attribute__((target("ssse3"))) bool Utf8Validation::isValid(std::string_view b
     return validator.isValid();
 }
 
+}  // namespace plist::detail
+
 #else
+
+namespace plist::detail {
 
 bool Utf8Validation::isAvailable() noexcept {
     return false;
@@ -191,5 +197,7 @@ bool Utf8Validation::isAvailable() noexcept {
 bool Utf8Validation::isValid(std::string_view) noexcept {
     return false;
 }
+
+}  // namespace plist::detail
 
 #endif

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace plist::detail {
+
 /// Whether long texts are well-formed UTF-8, 16 bytes at a time.
 namespace Utf8Validation {
 
@@ -15,3 +17,5 @@ bool isAvailable() noexcept;
 bool isValid(std::string_view bytes) noexcept;
 
 }  // namespace Utf8Validation
+
+}  // namespace plist::detail

@@ -9,6 +9,8 @@
 
 #include "PlistCore/PlistString.h"
 
+namespace plist::detail {
+
 /// Remembers where lists of keys were met that several dictionaries share, so that what was found
 /// out about a list need not be found out again. Of fixed size: lists that are remembered later
 /// take the places of others.
@@ -43,3 +45,5 @@ private:
 
     std::array<Place, std::size_t{1} << indexBits> places_{};
 };
+
+}  // namespace plist::detail

@@ -1,5 +1,7 @@
 #include "PlistCore/value/KeyShapes.h"
 
+namespace plist::detail {
+
 namespace {
 
 /// Longer dictionaries are rarely alike, and following them would fill the tree.
@@ -82,3 +84,5 @@ std::span<const PlistCell> KeyShapes::keysOf(Shape shape) {
     }
     return keys_;
 }
+
+}  // namespace plist::detail

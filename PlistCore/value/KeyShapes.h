@@ -10,6 +10,8 @@
 #include "PlistCore/value/PlistCell.h"
 #include "PlistCore/value/PlistCellStack.h"
 
+namespace plist::detail {
+
 /// The sequences of keys that the dictionaries of a document were seen to have, as a tree: a shape
 /// is the keys of a dictionary read so far, and its children are the keys that followed.
 ///
@@ -70,3 +72,5 @@ private:
     std::vector<PlistCell> keys_;
     std::size_t reuses_ = 0;
 };
+
+}  // namespace plist::detail

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <new>
 
+namespace plist::detail {
+
 namespace {
 
 /// Blocks whose last share is gone, linked through their heads.
@@ -69,3 +71,5 @@ void PlistBlock::release(const PlistCell& cell) noexcept {
         std::free(block);
     }
 }
+
+}  // namespace plist::detail

@@ -7,6 +7,8 @@
 
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist::detail {
+
 /// The head of a counted block: memory of its own for the text, data or children of one value that
 /// was not read from a file. What the cell points to follows the head directly.
 struct PlistBlock {
@@ -64,3 +66,5 @@ struct PlistBlock {
 };
 
 static_assert(sizeof(PlistBlock) % 16 == 0);
+
+}  // namespace plist::detail

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace plist::detail {
+
 namespace {
 
 /// Copies `children` to `place` and returns their flags together.
@@ -48,3 +50,5 @@ PlistValue PlistBuilder::finish(const PlistCell& root) noexcept {
     root.retain();
     return PlistValue::adopting(root);
 }
+
+}  // namespace plist::detail

@@ -12,6 +12,8 @@
 #include "PlistCore/memory/PlistArena.h"
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist::detail {
+
 /// Makes the values of one document inside one new arena; for readers.
 ///
 /// The cells it hands out own no share of the arena. They stand on the reader's own stacks until a
@@ -110,3 +112,5 @@ private:
 
     PlistArena* arena_;
 };
+
+}  // namespace plist::detail

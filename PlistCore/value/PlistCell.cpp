@@ -3,6 +3,8 @@
 #include "PlistCore/memory/PlistArena.h"
 #include "PlistCore/value/PlistBlock.h"
 
+namespace plist::detail {
+
 void PlistCell::retainShare() const noexcept {
     if (has(inArena)) {
         PlistArena::of(pointer())->retain();
@@ -18,3 +20,5 @@ void PlistCell::releaseShare() const noexcept {
         PlistBlock::release(*this);
     }
 }
+
+}  // namespace plist::detail

@@ -10,8 +10,12 @@
 #include "PlistCore/PlistInteger.h"
 #include "PlistCore/PlistType.h"
 
+namespace plist {
 class PlistString;
 class PlistValue;
+}  // namespace plist
+
+namespace plist::detail {
 
 /// The 16 bytes behind every `PlistValue` and every `PlistString`.
 ///
@@ -180,3 +184,5 @@ private:
 };
 
 static_assert(sizeof(PlistCell) == 16);
+
+}  // namespace plist::detail

@@ -6,6 +6,8 @@
 
 #include "PlistCore/memory/LargeMemory.h"
 
+namespace plist::detail {
+
 namespace {
 
 /// Up to this size the allocator is faster than the system.
@@ -61,3 +63,5 @@ PlistCellStack::~PlistCellStack() {
 bool PlistCellStack::isMapped() const noexcept {
     return capacity_ * sizeof(PlistCell) > smallSize;
 }
+
+}  // namespace plist::detail

@@ -6,6 +6,8 @@
 
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist::detail {
+
 /// The scratch stack on which a reader collects the children of open containers before it stores
 /// them once, at their exact number. Cells on it own no shares.
 ///
@@ -46,3 +48,5 @@ private:
     std::size_t size_ = 0;
     std::size_t capacity_;
 };
+
+}  // namespace plist::detail

@@ -14,6 +14,8 @@
 #include "PlistCore/memory/PlistArena.h"
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist {
+
 namespace {
 
 /// A copy is worth its memory when the documents are this many times larger.
@@ -62,18 +64,18 @@ private:
         }
     }
 
-    void addBytes(const PlistCell& cell) {
-        if (cell.has(PlistCell::outOfLine)) {
+    void addBytes(const detail::PlistCell& cell) {
+        if (cell.has(detail::PlistCell::outOfLine)) {
             size_ += cell.length();
             noteArena(cell);
         }
     }
 
-    void noteArena(const PlistCell& cell) {
-        if (!cell.has(PlistCell::inArena)) {
+    void noteArena(const detail::PlistCell& cell) {
+        if (!cell.has(detail::PlistCell::inArena)) {
             return;
         }
-        const PlistArena* arena = PlistArena::of(cell.pointer());
+        const detail::PlistArena* arena = detail::PlistArena::of(cell.pointer());
         if (arena != lastArena_ && arenas_.insert(arena).second) {
             arenaSize_ += arena->valueBound() * sizeof(PlistValue);
         }
@@ -84,14 +86,14 @@ private:
 
     std::uint64_t size_ = 0;
     std::uint64_t arenaSize_ = 0;
-    const PlistArena* lastArena_ = nullptr;
-    std::unordered_set<const PlistArena*> arenas_;
+    const detail::PlistArena* lastArena_ = nullptr;
+    std::unordered_set<const detail::PlistArena*> arenas_;
     std::unordered_set<const void*> seen_;  ///< containers and lists of keys
     std::vector<const PlistValue*> pending_;
 };
 
 PlistString copyOf(const PlistString& text) {
-    return text.cell().has(PlistCell::outOfLine) ? PlistString(text.view()) : text;
+    return text.cell().has(detail::PlistCell::outOfLine) ? PlistString(text.view()) : text;
 }
 
 /// Makes a value anew, the containers within it first, and each of them once.
@@ -122,7 +124,7 @@ private:
 
     /// Appends the copy of a value to `children`, or opens it to be copied first.
     void add(const PlistValue& value, std::vector<PlistValue>& children) {
-        if (!value.cell().has(PlistCell::outOfLine)) {
+        if (!value.cell().has(detail::PlistCell::outOfLine)) {
             children.push_back(value);
         } else if (value.type() == PlistType::string) {
             children.push_back(PlistValue::string(copyOf(value.stringValue())));
@@ -170,3 +172,5 @@ PlistValue PlistCopy::detached(const PlistValue& value) {
 PlistString PlistCopy::detached(const PlistString& text) {
     return Measure().isSmallPart(text) ? copyOf(text) : text;
 }
+
+}  // namespace plist

@@ -9,6 +9,8 @@
 #include "PlistCore/PlistString.h"
 #include "PlistCore/PlistValue.h"
 
+namespace plist::detail {
+
 namespace {
 
 /// From this many containers on, pairs that were seen are remembered. Below it nothing is worth
@@ -127,3 +129,5 @@ private:
 bool PlistEquality::equal(const PlistValue& left, const PlistValue& right) {
     return Comparison().equal(left, right);
 }
+
+}  // namespace plist::detail

@@ -1,6 +1,10 @@
 #pragma once
 
+namespace plist {
 class PlistValue;
+}  // namespace plist
+
+namespace plist::detail {
 
 /// Equality of whole values.
 namespace PlistEquality {
@@ -11,3 +15,5 @@ namespace PlistEquality {
 bool equal(const PlistValue& left, const PlistValue& right);
 
 }  // namespace PlistEquality
+
+}  // namespace plist::detail

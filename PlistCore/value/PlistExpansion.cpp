@@ -8,6 +8,8 @@
 #include "PlistCore/memory/PlistArena.h"
 #include "PlistCore/value/PlistBlock.h"
 
+namespace plist {
+
 namespace {
 
 struct OpenContainer {
@@ -19,15 +21,15 @@ struct OpenContainer {
 /// Whether `container`, met inside `parent`, may stand in another place too. What was read from a
 /// file without sharing stands where it was read, and remembering it would only take memory.
 bool mayStandElsewhere(const PlistValue& container, const PlistValue& parent) {
-    return !parent.cell().has(PlistCell::inArena) ||
-           PlistArena::of(container.cell().pointer())->sharesContainers();
+    return !parent.cell().has(detail::PlistCell::inArena) ||
+           detail::PlistArena::of(container.cell().pointer())->sharesContainers();
 }
 
 }  // namespace
 
 std::uint64_t PlistExpansion::count(const PlistValue& value, std::uint64_t limit) {
-    if (const std::uint64_t count = PlistBlock::knownCount(value.cell());
-        count != PlistBlock::notCounted) {
+    if (const std::uint64_t count = detail::PlistBlock::knownCount(value.cell());
+        count != detail::PlistBlock::notCounted) {
         return std::min(limit, count);
     }
     std::unordered_map<const void*, std::uint64_t> remembered;
@@ -47,12 +49,12 @@ std::uint64_t PlistExpansion::count(const PlistValue& value, std::uint64_t limit
             open.back().count += closed.count;
         } else {
             const PlistValue& child = children[top.next++];
-            std::uint64_t count = PlistBlock::knownCount(child.cell());
-            if (count == PlistBlock::notCounted && mayStandElsewhere(child, *top.value)) {
+            std::uint64_t count = detail::PlistBlock::knownCount(child.cell());
+            if (count == detail::PlistBlock::notCounted && mayStandElsewhere(child, *top.value)) {
                 const auto found = remembered.find(child.cell().pointer());
-                count = found == remembered.end() ? PlistBlock::notCounted : found->second;
+                count = found == remembered.end() ? detail::PlistBlock::notCounted : found->second;
             }
-            if (count == PlistBlock::notCounted) {
+            if (count == detail::PlistBlock::notCounted) {
                 open.push_back({&child});
                 continue;
             }
@@ -81,3 +83,5 @@ bool PlistExpansion::exceeds(std::span<const PlistValue> values, std::uint64_t l
     }
     return false;
 }
+
+}  // namespace plist

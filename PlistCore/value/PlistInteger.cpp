@@ -3,6 +3,8 @@
 #include <array>
 #include <charconv>
 
+namespace plist {
+
 std::string decimalText(PlistInteger number) {
     std::array<char, longestDecimalText> buffer = {};
     return std::string(decimalText(number, buffer));
@@ -16,3 +18,5 @@ std::string_view decimalText(PlistInteger number,
                             : std::to_chars(buffer.data(), end, static_cast<std::uint64_t>(number));
     return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
 }
+
+}  // namespace plist

@@ -14,6 +14,8 @@
 #include "PlistCore/PlistEntry.h"
 #include "PlistCore/text/UnicodeText.h"
 
+namespace plist {
+
 namespace PlistText {
 namespace {
 
@@ -130,7 +132,7 @@ std::optional<double> parseMagnitude(std::string_view text) {
 }
 
 std::optional<std::uint64_t> parseUid(std::string_view text) noexcept {
-    text = UnicodeText::trimmed(text);
+    text = detail::UnicodeText::trimmed(text);
     takePrefix(text, "+");
     return parseDigits(text, 10);
 }
@@ -144,7 +146,7 @@ std::optional<PlistValue> made(const std::optional<Result>& result, Make make) {
 /// What the bytes say if they are text, else their Base64.
 std::string dataText(std::span<const std::uint8_t> bytes) {
     const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    return UnicodeText::isValidUtf8(text) ? std::string(text) : Base64::encoded(bytes);
+    return detail::UnicodeText::isValidUtf8(text) ? std::string(text) : Base64::encoded(bytes);
 }
 
 PlistValue dictionaryOfItems(const PlistValue& array) {
@@ -249,7 +251,7 @@ PlistValue convertedContainer(const PlistValue& value, PlistType type) {
 }  // namespace
 
 std::optional<PlistInteger> parseInteger(std::string_view text) {
-    text = UnicodeText::trimmedWithLineBreaks(text);
+    text = detail::UnicodeText::trimmedWithLineBreaks(text);
     const Sign sign = takeSign(text);
     const int base = takePrefix(text, "0x") || takePrefix(text, "0X") ? 16 : 10;
     // A second sign is taken, but the number that it gives must not be negative: "-+5" is -5,
@@ -265,7 +267,7 @@ std::optional<PlistInteger> parseInteger(std::string_view text) {
 }
 
 std::optional<double> parseReal(std::string_view text) {
-    text = UnicodeText::trimmedWithLineBreaks(text);
+    text = detail::UnicodeText::trimmedWithLineBreaks(text);
     const Sign sign = takeSign(text);
     if (isWord(text, "nan")) {
         return std::numeric_limits<double>::quiet_NaN();
@@ -275,7 +277,7 @@ std::optional<double> parseReal(std::string_view text) {
 }
 
 std::optional<bool> parseBoolean(std::string_view text) {
-    text = UnicodeText::trimmed(text);
+    text = detail::UnicodeText::trimmed(text);
     if (isOneOf<3>(text, {"true", "yes", "1"})) {
         return true;
     }
@@ -306,7 +308,7 @@ std::optional<PlistValue> value(std::string_view text, PlistType type) {
         case PlistType::boolean:
             return made(parseBoolean(text), PlistValue::boolean);
         case PlistType::date:
-            return made(PlistDate::parseDate(UnicodeText::trimmed(text)), PlistValue::date);
+            return made(PlistDate::parseDate(detail::UnicodeText::trimmed(text)), PlistValue::date);
         case PlistType::data:
             return made(parseBase64(text), PlistValue::data);
         case PlistType::uid:
@@ -387,3 +389,5 @@ PlistValue converted(const PlistValue& value, PlistType type) {
 }
 
 }  // namespace PlistText
+
+}  // namespace plist

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace plist {
+
 namespace {
 
 struct TypeNames {
@@ -35,6 +37,8 @@ std::string_view displayName(PlistType type) {
 std::optional<PlistType> plistTypeFromRawValue(std::string_view rawValue) {
     const auto found =
         std::find_if(allPlistTypes.begin(), allPlistTypes.end(),
-                     [rawValue](PlistType type) { return ::rawValue(type) == rawValue; });
+                     [rawValue](PlistType type) { return plist::rawValue(type) == rawValue; });
     return found == allPlistTypes.end() ? std::nullopt : std::optional(*found);
 }
+
+}  // namespace plist

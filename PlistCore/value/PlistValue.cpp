@@ -12,13 +12,15 @@
 #include "PlistCore/value/PlistBlock.h"
 #include "PlistCore/value/PlistEquality.h"
 
+namespace plist {
+
 namespace {
 
 /// The most that `expandedCount` says.
 constexpr std::uint64_t countLimit = INT64_MAX;
 
 /// `flag` if `condition` holds, else no flag.
-constexpr std::uint8_t flagIf(bool condition, PlistCell::Flag flag) {
+constexpr std::uint8_t flagIf(bool condition, detail::PlistCell::Flag flag) {
     return condition ? std::uint8_t{flag} : std::uint8_t{0};
 }
 
@@ -28,15 +30,15 @@ struct Summary {
     std::uint64_t expandedCount = 1;
 
     void include(const PlistValue& child) {
-        holdsNaN = holdsNaN || child.cell().has(PlistCell::holdsNaN);
-        const std::uint64_t count = PlistBlock::knownCount(child.cell());
-        const bool isKnown =
-            expandedCount != PlistBlock::notCounted && count != PlistBlock::notCounted;
+        holdsNaN = holdsNaN || child.cell().has(detail::PlistCell::holdsNaN);
+        const std::uint64_t count = detail::PlistBlock::knownCount(child.cell());
+        const bool isKnown = expandedCount != detail::PlistBlock::notCounted &&
+                             count != detail::PlistBlock::notCounted;
         expandedCount =
-            isKnown ? std::min(countLimit, expandedCount + count) : PlistBlock::notCounted;
+            isKnown ? std::min(countLimit, expandedCount + count) : detail::PlistBlock::notCounted;
     }
 
-    std::uint8_t flags() const { return flagIf(holdsNaN, PlistCell::holdsNaN); }
+    std::uint8_t flags() const { return flagIf(holdsNaN, detail::PlistCell::holdsNaN); }
 };
 
 /// Moves the items of `source` to `place`, which thereby owns their shares.
@@ -46,8 +48,10 @@ void moveCells(std::vector<Item>& source, char* place) {
 }
 
 /// A block of values behind `prefix` bytes, and the summary of them.
-PlistBlock* blockOfValues(std::vector<PlistValue>& values, std::size_t prefix, Summary& summary) {
-    PlistBlock* block = PlistBlock::make(prefix + values.size() * sizeof(PlistValue));
+detail::PlistBlock* blockOfValues(std::vector<PlistValue>& values, std::size_t prefix,
+                                  Summary& summary) {
+    detail::PlistBlock* block =
+        detail::PlistBlock::make(prefix + values.size() * sizeof(PlistValue));
     for (const PlistValue& value : values) {
         summary.include(value);
     }
@@ -58,27 +62,28 @@ PlistBlock* blockOfValues(std::vector<PlistValue>& values, std::size_t prefix, S
 }
 
 /// An array cell that owns a new list of keys.
-PlistCell keyList(std::vector<PlistString>& keys) {
-    PlistBlock* block = PlistBlock::make(keys.size() * sizeof(PlistString));
+detail::PlistCell keyList(std::vector<PlistString>& keys) {
+    detail::PlistBlock* block = detail::PlistBlock::make(keys.size() * sizeof(PlistString));
     block->ownedCellCount = keys.size();
     moveCells(keys, block->payload());
-    return PlistCell::elsewhere(PlistType::array, 0, block->payload(), keys.size());
+    return detail::PlistCell::elsewhere(PlistType::array, 0, block->payload(), keys.size());
 }
 
 /// An array cell, without a share of its own, of the keys of a dictionary that is not empty. They
 /// may lie in an arena while the dictionary has a block, if it took them over from another one.
-PlistCell keysCellOf(const PlistCell& dictionary) {
-    if (!dictionary.has(PlistCell::inArena)) {
-        return PlistBlock::of(dictionary.pointer())->keys;
+detail::PlistCell keysCellOf(const detail::PlistCell& dictionary) {
+    if (!dictionary.has(detail::PlistCell::inArena)) {
+        return detail::PlistBlock::of(dictionary.pointer())->keys;
     }
     const auto keys = dictionary.keys();
-    return PlistCell::elsewhere(PlistType::array, PlistCell::inArena, keys.data(), keys.size());
+    return detail::PlistCell::elsewhere(PlistType::array, detail::PlistCell::inArena, keys.data(),
+                                        keys.size());
 }
 
 /// A dictionary whose keys `keys`, an array cell, owns. Takes over that share.
-PlistValue dictionaryOf(PlistCell keys, std::vector<PlistValue>& values) {
+PlistValue dictionaryOf(detail::PlistCell keys, std::vector<PlistValue>& values) {
     Summary summary;
-    PlistBlock* block = nullptr;
+    detail::PlistBlock* block = nullptr;
     try {
         block = blockOfValues(values, sizeof(void*), summary);
     } catch (...) {
@@ -88,8 +93,8 @@ PlistValue dictionaryOf(PlistCell keys, std::vector<PlistValue>& values) {
     block->keys = keys;
     const void* list = keys.pointer();
     std::memcpy(block->payload(), &list, sizeof list);
-    return PlistValue::adopting(PlistCell::elsewhere(PlistType::dictionary, summary.flags(),
-                                                     block->payload(), values.size()));
+    return PlistValue::adopting(detail::PlistCell::elsewhere(PlistType::dictionary, summary.flags(),
+                                                             block->payload(), values.size()));
 }
 
 }  // namespace
@@ -120,7 +125,7 @@ PlistValue PlistValue::dictionaryWithKeysOf(const PlistValue& other,
     if (values.empty()) {
         return {};
     }
-    const PlistCell keys = keysCellOf(other.cell_);
+    const detail::PlistCell keys = keysCellOf(other.cell_);
     keys.retain();
     return dictionaryOf(keys, values);
 }
@@ -130,9 +135,9 @@ PlistValue PlistValue::array(std::vector<PlistValue> items) {
         return adopting({PlistType::array, 0, 0});
     }
     Summary summary;
-    PlistBlock* block = blockOfValues(items, 0, summary);
-    return adopting(
-        PlistCell::elsewhere(PlistType::array, summary.flags(), block->payload(), items.size()));
+    detail::PlistBlock* block = blockOfValues(items, 0, summary);
+    return adopting(detail::PlistCell::elsewhere(PlistType::array, summary.flags(),
+                                                 block->payload(), items.size()));
 }
 
 PlistValue PlistValue::string(const PlistString& text) noexcept {
@@ -142,32 +147,33 @@ PlistValue PlistValue::string(const PlistString& text) noexcept {
 
 PlistValue PlistValue::integer(PlistInteger number) {
     plistCheck(isValidPlistInteger(number), "an integer outside the valid range");
-    return adopting(PlistCell::ofInteger(number));
+    return adopting(detail::PlistCell::ofInteger(number));
 }
 
 PlistValue PlistValue::real(double number) noexcept {
-    return adopting(PlistCell::ofReal(number));
+    return adopting(detail::PlistCell::ofReal(number));
 }
 
 PlistValue PlistValue::boolean(bool truth) noexcept {
-    return adopting(PlistCell::ofBoolean(truth));
+    return adopting(detail::PlistCell::ofBoolean(truth));
 }
 
 PlistValue PlistValue::date(double seconds) noexcept {
-    return adopting(PlistCell::ofDate(seconds));
+    return adopting(detail::PlistCell::ofDate(seconds));
 }
 
 PlistValue PlistValue::data(std::span<const std::uint8_t> bytes) {
-    return adopting(PlistBlock::cellOfBytes(
+    return adopting(detail::PlistBlock::cellOfBytes(
         PlistType::data, 0, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}));
 }
 
 PlistValue PlistValue::uid(std::uint64_t number) noexcept {
-    return adopting(PlistCell::ofUid(number));
+    return adopting(detail::PlistCell::ofUid(number));
 }
 
 PlistValue PlistValue::defaultValue(PlistType type) noexcept {
-    return adopting(PlistCell(type, flagIf(type == PlistType::string, PlistCell::ascii), 0));
+    return adopting(
+        detail::PlistCell(type, flagIf(type == PlistType::string, detail::PlistCell::ascii), 0));
 }
 
 PlistString PlistValue::stringValue() const {
@@ -183,7 +189,7 @@ std::string_view PlistValue::text() const {
 
 PlistInteger PlistValue::integerValue() const {
     plistCheck(type() == PlistType::integer, "not an integer");
-    if (cell_.has(PlistCell::unsignedNumber)) {
+    if (cell_.has(detail::PlistCell::unsignedNumber)) {
         return cell_.word();
     }
     return static_cast<std::int64_t>(cell_.word());
@@ -228,8 +234,8 @@ std::optional<PlistValue> PlistValue::value(std::span<const std::int64_t> path) 
 }
 
 std::uint64_t PlistValue::expandedCount() const {
-    if (childCount() != 0 && cell_.has(PlistCell::inArena)) {
-        const PlistArena* arena = PlistArena::of(cell_.pointer());
+    if (childCount() != 0 && cell_.has(detail::PlistCell::inArena)) {
+        const detail::PlistArena* arena = detail::PlistArena::of(cell_.pointer());
         if (!arena->sharesContainers()) {
             return arena->valueBound();
         }
@@ -242,5 +248,7 @@ bool PlistValue::isIdenticalTo(const PlistValue& other) const noexcept {
 }
 
 bool operator==(const PlistValue& left, const PlistValue& right) {
-    return PlistEquality::equal(left, right);
+    return detail::PlistEquality::equal(left, right);
 }
+
+}  // namespace plist

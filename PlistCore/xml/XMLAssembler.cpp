@@ -1,5 +1,7 @@
 #include "PlistCore/xml/XMLAssembler.h"
 
+namespace plist::detail {
+
 void XMLAssembler::addKey(std::string_view key, std::uint8_t flags) {
     Frame& frame = top();
     frame.awaitsKey = false;
@@ -60,3 +62,5 @@ void XMLAssembler::replaceTop(const PlistCell& container) {
     --depth_;
     add(container);
 }
+
+}  // namespace plist::detail

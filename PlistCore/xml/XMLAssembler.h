@@ -12,6 +12,8 @@
 #include "PlistCore/value/PlistCell.h"
 #include "PlistCore/value/PlistCellStack.h"
 
+namespace plist::detail {
+
 /// Puts the values of an XML property list together, one container inside the other.
 ///
 /// Children wait on one stack, whatever their container, and are stored once when it closes. The
@@ -112,3 +114,5 @@ private:
     std::size_t depth_ = 0;
     std::array<Frame, depthLimit> frames_;
 };
+
+}  // namespace plist::detail

@@ -5,6 +5,8 @@
 
 #include "PlistCore/text/ByteBlock.h"
 
+namespace plist::detail {
+
 namespace {
 
 template <std::size_t size>
@@ -78,3 +80,5 @@ char* writeInPlace(const PlistCell& cell, char* out) noexcept {
 }
 
 }  // namespace XMLEscaping
+
+}  // namespace plist::detail

@@ -5,6 +5,8 @@
 
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist::detail {
+
 /// Text as XML content: "&", "<" and ">" become entities, every other byte stays as it is.
 namespace XMLEscaping {
 
@@ -22,3 +24,5 @@ char* write(std::string_view text, char* out) noexcept;
 char* writeInPlace(const PlistCell& cell, char* out) noexcept;
 
 }  // namespace XMLEscaping
+
+}  // namespace plist::detail

@@ -10,6 +10,8 @@
 #include "PlistCore/PlistDate.h"
 #include "PlistCore/text/ByteBlock.h"
 
+namespace plist::detail {
+
 namespace {
 
 /// Enough for any tag, a number or a date, and the end tag behind it.
@@ -214,3 +216,5 @@ inline XMLFastPath::Text XMLFastPath::findTextEnd(const char* content) const {
     }
     return {nullptr, false};
 }
+
+}  // namespace plist::detail

@@ -6,6 +6,8 @@
 #include "PlistCore/xml/XMLAssembler.h"
 #include "PlistCore/xml/XMLScanner.h"
 
+namespace plist::detail {
+
 /// Reads what nearly all of nearly all files consists of: tags without blanks, texts without
 /// references, short numbers, full dates. It takes only what it fully understands; at anything else
 /// it stops in front of it, and the plain path of the parser reads that or reports it.
@@ -43,3 +45,5 @@ private:
     /// From here on fewer than `margin` bytes are left.
     const char* limit_;
 };
+
+}  // namespace plist::detail

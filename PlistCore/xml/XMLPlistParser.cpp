@@ -19,6 +19,8 @@
 #include "PlistCore/xml/XMLFastPath.h"
 #include "PlistCore/xml/XMLScanner.h"
 
+namespace plist::detail {
+
 namespace {
 
 static_assert(XMLPlistParser::nestingLimit == XMLAssembler::depthLimit);
@@ -288,3 +290,5 @@ PlistValue XMLPlistParser::parse(std::span<const std::uint8_t> bytes, Paths path
                          lineAt(std::get<PlistError::Offset>(*location).offset, input));
     }
 }
+
+}  // namespace plist::detail

@@ -5,6 +5,8 @@
 
 #include "PlistCore/PlistValue.h"
 
+namespace plist::detail {
+
 /// Reads XML property lists: a scanner for just this vocabulary over the bytes as they stand, not a
 /// general XML parser.
 namespace XMLPlistParser {
@@ -26,3 +28,5 @@ enum class Paths : std::uint8_t {
 PlistValue parse(std::span<const std::uint8_t> bytes, Paths paths = Paths::fastAndPlain);
 
 }  // namespace XMLPlistParser
+
+}  // namespace plist::detail

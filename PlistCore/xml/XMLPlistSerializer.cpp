@@ -18,6 +18,8 @@
 #include "PlistCore/value/PlistCell.h"
 #include "PlistCore/xml/XMLEscaping.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr std::string_view prologue =
@@ -296,3 +298,5 @@ PlistBytes serialize(const PlistValue& value) {
 }
 
 }  // namespace XMLPlistSerializer
+
+}  // namespace plist::detail

@@ -3,6 +3,8 @@
 #include "PlistCore/PlistBytes.h"
 #include "PlistCore/PlistValue.h"
 
+namespace plist::detail {
+
 /// Writes XML property lists. The bytes are fully determined by the value, and any depth is
 /// written.
 namespace XMLPlistSerializer {
@@ -12,3 +14,5 @@ namespace XMLPlistSerializer {
 PlistBytes serialize(const PlistValue& value);
 
 }  // namespace XMLPlistSerializer
+
+}  // namespace plist::detail

@@ -10,6 +10,8 @@
 #include "PlistCore/text/ByteBlock.h"
 #include "PlistCore/text/UnicodeText.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr std::array<std::string_view, 11> elementNames = {
@@ -282,3 +284,5 @@ void XMLScanner::failMalformed(std::size_t offset, std::string text) const {
 void XMLScanner::failAtEnd() const {
     failAt(input_.size(), PlistError::UnexpectedEnd{});
 }
+
+}  // namespace plist::detail

@@ -8,6 +8,8 @@
 #include "PlistCore/PlistError.h"
 #include "PlistCore/text/UnicodeText.h"
 
+namespace plist::detail {
+
 /// The elements of the vocabulary.
 enum class XMLElement : std::uint8_t {
     plist,
@@ -98,3 +100,5 @@ private:
     std::size_t validEnd_ = 0;
     bool isBroken_ = false;
 };
+
+}  // namespace plist::detail

@@ -9,6 +9,10 @@
 #include <span>
 #include <vector>
 
+using plist::PlistString;
+using plist::PlistType;
+using plist::PlistValue;
+
 namespace {
 
 void countKeys(Census& census, std::span<const PlistString> keys) {

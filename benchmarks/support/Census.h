@@ -10,15 +10,17 @@
 /// What a document holds, in numbers: a benchmark compares it with what the generator put in, so
 /// that nothing fast and wrong is measured.
 struct Census {
-    std::array<std::uint64_t, allPlistTypes.size()> counts = {};  ///< values of each type
+    std::array<std::uint64_t, plist::allPlistTypes.size()> counts = {};  ///< values of each type
     std::uint64_t keys = 0;
     std::uint64_t keyBytes = 0;     ///< UTF-8
     std::uint64_t stringBytes = 0;  ///< UTF-8
     std::uint64_t dataBytes = 0;
     std::uint64_t numbers = 0;  ///< the 64 bits of all numbers and dates, folded in their order
 
-    std::uint64_t& operator[](PlistType type) { return counts[static_cast<std::size_t>(type)]; }
-    std::uint64_t operator[](PlistType type) const {
+    std::uint64_t& operator[](plist::PlistType type) {
+        return counts[static_cast<std::size_t>(type)];
+    }
+    std::uint64_t operator[](plist::PlistType type) const {
         return counts[static_cast<std::size_t>(type)];
     }
 
@@ -36,7 +38,7 @@ struct Census {
 };
 
 /// Counts what stands in `root`; shared values count each time.
-Census takeCensus(const PlistValue& root);
+Census takeCensus(const plist::PlistValue& root);
 
 /// A census as one line of numbers.
 std::ostream& operator<<(std::ostream& stream, const Census& census);

@@ -14,6 +14,14 @@
 #include "benchmarks/support/Random.h"
 #include "benchmarks/support/Words.h"
 
+using plist::PlistBytes;
+using plist::PlistType;
+using plist::PlistValue;
+namespace BinaryPlistParser = plist::detail::BinaryPlistParser;
+namespace BinaryPlistSerializer = plist::detail::BinaryPlistSerializer;
+namespace XMLPlistParser = plist::detail::XMLPlistParser;
+namespace XMLPlistSerializer = plist::detail::XMLPlistSerializer;
+
 namespace {
 
 /// Twenty years from 2005 on.

@@ -39,4 +39,4 @@ GeneratedDocument generateDocument(DocumentKind kind, std::size_t bytes);
 /// Reads the document. Throws `std::logic_error` if the value does not hold what was generated, if
 /// writing it does not give the same bytes again, or if its binary form does not read as an equal
 /// value: a benchmark that measures something wrong must not run.
-PlistValue checkedValue(const GeneratedDocument& document);
+plist::PlistValue checkedValue(const GeneratedDocument& document);

@@ -16,7 +16,7 @@
 /// header alone, because other measuring programs do without the model.
 struct ShownTree {
     /// Makes a value with about so many rows.
-    using Shape = PlistValue (*)(std::int64_t rows);
+    using Shape = plist::PlistValue (*)(std::int64_t rows);
 
     ShownTree(Shape shape, std::int64_t rows) : root(PlistNode::create({}, shape(rows))) {
         outline.rebuild(*root);
@@ -46,34 +46,36 @@ struct ShownTree {
         return sum;
     }
 
-    static PlistValue numbers(std::int64_t rows) {
-        std::vector<PlistValue> items;
+    static plist::PlistValue numbers(std::int64_t rows) {
+        std::vector<plist::PlistValue> items;
         for (std::int64_t i = 1; i < rows; ++i) {
-            items.push_back(PlistValue::integer(i));
+            items.push_back(plist::PlistValue::integer(i));
         }
-        return PlistValue::array(std::move(items));
+        return plist::PlistValue::array(std::move(items));
     }
 
     /// One dictionary with as many keys as there are rows.
-    static PlistValue keys(std::int64_t rows) {
-        std::vector<PlistEntry> entries;
+    static plist::PlistValue keys(std::int64_t rows) {
+        std::vector<plist::PlistEntry> entries;
         for (std::int64_t i = 1; i < rows; ++i) {
-            entries.push_back({"a key with number " + std::to_string(i), PlistValue::integer(i)});
+            entries.push_back(
+                {"a key with number " + std::to_string(i), plist::PlistValue::integer(i)});
         }
-        return PlistValue::dictionary(std::move(entries));
+        return plist::PlistValue::dictionary(std::move(entries));
     }
 
     /// An array of dictionaries with four fields each.
-    static PlistValue records(std::int64_t rows) {
+    static plist::PlistValue records(std::int64_t rows) {
         constexpr std::int64_t rowsPerRecord = 5;
-        std::vector<PlistValue> items;
+        std::vector<plist::PlistValue> items;
         for (std::int64_t i = 0; i < rows / rowsPerRecord; ++i) {
-            items.push_back(PlistValue::dictionary({{"name", PlistValue::string(std::to_string(i))},
-                                                    {"identifier", PlistValue::integer(i)},
-                                                    {"weight", PlistValue::real(0.5)},
-                                                    {"active", PlistValue::boolean(true)}}));
+            items.push_back(plist::PlistValue::dictionary(
+                {{"name", plist::PlistValue::string(std::to_string(i))},
+                 {"identifier", plist::PlistValue::integer(i)},
+                 {"weight", plist::PlistValue::real(0.5)},
+                 {"active", plist::PlistValue::boolean(true)}}));
         }
-        return PlistValue::array(std::move(items));
+        return plist::PlistValue::array(std::move(items));
     }
 
     static void require(bool holds, const char* what) {

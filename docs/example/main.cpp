@@ -1,10 +1,10 @@
-#include <PlistCore/PlistCodec.h>
-#include <PlistCore/PlistEntry.h>
-#include <PlistCore/PlistError.h>
+#include <PlistCore/PlistCore.h>
 
 #include <cstddef>
 #include <iostream>
 #include <string_view>
+
+using plist::PlistValue;
 
 int main() {
     // A document comes from bytes in any of the three forms, or is built.
@@ -13,9 +13,9 @@ int main() {
         {"Height", PlistValue::integer(27)},
         {"Lit", PlistValue::boolean(true)},
     });
-    const PlistBytes binary = PlistCodec::write(harbour, PlistFormat::binary);
+    const plist::PlistBytes binary = plist::PlistCodec::write(harbour, plist::PlistFormat::binary);
 
-    const PlistFile file = PlistCodec::read(binary.span());
+    const plist::PlistFile file = plist::PlistCodec::read(binary.span());
     for (std::size_t i = 0; i < file.root.childCount(); ++i) {
         std::cout << file.root.keys()[i].view() << '\n';
     }
@@ -23,8 +23,8 @@ int main() {
 
     // What is no property list says why, and where.
     try {
-        PlistCodec::read(std::string_view("<plist><array><true/></dict></plist>"));
-    } catch (const PlistError& error) {
+        plist::PlistCodec::read(std::string_view("<plist><array><true/></dict></plist>"));
+    } catch (const plist::PlistError& error) {
         std::cout << error.errorDescription() << '\n';
     }
 }

@@ -8,42 +8,44 @@
 #include "fuzz/support/FuzzCheck.h"
 #include "fuzz/support/ValueFacts.h"
 
+namespace plist {
+
 namespace {
 
 void checkBinary(const PlistValue& value, const ValueFacts& facts) {
-    const PlistBytes first = BinaryPlistSerializer::serialize(value);
-    if (facts.depth > BinaryPlistParser::nestingLimit) {
+    const PlistBytes first = detail::BinaryPlistSerializer::serialize(value);
+    if (facts.depth > detail::BinaryPlistParser::nestingLimit) {
         return;
     }
-    const PlistValue again = BinaryPlistParser::parse(first.span());
+    const PlistValue again = detail::BinaryPlistParser::parse(first.span());
     fuzzCheck((again == value) == !facts.holdsNaN);
-    fuzzCheck(BinaryPlistSerializer::serialize(again).view() == first.view());
+    fuzzCheck(detail::BinaryPlistSerializer::serialize(again).view() == first.view());
 }
 
 /// What comes back from the form that loses nothing gives the same bytes in any form.
 void checkExactBinary(const PlistValue& value, const ValueFacts& facts) {
-    constexpr auto identical = BinaryPlistSerializer::EqualTexts::identical;
-    const PlistBytes first = BinaryPlistSerializer::serialize(value, identical);
-    if (facts.depth > BinaryPlistParser::nestingLimit) {
+    constexpr auto identical = detail::BinaryPlistSerializer::EqualTexts::identical;
+    const PlistBytes first = detail::BinaryPlistSerializer::serialize(value, identical);
+    if (facts.depth > detail::BinaryPlistParser::nestingLimit) {
         return;
     }
-    const PlistValue again = BinaryPlistParser::parse(first.span());
-    fuzzCheck(BinaryPlistSerializer::serialize(again, identical).view() == first.view());
-    fuzzCheck(XMLPlistSerializer::serialize(again).view() ==
-              XMLPlistSerializer::serialize(value).view());
+    const PlistValue again = detail::BinaryPlistParser::parse(first.span());
+    fuzzCheck(detail::BinaryPlistSerializer::serialize(again, identical).view() == first.view());
+    fuzzCheck(detail::XMLPlistSerializer::serialize(again).view() ==
+              detail::XMLPlistSerializer::serialize(value).view());
 }
 
 void checkXml(const PlistValue& value, const ValueFacts& facts) {
-    const PlistBytes first = XMLPlistSerializer::serialize(value);
+    const PlistBytes first = detail::XMLPlistSerializer::serialize(value);
     // A uid is written as a dictionary, one level deeper.
-    if (facts.holdsFarDate || facts.depth + 1 > XMLPlistParser::nestingLimit) {
+    if (facts.holdsFarDate || facts.depth + 1 > detail::XMLPlistParser::nestingLimit) {
         return;
     }
-    const PlistValue again = XMLPlistParser::parse(first.span());
+    const PlistValue again = detail::XMLPlistParser::parse(first.span());
     if (!facts.losesInXml) {
         fuzzCheck((again == value) == !facts.holdsNaN);
     }
-    fuzzCheck(XMLPlistSerializer::serialize(again).view() == first.view());
+    fuzzCheck(detail::XMLPlistSerializer::serialize(again).view() == first.view());
 }
 
 }  // namespace
@@ -57,3 +59,5 @@ void checkRoundTrips(const PlistValue& value) {
     checkExactBinary(value, facts);
     checkXml(value, facts);
 }
+
+}  // namespace plist

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace plist {
+
 namespace {
 
 constexpr std::uint64_t hugeCount = 1 << 16;
@@ -71,3 +73,5 @@ ValueFacts factsOf(const PlistValue& root) {
     }
     return facts;
 }
+
+}  // namespace plist

@@ -4,6 +4,8 @@
 
 #include "PlistCore/PlistValue.h"
 
+namespace plist {
+
 /// What decides which comparisons a value can pass.
 struct ValueFacts {
     /// More values, shared ones counted at every place, than a fuzz target should walk. Nothing
@@ -26,3 +28,5 @@ struct ValueFacts {
 };
 
 ValueFacts factsOf(const PlistValue& root);
+
+}  // namespace plist

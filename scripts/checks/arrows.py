@@ -63,13 +63,6 @@ HEADERS_ALONE = {
     "PlistFormat": "PlistCore/text",
 }
 
-# Internals of PlistCore that the application still reaches for.
-EXCEPTIONS = {
-    ("app/desktop/recovery", "PlistCore/binary/BinaryPlistSerializer.h"),
-    ("app/model/editing", "PlistCore/text/UnicodeText.h"),
-    ("app/model/tree", "PlistCore/xml/XMLPlistParser.h"),
-}
-
 # What each room must not include of the system.
 FOREIGN = {
     "PlistCore": r"Q[A-Z]|Qt|q[a-z]+\.h",
@@ -99,7 +92,7 @@ def folder_of(path, table):
 
 
 def is_allowed(source, target, header, table):
-    if source == target or (source, header) in EXCEPTIONS:
+    if source == target:
         return True
     if source.startswith(USES_PUBLIC_HEADERS) and target.startswith("PlistCore"):
         return pathlib.PurePosixPath(header).parent.name == "PlistCore"

@@ -6,7 +6,6 @@
 #include <new>
 #include <utility>
 
-#include "PlistCore/binary/BinaryPlistSerializer.h"
 #include "app/desktop/files/BackgroundTask.h"
 #include "app/desktop/files/FilePath.h"
 #include "app/model/runtime/Plist.h"
@@ -84,8 +83,8 @@ int RecoveryStore::keep(const QByteArray& name, const PlistFile& content,
         return EFBIG;
     }
     try {
-        constexpr auto identical = BinaryPlistSerializer::EqualTexts::identical;
-        const PlistBytes bytes = BinaryPlistSerializer::serialize(content.root, identical);
+        const PlistBytes bytes =
+            PlistCodec::write(content.root, PlistFormat::binary, {.keepsSpellings = true});
         int error = folder_->write(name + contentEnd, bytes.span());
         if (error == ENOENT) {
             // Somebody has deleted the folder.

@@ -7,7 +7,6 @@
 #include <unordered_set>
 #include <utility>
 
-#include "PlistCore/text/UnicodeText.h"
 #include "app/model/editing/EditGroup.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/UniqueKeys.h"
@@ -378,7 +377,7 @@ void PlistEditor::sortKeys(PlistNode& node) const {
     const std::span<const PlistNodePtr> children = node.children();
     std::vector<PlistNodePtr> sorted(children.begin(), children.end());
     std::ranges::stable_sort(sorted, [](const PlistNodePtr& left, const PlistNodePtr& right) {
-        return UnicodeText::compare(left->key().view(), right->key().view()) < 0;
+        return left->key().compare(right->key()) < 0;
     });
     if (std::ranges::equal(sorted, children)) {
         return;

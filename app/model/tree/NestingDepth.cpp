@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "PlistCore/xml/XMLPlistParser.h"
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 
@@ -50,8 +49,8 @@ void NestingDepth::check(std::span<const PlistEntry> entries, const PlistNode& c
         addContainers({&entry.value, 1}, onLevel);
     }
     for (int level = levelOf(container) + 1; !onLevel.empty(); ++level) {
-        if (level > XMLPlistParser::nestingLimit) {
-            throw PlistError(PlistError::NestingTooDeep{XMLPlistParser::nestingLimit});
+        if (level > PlistCodec::maximumDepth) {
+            throw PlistError(PlistError::NestingTooDeep{PlistCodec::maximumDepth});
         }
         keepEachOnce(onLevel);
         std::vector<Children> below;

@@ -7,7 +7,7 @@
 class PlistNode;
 
 /// How deep containers stand in each other. A file that nests deeper than
-/// `XMLPlistParser::nestingLimit` can be written but never read again.
+/// `PlistCodec::maximumDepth` can be written but never read again.
 namespace NestingDepth {
 
 /// Throws the `PlistError` (`NestingTooDeep`) of a reader if `entries`, put into `container`, would

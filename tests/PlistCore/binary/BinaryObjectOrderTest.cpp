@@ -7,6 +7,8 @@
 #include "PlistCore/PlistEntry.h"
 #include "PlistCore/binary/BinaryObjectOrder.h"
 
+namespace plist::detail {
+
 namespace {
 
 PlistValue text(const std::string& utf8) {
@@ -73,3 +75,5 @@ TEST(BinaryObjectOrder, AnyDepthIsWalked) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

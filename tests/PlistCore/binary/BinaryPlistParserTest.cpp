@@ -16,6 +16,8 @@
 #include "tests/PlistCore/support/BinaryFile.h"
 #include "tests/PlistCore/support/SampleValues.h"
 
+namespace plist::detail {
+
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -613,3 +615,5 @@ TEST(BinaryPlistParser, TheValueHoldsNothingOfTheBytes) {
     EXPECT_EQ(value.children()[0].text(), "twenty letters long.");
     EXPECT_EQ(value.children()[1].dataValue()[15], 15);
 }
+
+}  // namespace plist::detail

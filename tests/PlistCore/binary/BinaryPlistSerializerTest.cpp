@@ -14,6 +14,8 @@
 #include "tests/PlistCore/support/BinaryFile.h"
 #include "tests/PlistCore/support/ValueDifference.h"
 
+namespace plist::detail {
+
 namespace {
 
 using BinaryPlistSerializer::EqualTexts;
@@ -362,3 +364,5 @@ TEST(BinaryPlistSerializer, ALongChainIsWritten) {
     EXPECT_EQ(Bytes(bytes.begin() + 8, bytes.begin() + 18), bytesOf("A1 00000001 A1 00000002"));
     EXPECT_EQ(numberAt(bytes, 8 + 5 * depth, 1), 0xD0U);
 }
+
+}  // namespace plist::detail

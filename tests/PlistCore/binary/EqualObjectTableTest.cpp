@@ -5,6 +5,8 @@
 
 #include "PlistCore/binary/EqualObjectTable.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr auto never = [](std::uint32_t) { return false; };
@@ -67,3 +69,5 @@ TEST(EqualObjectTable, HoldsManyObjects) {
         ASSERT_EQ(table.findOrAdd(hash(number), count, isNumber), number);
     }
 }
+
+}  // namespace plist::detail

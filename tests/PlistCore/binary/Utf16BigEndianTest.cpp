@@ -5,6 +5,8 @@
 
 #include "PlistCore/binary/Utf16BigEndian.h"
 
+namespace plist::detail {
+
 namespace {
 
 std::string encoded(const std::string& utf8) {
@@ -91,3 +93,5 @@ TEST(Utf16BigEndian, AccentsAtEveryPlaceOfTexts) {
         }
     }
 }
+
+}  // namespace plist::detail

@@ -7,6 +7,8 @@
 #include "tests/PlistCore/support/CanonicalDump.h"
 #include "tests/PlistCore/support/ValueText.h"
 
+namespace plist {
+
 namespace {
 
 std::string dumped(std::string_view json) {
@@ -39,3 +41,5 @@ TEST(CanonicalDumpTest, refusesOtherJson) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -25,6 +25,8 @@
 #include "tests/PlistCore/support/TestFiles.h"
 #include "tests/PlistCore/support/ValueDifference.h"
 
+namespace plist {
+
 namespace {
 
 struct Entry {
@@ -226,3 +228,5 @@ TEST_F(CorpusTest, refusesMalformed) {
 }
 
 }  // namespace
+
+}  // namespace plist

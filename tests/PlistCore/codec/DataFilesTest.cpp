@@ -11,6 +11,8 @@
 #include "tests/PlistCore/support/ValueDifference.h"
 #include "tests/PlistCore/support/ValueText.h"
 
+namespace plist {
+
 namespace {
 
 struct ReadableFile {
@@ -139,3 +141,5 @@ TEST(DataFilesTest, everyFileIsTested) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -10,6 +10,8 @@
 #include "PlistCore/PlistError.h"
 #include "tests/PlistCore/support/ValueText.h"
 
+namespace plist {
+
 namespace {
 
 using std::string_literals::operator""s;
@@ -243,6 +245,17 @@ TEST(PlistCodecTest, openStepCanOnlyBeRead) {
               PlistError(PlistError::NotWritable{PlistFormat::openStep}));
 }
 
+TEST(PlistCodecTest, keepsSpellingsWhereAsked) {
+    const PlistValue value =
+        PlistValue::array({PlistValue::string("\xC3\xA9"), PlistValue::string("e\xCC\x81")});
+    const auto secondText = [&value](const PlistCodec::WriteOptions& options) {
+        const PlistBytes bytes = PlistCodec::write(value, PlistFormat::binary, options);
+        return std::string(PlistCodec::read(bytes.span()).root.children()[1].text());
+    };
+    EXPECT_EQ(secondText({}), "\xC3\xA9");
+    EXPECT_EQ(secondText({.keepsSpellings = true}), "e\xCC\x81");
+}
+
 TEST(PlistCodecTest, refusesToWriteWithoutMeasure) {
     const PlistError expected(PlistError::InvalidValue{
         "The document describes more than 268435456 values when written out."});
@@ -265,3 +278,5 @@ TEST(PlistCodecTest, writesWhatAnEditPutsTogetherFromPartsOfAFile) {
 }
 
 }  // namespace
+
+}  // namespace plist

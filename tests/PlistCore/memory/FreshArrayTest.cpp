@@ -7,6 +7,8 @@
 
 #include "PlistCore/memory/FreshArray.h"
 
+namespace plist::detail {
+
 namespace {
 
 TEST(FreshArray, ItemsAreZeroAtFirst) {
@@ -41,3 +43,5 @@ TEST(FreshArray, RefusesImpossibleCounts) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

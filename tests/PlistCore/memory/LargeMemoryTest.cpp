@@ -7,6 +7,8 @@
 
 #include "PlistCore/memory/LargeMemory.h"
 
+namespace plist::detail {
+
 namespace {
 
 using LargeMemory::Pages;
@@ -40,3 +42,5 @@ TEST(LargeMemory, RefusesImpossibleSizes) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

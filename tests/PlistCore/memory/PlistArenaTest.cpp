@@ -9,6 +9,8 @@
 
 #include "PlistCore/memory/PlistArena.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr std::size_t blockSize = PlistArena::blockSize;
@@ -188,3 +190,5 @@ TEST(PlistArenaTest, makesAndFreesFromSeveralThreads) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

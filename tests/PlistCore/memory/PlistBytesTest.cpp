@@ -10,6 +10,8 @@
 
 #include "PlistCore/PlistBytes.h"
 
+namespace plist {
+
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -120,3 +122,5 @@ TEST(PlistBytes, reportsLackOfMemory) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -5,6 +5,8 @@
 #include "PlistCore/PlistCheck.h"
 #include "tests/PlistCore/support/ThrowingChecks.h"
 
+namespace plist {
+
 namespace {
 
 void returnFromCheck(const char* /*message*/) {}
@@ -41,3 +43,5 @@ TEST(PlistCheckDeathTest, endsTheProcess) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -5,6 +5,8 @@
 
 #include "PlistCore/openstep/NextStepEncoding.h"
 
+namespace plist::detail {
+
 namespace {
 
 TEST(NextStepEncodingTest, lowerHalfIsAscii) {
@@ -39,3 +41,5 @@ TEST(NextStepEncodingTest, noCharacterStandsTwice) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

@@ -9,6 +9,8 @@
 #include "PlistCore/openstep/OpenStepPlistParser.h"
 #include "tests/PlistCore/support/ValueText.h"
 
+namespace plist::detail {
+
 namespace {
 
 std::string read(std::string_view text) {
@@ -269,3 +271,5 @@ TEST(OpenStepPlistParserTest, readsManyEntriesAndItems) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

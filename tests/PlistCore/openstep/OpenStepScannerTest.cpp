@@ -7,6 +7,8 @@
 #include "PlistCore/openstep/OpenStepScanner.h"
 #include "tests/PlistCore/support/ValueText.h"
 
+namespace plist::detail {
+
 namespace {
 
 std::string stringIn(std::string_view text) {
@@ -263,3 +265,5 @@ TEST(OpenStepScannerTest, placesCountLinesAndBytes) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

@@ -5,6 +5,8 @@
 
 #include "PlistCore/PlistMatches.h"
 
+namespace plist {
+
 namespace {
 
 using Path = std::vector<std::int64_t>;
@@ -41,3 +43,5 @@ TEST(PlistMatches, knowsTheRootAsAMatch) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -19,6 +19,8 @@
 #include "PlistCore/PlistText.h"
 #include "PlistCore/PlistValue.h"
 
+namespace plist {
+
 namespace {
 
 using Ending = PlistMatches::Ending;
@@ -518,3 +520,5 @@ TEST(PlistSearch, agreesWithAPlainSearch) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -10,6 +10,8 @@
 #include "PlistCore/PlistString.h"
 #include "PlistCore/search/TextFinder.h"
 
+namespace plist::detail {
+
 namespace {
 
 std::string lowerCased(std::string_view text) {
@@ -119,3 +121,5 @@ TEST(TextFinder, agreesWithAPlainSearchWhereItGivesUpComparing) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

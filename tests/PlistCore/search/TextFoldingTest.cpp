@@ -11,6 +11,8 @@
 #include "PlistCore/search/TextFolding.h"
 #include "PlistCore/text/UnicodeText.h"
 
+namespace plist::detail {
+
 namespace {
 
 class Folder {
@@ -118,3 +120,5 @@ TEST(TextFolding, foldsEquivalentTextsAlike) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

@@ -8,6 +8,8 @@
 #include "PlistCore/search/TextQuery.h"
 #include "tests/PlistCore/support/AllocationCount.h"
 
+namespace plist::detail {
+
 namespace {
 
 PlistValue string(const std::string& text) {
@@ -58,3 +60,5 @@ TEST(TextQuery, testsAsciiTextsWithoutMemory) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

@@ -10,6 +10,8 @@
 
 #include "PlistCore/text/UnicodeText.h"
 
+namespace plist {
+
 namespace {
 
 /// The parts of JSON that the dumps are made of, without blanks between them.
@@ -72,7 +74,7 @@ private:
     void readEscape(std::string& text) {
         const char name = readByte();
         if (name == 'u') {
-            UnicodeText::appendUtf8(text, readCharacter());
+            detail::UnicodeText::appendUtf8(text, readCharacter());
             return;
         }
         constexpr std::string_view names = "bfnrt";
@@ -247,3 +249,5 @@ private:
 PlistValue CanonicalDump::read(std::string_view json) {
     return DumpReader(json).read();
 }
+
+}  // namespace plist

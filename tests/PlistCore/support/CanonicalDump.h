@@ -4,6 +4,8 @@
 
 #include "PlistCore/PlistValue.h"
 
+namespace plist {
+
 /// Reads values that another program wrote down, to compare ours with: compact JSON in which every
 /// value is an object of its type and content.
 ///
@@ -17,3 +19,5 @@ namespace CanonicalDump {
 PlistValue read(std::string_view json);
 
 }  // namespace CanonicalDump
+
+}  // namespace plist

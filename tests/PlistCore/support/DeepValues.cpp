@@ -3,6 +3,8 @@
 #include <utility>
 #include <vector>
 
+namespace plist {
+
 PlistValue chainOfArrays(std::size_t depth, const PlistValue& innermost) {
     PlistValue chain = innermost;
     for (std::size_t level = 0; level < depth; ++level) {
@@ -20,3 +22,5 @@ PlistValue doubledArrays(int depth, const PlistValue& innermost) {
     }
     return value;
 }
+
+}  // namespace plist

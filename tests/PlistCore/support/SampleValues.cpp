@@ -6,6 +6,8 @@
 
 #include "PlistCore/PlistEntry.h"
 
+namespace plist {
+
 namespace {
 
 using Samples = std::vector<SampleValue>;
@@ -202,3 +204,5 @@ std::vector<SampleValue> sampleValues() {
     addContainers(samples);
     return samples;
 }
+
+}  // namespace plist

@@ -5,6 +5,8 @@
 
 #include "PlistCore/PlistValue.h"
 
+namespace plist {
+
 /// What comes back from the XML form of a value.
 enum class XmlTrip {
     equal,
@@ -22,3 +24,5 @@ struct SampleValue {
 /// Values of every type, at every boundary of the formats. All of them come back equal from the
 /// binary form; those that the XML form cannot hold say so.
 std::vector<SampleValue> sampleValues();
+
+}  // namespace plist

@@ -4,6 +4,8 @@
 
 #include "PlistCore/PlistCheck.h"
 
+namespace plist {
+
 /// A broken rule, as an exception.
 class BrokenRule : public std::logic_error {
 public:
@@ -22,3 +24,5 @@ public:
 private:
     PlistCheckHandler before_;
 };
+
+}  // namespace plist

@@ -8,6 +8,8 @@
 
 #include "tests/PlistCore/support/ValueText.h"
 
+namespace plist {
+
 namespace {
 
 bool areSameBits(double left, double right) {
@@ -116,3 +118,5 @@ std::string firstDifference(const PlistValue& expected, const PlistValue& found,
     }
     return difference;
 }
+
+}  // namespace plist

@@ -6,6 +6,8 @@
 #include "PlistCore/PlistInteger.h"
 #include "PlistCore/PlistText.h"
 
+namespace plist {
+
 namespace {
 
 std::string quoted(std::string_view text) {
@@ -59,3 +61,5 @@ std::string valueText(const PlistValue& value) {
     }
     return "?";
 }
+
+}  // namespace plist

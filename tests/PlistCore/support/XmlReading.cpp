@@ -10,20 +10,22 @@
 #include "tests/PlistCore/support/ValueDifference.h"
 #include "tests/PlistCore/support/ValueText.h"
 
+namespace plist {
+
 namespace {
 
-using Paths = XMLPlistParser::Paths;
+using Paths = detail::XMLPlistParser::Paths;
 
 /// More than the fast path leaves to the plain one at the end of its input.
 constexpr std::size_t paddingSize = 200;
 
 /// Whether the text knows correctly whether it is ASCII.
-bool hasRightFlag(const PlistCell& cell) {
+bool hasRightFlag(const detail::PlistCell& cell) {
     const std::string_view bytes = cell.bytes();
     const bool isAscii = std::all_of(bytes.begin(), bytes.end(), [](char byte) {
         return static_cast<unsigned char>(byte) < 0x80;
     });
-    return cell.has(PlistCell::ascii) == isAscii;
+    return cell.has(detail::PlistCell::ascii) == isAscii;
 }
 
 /// Whether all texts and keys at and below `value` know whether they are ASCII.
@@ -75,11 +77,11 @@ std::string XmlOutcome::text() const {
     return value ? valueText(*value) : error->errorDescription();
 }
 
-XmlOutcome xmlOutcome(std::string_view xml, XMLPlistParser::Paths paths) {
+XmlOutcome xmlOutcome(std::string_view xml, detail::XMLPlistParser::Paths paths) {
     // A copy of exactly the right size, so that a sanitizer sees any byte read beyond it.
     const std::vector<std::uint8_t> bytes(xml.begin(), xml.end());
     try {
-        return {XMLPlistParser::parse(bytes, paths), std::nullopt};
+        return {detail::XMLPlistParser::parse(bytes, paths), std::nullopt};
     } catch (const PlistError& error) {
         return {std::nullopt, error};
     }
@@ -87,7 +89,7 @@ XmlOutcome xmlOutcome(std::string_view xml, XMLPlistParser::Paths paths) {
 
 PlistValue xmlValue(std::string_view xml) {
     const std::vector<std::uint8_t> bytes(xml.begin(), xml.end());
-    return XMLPlistParser::parse(bytes);
+    return detail::XMLPlistParser::parse(bytes);
 }
 
 std::string differenceOfPaths(std::string_view xml) {
@@ -106,3 +108,5 @@ std::string differenceOfPaths(std::string_view xml) {
     return isUnexpectedEnd(plain) ? std::string()
                                   : labelled("by the padding: ", difference(plain, plainPadded));
 }
+
+}  // namespace plist

@@ -8,6 +8,8 @@
 #include "PlistCore/PlistValue.h"
 #include "PlistCore/xml/XMLPlistParser.h"
 
+namespace plist {
+
 /// What reading an XML property list gave: a value or an error.
 struct XmlOutcome {
     std::optional<PlistValue> value;
@@ -17,8 +19,8 @@ struct XmlOutcome {
     std::string text() const;
 };
 
-XmlOutcome xmlOutcome(std::string_view xml,
-                      XMLPlistParser::Paths paths = XMLPlistParser::Paths::fastAndPlain);
+XmlOutcome xmlOutcome(std::string_view xml, detail::XMLPlistParser::Paths paths =
+                                                detail::XMLPlistParser::Paths::fastAndPlain);
 
 /// The value of a text that reads. Throws `PlistError` otherwise.
 PlistValue xmlValue(std::string_view xml);
@@ -27,3 +29,5 @@ PlistValue xmlValue(std::string_view xml);
 /// Reads it as it stands and followed by blanks: the fast path stops before the end of its input,
 /// so that it would not touch a short text at all.
 std::string differenceOfPaths(std::string_view xml);
+
+}  // namespace plist

@@ -12,6 +12,8 @@
 
 #include "PlistCore/Base64.h"
 
+namespace plist {
+
 namespace {
 
 using std::string_view_literals::operator""sv;
@@ -195,3 +197,5 @@ TEST(Base64, knowsItsAlphabet) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -3,6 +3,8 @@
 #include "PlistCore/text/ByteBlock.h"
 #include "tests/PlistCore/support/ByteBlockContract.h"
 
+namespace plist::detail {
+
 TEST(ByteBlock, KnowsEveryByteAtEveryPlace) {
     ByteBlockContract::checkEveryByte<ByteBlock>();
 }
@@ -14,3 +16,5 @@ TEST(ByteBlock, Copies) {
 TEST(ByteBlock, WidensAndNarrowsUnits) {
     ByteBlockContract::checkUnits<ByteBlock>();
 }
+
+}  // namespace plist::detail

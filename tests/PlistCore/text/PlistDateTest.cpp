@@ -11,6 +11,8 @@
 
 #include "PlistCore/PlistDate.h"
 
+namespace plist {
+
 namespace {
 
 using std::string_view_literals::operator""sv;
@@ -231,3 +233,5 @@ TEST(PlistDate, doesNotReadBackYearsOfTenDigits) {
 }
 
 }  // namespace
+
+}  // namespace plist

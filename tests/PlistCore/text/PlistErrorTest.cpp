@@ -11,6 +11,8 @@
 
 #include "PlistCore/PlistError.h"
 
+namespace plist {
+
 namespace {
 
 using Line = PlistError::Line;
@@ -92,3 +94,5 @@ TEST(PlistError, isCaughtAsStandardException) {
 }
 
 }  // namespace
+
+}  // namespace plist

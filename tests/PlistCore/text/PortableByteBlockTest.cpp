@@ -12,14 +12,18 @@ namespace portable {
 #include "PlistCore/text/ByteBlock.h"
 }  // namespace portable
 
+namespace plist::detail {
+
 TEST(PortableByteBlock, KnowsEveryByteAtEveryPlace) {
-    ByteBlockContract::checkEveryByte<portable::ByteBlock>();
+    ByteBlockContract::checkEveryByte<portable::plist::detail::ByteBlock>();
 }
 
 TEST(PortableByteBlock, Copies) {
-    ByteBlockContract::checkCopies<portable::ByteBlock>();
+    ByteBlockContract::checkCopies<portable::plist::detail::ByteBlock>();
 }
 
 TEST(PortableByteBlock, WidensAndNarrowsUnits) {
-    ByteBlockContract::checkUnits<portable::ByteBlock>();
+    ByteBlockContract::checkUnits<portable::plist::detail::ByteBlock>();
 }
+
+}  // namespace plist::detail

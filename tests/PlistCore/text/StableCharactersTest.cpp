@@ -7,6 +7,8 @@
 
 #include "PlistCore/text/StableCharacters.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr char32_t endOfUnicode = 0x110000;
@@ -68,3 +70,5 @@ TEST(StableCharacters, doNotHoldMarksAndWhatChanges) {
         EXPECT_FALSE(StableCharacters::contains(point)) << static_cast<unsigned>(point);
     }
 }
+
+}  // namespace plist::detail

@@ -7,6 +7,8 @@
 #include "PlistCore/PlistError.h"
 #include "PlistCore/text/TextEncoding.h"
 
+namespace plist::detail {
+
 namespace {
 
 using std::string_view_literals::operator""sv;
@@ -178,3 +180,5 @@ TEST(TextEncodingTest, refusesBrokenText) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

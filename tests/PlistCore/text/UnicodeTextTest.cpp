@@ -11,6 +11,8 @@
 
 #include "PlistCore/text/UnicodeText.h"
 
+namespace plist::detail {
+
 namespace {
 
 using std::string_view_literals::operator""sv;
@@ -375,3 +377,5 @@ TEST(UnicodeText, trimsWhitespaceAndLineBreaks) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

@@ -5,6 +5,8 @@
 
 #include "PlistCore/value/KeyListMemory.h"
 
+namespace plist::detail {
+
 namespace {
 
 TEST(KeyListMemory, KnowsAListByItsAddressAndLength) {
@@ -40,3 +42,5 @@ TEST(KeyListMemory, ForgetsButNeverConfuses) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

@@ -5,6 +5,8 @@
 
 #include "PlistCore/value/KeyShapes.h"
 
+namespace plist::detail {
+
 namespace {
 
 class KeyShapesTest : public testing::Test {
@@ -125,3 +127,5 @@ TEST_F(KeyShapesTest, doesNotLookThroughManyKeys) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

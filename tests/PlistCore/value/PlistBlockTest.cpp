@@ -9,6 +9,8 @@
 #include "PlistCore/value/PlistBlock.h"
 #include "tests/PlistCore/support/XmlReading.h"
 
+namespace plist::detail {
+
 namespace {
 
 std::uint64_t sharesOf(const PlistCell& cell) {
@@ -66,3 +68,5 @@ TEST(PlistBlockTest, knowsTheCountOfWhatWasMade) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

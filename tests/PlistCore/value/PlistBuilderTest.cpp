@@ -11,6 +11,8 @@
 #include "PlistCore/value/PlistBuilder.h"
 #include "tests/PlistCore/support/ValueText.h"
 
+namespace plist::detail {
+
 namespace {
 
 using Cells = std::vector<PlistCell>;
@@ -147,3 +149,5 @@ TEST(PlistBuilderTest, holdsContainersOfManyBlocks) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

@@ -5,6 +5,8 @@
 
 #include "PlistCore/value/PlistCellStack.h"
 
+namespace plist::detail {
+
 namespace {
 
 void fill(PlistCellStack& stack, std::size_t count) {
@@ -49,3 +51,5 @@ TEST(PlistCellStackTest, refusesImpossibleSizes) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

@@ -9,6 +9,8 @@
 #include "PlistCore/PlistValue.h"
 #include "PlistCore/value/PlistCell.h"
 
+namespace plist::detail {
+
 namespace {
 
 constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz";
@@ -75,3 +77,5 @@ TEST(PlistCellTest, marksIntegersAboveTheSignedRange) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

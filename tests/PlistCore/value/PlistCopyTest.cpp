@@ -13,6 +13,8 @@
 #include "tests/PlistCore/support/BinaryFile.h"
 #include "tests/PlistCore/support/ValueText.h"
 
+namespace plist {
+
 namespace {
 
 /// Whether anything within the value lies in the memory of a document that was read.
@@ -21,11 +23,11 @@ bool keepsDocument(const PlistValue& root) {
     while (!pending.empty()) {
         const PlistValue& value = *pending.back();
         pending.pop_back();
-        if (value.cell().has(PlistCell::inArena)) {
+        if (value.cell().has(detail::PlistCell::inArena)) {
             return true;
         }
         for (const PlistString& key : value.keys()) {
-            if (key.cell().has(PlistCell::inArena)) {
+            if (key.cell().has(detail::PlistCell::inArena)) {
                 return true;
             }
         }
@@ -134,7 +136,7 @@ TEST(PlistCopy, keepsSharedContainersShared) {
     const PlistValue copy = PlistCopy::detached(part);
     EXPECT_TRUE(copy.children()[0].isIdenticalTo(copy.children()[1]));
     EXPECT_EQ(copy.expandedCount(), (std::uint64_t{1} << 41) - 1);
-    EXPECT_FALSE(copy.cell().has(PlistCell::inArena));
+    EXPECT_FALSE(copy.cell().has(detail::PlistCell::inArena));
 }
 
 TEST(PlistCopy, keepsListsOfKeysShared) {
@@ -163,11 +165,13 @@ TEST(PlistCopy, copiesDeepValues) {
 TEST(PlistCopy, detachesTexts) {
     const PlistValue root = readWithMuchMore(PlistValue::string(longText));
     const PlistString text = root.children().front().stringValue();
-    ASSERT_TRUE(text.cell().has(PlistCell::inArena));
+    ASSERT_TRUE(text.cell().has(detail::PlistCell::inArena));
     const PlistString copy = PlistCopy::detached(text);
-    EXPECT_FALSE(copy.cell().has(PlistCell::inArena));
+    EXPECT_FALSE(copy.cell().has(detail::PlistCell::inArena));
     EXPECT_EQ(copy.view(), longText);
     EXPECT_EQ(PlistCopy::detached(PlistString("short")).view(), "short");
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -13,6 +13,8 @@
 #include "tests/PlistCore/support/SmallStack.h"
 #include "tests/PlistCore/support/XmlReading.h"
 
+namespace plist::detail {
+
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -188,3 +190,5 @@ TEST(PlistEqualityTest, findsDifferencesBeyondManyContainers) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

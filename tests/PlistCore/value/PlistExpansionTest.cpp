@@ -12,6 +12,8 @@
 #include "tests/PlistCore/support/SmallStack.h"
 #include "tests/PlistCore/support/XmlReading.h"
 
+namespace plist {
+
 namespace {
 
 constexpr std::uint64_t noLimit = INT64_MAX;
@@ -33,10 +35,11 @@ PlistValue readRecords(int count) {
 /// `depth` arrays in an arena, each of which holds the next one twice, around the array (1): as
 /// many as 3 * 2^depth - 1 values.
 PlistValue sharedInArena(int depth) {
-    PlistBuilder builder(1000);
-    PlistCell cell = builder.array(std::vector<PlistCell>{PlistCell::ofInteger(1)});
+    detail::PlistBuilder builder(1000);
+    detail::PlistCell cell =
+        builder.array(std::vector<detail::PlistCell>{detail::PlistCell::ofInteger(1)});
     for (int level = 0; level < depth; ++level) {
-        cell = builder.array(std::vector<PlistCell>{cell, cell});
+        cell = builder.array(std::vector<detail::PlistCell>{cell, cell});
     }
     builder.arena().noteSharedContainer();
     return builder.finish(cell);
@@ -135,3 +138,5 @@ TEST(PlistExpansionTest, saysWhatExceedsALimit) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -8,6 +8,8 @@
 
 #include "PlistCore/PlistInteger.h"
 
+namespace plist {
+
 namespace {
 
 TEST(PlistInteger, hasDecimalText) {
@@ -39,3 +41,5 @@ TEST(PlistInteger, knowsItsRange) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -7,6 +7,8 @@
 #include "PlistCore/PlistEntry.h"
 #include "PlistCore/PlistString.h"
 
+namespace plist {
+
 namespace {
 
 const std::string precomposed = "caf\u00E9";
@@ -81,6 +83,15 @@ TEST(PlistStringTest, hashesEqualTextsAlike) {
     EXPECT_NE(hashOf(PlistString("a")), hashOf(PlistString("b")));
 }
 
+TEST(PlistStringTest, ordersByComposedCodePoints) {
+    EXPECT_LT(PlistString("a").compare("b"), 0);
+    EXPECT_GT(PlistString("a").compare("B"), 0);
+    EXPECT_LT(PlistString("a").compare("ab"), 0);
+    EXPECT_EQ(PlistString(precomposed).compare(decomposed), 0);
+    // UTF-16 would put the second one first.
+    EXPECT_LT(PlistString("\uFB01").compare("\U0001F600"), 0);
+}
+
 TEST(PlistStringTest, leavesAnEmptyTextWhenMoved) {
     for (const std::size_t size : {5U, 50U}) {
         PlistString source(std::string(size, 'x'));
@@ -125,3 +136,5 @@ TEST(PlistStringTest, isTheKeyOfAnEntry) {
 }
 
 }  // namespace
+
+}  // namespace plist

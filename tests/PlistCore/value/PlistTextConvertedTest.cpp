@@ -12,6 +12,8 @@
 #include "PlistCore/PlistEntry.h"
 #include "PlistCore/PlistText.h"
 
+namespace plist {
+
 namespace {
 
 using std::string_view_literals::operator""sv;
@@ -331,3 +333,5 @@ TEST(PlistTextConverted, convertsUids) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -14,6 +14,8 @@
 
 #include "PlistCore/PlistText.h"
 
+namespace plist {
+
 namespace {
 
 using std::string_view_literals::operator""sv;
@@ -474,3 +476,5 @@ TEST(PlistText, displaysValues) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -8,6 +8,8 @@
 
 #include "PlistCore/PlistType.h"
 
+namespace plist {
+
 namespace {
 
 struct TypeCase {
@@ -68,3 +70,5 @@ TEST(PlistType, hashesItsRawValue) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -19,6 +19,8 @@
 #include "tests/PlistCore/support/ValueText.h"
 #include "tests/PlistCore/support/XmlReading.h"
 
+namespace plist {
+
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -431,3 +433,5 @@ TEST(PlistValueTest, isCopiedAndFreedFromSeveralThreads) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -2,6 +2,8 @@
 
 #include "tests/PlistCore/support/ValueDifference.h"
 
+namespace plist {
+
 namespace {
 
 PlistValue dictionaryOf(const char* key, const PlistValue& value) {
@@ -32,3 +34,5 @@ TEST(ValueDifferenceTest, isStricterThanEquality) {
 }
 
 }  // namespace
+
+}  // namespace plist

@@ -12,6 +12,8 @@
 #include "PlistCore/xml/XMLPlistParser.h"
 #include "tests/PlistCore/support/XmlReading.h"
 
+namespace plist::detail {
+
 namespace {
 
 using Malformed = PlistError::Malformed;
@@ -573,3 +575,5 @@ TEST(XMLPlistParserErrorsTest, readsAlikeByBothPaths) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

@@ -10,6 +10,8 @@
 #include "PlistCore/xml/XMLPlistParser.h"
 #include "tests/PlistCore/support/XmlReading.h"
 
+namespace plist::detail {
+
 namespace {
 
 using std::string_view_literals::operator""sv;
@@ -486,3 +488,5 @@ TEST(XMLPlistParserTest, doesNotKeepItsInput) {
 }
 
 }  // namespace
+
+}  // namespace plist::detail

@@ -18,6 +18,8 @@
 #include "PlistCore/xml/XMLPlistSerializer.h"
 #include "tests/PlistCore/support/SampleValues.h"
 
+namespace plist::detail {
+
 namespace {
 
 const std::string prologue =
@@ -360,3 +362,5 @@ TEST(XMLPlistSerializer, WhatXmlCannotHoldReadsBackAsTheNearestValue) {
     EXPECT_THROW(again(PlistValue::date(1e18)), PlistError);
     EXPECT_THROW(again(wrapped(text("too deep"), 513)), PlistError);
 }
+
+}  // namespace plist::detail

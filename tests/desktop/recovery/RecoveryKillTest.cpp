@@ -10,7 +10,6 @@
 #include <random>
 #include <vector>
 
-#include "PlistCore/binary/BinaryPlistSerializer.h"
 #include "app/desktop/document/DocumentController.h"
 #include "app/desktop/document/DocumentRecovery.h"
 #include "app/desktop/recovery/RecoverableDocument.h"
@@ -72,8 +71,8 @@ private:
 
 /// What a document holds, to the last bit.
 QByteArray exactBytes(const DocumentController& controller) {
-    const PlistBytes bytes = BinaryPlistSerializer::serialize(
-        controller.document().snapshot().root, BinaryPlistSerializer::EqualTexts::identical);
+    const PlistBytes bytes = PlistCodec::write(controller.document().snapshot().root,
+                                               PlistFormat::binary, {.keepsSpellings = true});
     return {bytes.view().data(), static_cast<qsizetype>(bytes.view().size())};
 }
 

@@ -96,10 +96,10 @@ private Q_SLOTS:
             PlistValue::data(std::vector<std::uint8_t>(10'000'000))};
         const PlistBytes bytes = PlistCodec::write(PlistValue::array(items), PlistFormat::binary);
         ActionsDesk desk(PlistCodec::read(bytes.span()).root);
-        QVERIFY(desk.at({0})->scalar().cell().has(PlistCell::inArena));
+        QVERIFY(desk.at({0})->scalar().cell().has(plist::detail::PlistCell::inArena));
         desk.select({{0}});
         const PlistTransfer transfer = desk.actions.copy();
-        QVERIFY(!transfer.entries.front().value.cell().has(PlistCell::inArena));
+        QVERIFY(!transfer.entries.front().value.cell().has(plist::detail::PlistCell::inArena));
         QVERIFY(transfer.entries.front().value == items.front());
     }
 

@@ -345,12 +345,12 @@ private Q_SLOTS:
                               PlistFormat::binary);
         const PlistValue root = PlistCodec::read(bytes.span()).root;
         PlistTransfer transfer{{{root.keys().front(), root.children().front()}, {"", {}}}, {1, 2}};
-        QVERIFY(transfer.entries.front().value.cell().has(PlistCell::inArena));
+        QVERIFY(transfer.entries.front().value.cell().has(plist::detail::PlistCell::inArena));
         const QString before = textOf(transfer);
         transfer.detach();
         QCOMPARE(textOf(transfer), before);
-        QVERIFY(!transfer.entries.front().value.cell().has(PlistCell::inArena));
-        QVERIFY(!transfer.entries.front().key.cell().has(PlistCell::inArena));
+        QVERIFY(!transfer.entries.front().value.cell().has(plist::detail::PlistCell::inArena));
+        QVERIFY(!transfer.entries.front().key.cell().has(plist::detail::PlistCell::inArena));
 
         // Most of the document stays what it is.
         PlistTransfer whole{{{"", root.children().back()}}, {1}};

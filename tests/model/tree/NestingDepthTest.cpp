@@ -2,7 +2,6 @@
 #include <utility>
 #include <vector>
 
-#include "PlistCore/xml/XMLPlistParser.h"
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/NestingDepth.h"
 #include "app/model/tree/PlistNode.h"
@@ -37,23 +36,23 @@ private Q_SLOTS:
         const PlistNodePtr root = PlistNode::create({}, PlistValue::array({}));
         const QString tooDeep = QStringLiteral("The file nests more than 512 levels deep.");
         QCOMPARE(complaint({}, *root), QString());
-        QCOMPARE(complaint({{"a", nested(XMLPlistParser::nestingLimit - 1)}}, *root), QString());
-        QCOMPARE(complaint({{"a", nested(XMLPlistParser::nestingLimit)}}, *root), tooDeep);
-        QCOMPARE(complaint({{"a", nested(1)}, {"b", nested(XMLPlistParser::nestingLimit)}}, *root),
+        QCOMPARE(complaint({{"a", nested(PlistCodec::maximumDepth - 1)}}, *root), QString());
+        QCOMPARE(complaint({{"a", nested(PlistCodec::maximumDepth)}}, *root), tooDeep);
+        QCOMPARE(complaint({{"a", nested(1)}, {"b", nested(PlistCodec::maximumDepth)}}, *root),
                  tooDeep);
     }
 
     void countsTheContainersAbove() {
         const PlistNodePtr root = PlistNode::create({}, nested(3));
         const PlistNode& inner = *root->children()[0]->children()[0];
-        QCOMPARE(complaint({{"a", nested(XMLPlistParser::nestingLimit - 3)}}, inner), QString());
-        QVERIFY(!complaint({{"a", nested(XMLPlistParser::nestingLimit - 2)}}, inner).isEmpty());
+        QCOMPARE(complaint({{"a", nested(PlistCodec::maximumDepth - 3)}}, inner), QString());
+        QVERIFY(!complaint({{"a", nested(PlistCodec::maximumDepth - 2)}}, inner).isEmpty());
     }
 
     /// As readers do.
     void doesNotCountEmptyContainers() {
         PlistValue value = PlistValue::array({});
-        for (int i = 1; i < XMLPlistParser::nestingLimit; ++i) {
+        for (int i = 1; i < PlistCodec::maximumDepth; ++i) {
             value = PlistValue::array({std::move(value)});
         }
         const PlistNodePtr root = PlistNode::create({}, PlistValue::array({}));

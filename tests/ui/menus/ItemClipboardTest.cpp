@@ -6,7 +6,6 @@
 #include <QMimeData>
 #include <QTest>
 
-#include "PlistCore/xml/XMLPlistParser.h"
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "app/ui/document/DocumentToolBar.h"
@@ -97,7 +96,7 @@ private Q_SLOTS:
 
     /// Such a document could be saved, but never be opened again.
     void refusesWhatWouldNestTooDeep() {
-        const int deepest = XMLPlistParser::nestingLimit - 1;
+        const int deepest = PlistCodec::maximumDepth - 1;
         setClipboardText(nested(deepest));
         press(Qt::Key_V, Qt::ControlModifier);
         const QString before = keys();
