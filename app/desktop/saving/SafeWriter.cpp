@@ -72,10 +72,10 @@ void examine(Save& save) {
         if (errno != EACCES) {
             fail(save, errno);
         }
-        fail(save, explained(QT_TRANSLATE_NOOP(
-                       "SafeWriter",
-                       "You may not write to it. Save under another name, or allow "
-                       "writing in the properties of the file.")));
+        fail(save,
+             explained(QT_TRANSLATE_NOOP("SafeWriter",
+                                         "You don't have permission to write to it. Save under "
+                                         "another name, or change the permissions of the file.")));
     }
     save.old = status;
 }
@@ -98,9 +98,7 @@ void askForConsent(const Save& save) {
     }
     if (!save.mayReplace(*digest)) {
         throw FileError(FileError::Code::changedOnDisk, save.path,
-                        explained(QT_TRANSLATE_NOOP("SafeWriter",
-                                                    "It does not hold what was read from it or "
-                                                    "saved in it last, and was left alone.")));
+                        explained(QT_TRANSLATE_NOOP("SafeWriter", "It has been left untouched.")));
     }
 }
 
@@ -161,8 +159,9 @@ bool replace(const Save& save) {
     check(save, error);
     check(save, FileFolder::synchronize(folder));
     if (!hasArrived(save)) {
-        fail(save, explained(QT_TRANSLATE_NOOP(
-                       "SafeWriter", "The file system took it, but now holds something else.")));
+        fail(save,
+             explained(QT_TRANSLATE_NOOP(
+                 "SafeWriter", "The file system accepted it, but now contains something else.")));
     }
     return true;
 }
@@ -206,20 +205,19 @@ bool isInPlace(const Save& save, const FileDescriptor& file) {
 }
 
 [[noreturn]] void failAsMoved(const Save& save) {
-    fail(save, explained(QT_TRANSLATE_NOOP("SafeWriter",
-                                           "Another program has moved or replaced it meanwhile.")));
+    fail(save, explained(QT_TRANSLATE_NOOP(
+                   "SafeWriter", "Another program has moved or replaced it in the meantime.")));
 }
 
 /// Nothing else will do: what lies in the folder for temporary files may be gone after a power cut.
 [[noreturn]] void failWithoutCopy(const Save& save, const QString& safetyFolder, int errorNumber) {
     const FileError reason =
         FileError::fromSystem(FileError::Code::writeFailed, save.path, errorNumber);
-    fail(save,
-         QCoreApplication::translate(
-             "SafeWriter",
-             "It can only be overwritten, and a copy of what it holds, which is needed in case "
-             "that fails, cannot be put into “%1”: %2 Allow writing there, or make room.")
-             .arg(FilePath::shown(safetyFolder), reason.failureReason()));
+    fail(save, QCoreApplication::translate(
+                   "SafeWriter",
+                   "It can only be overwritten in place, and the backup needed in case that fails "
+                   "can't be written to “%1”: %2 Allow writing there, or free up some space.")
+                   .arg(FilePath::shown(safetyFolder), reason.failureReason()));
 }
 
 void overwrite(const Save& save, const QString& safetyFolder) {
@@ -256,7 +254,7 @@ void overwrite(const Save& save, const QString& safetyFolder) {
         const FileError reason =
             FileError::fromSystem(FileError::Code::writeFailed, save.path, error);
         fail(save,
-             QCoreApplication::translate("SafeWriter", "%1 What it held before is kept in “%2”.")
+             QCoreApplication::translate("SafeWriter", "%1 Its previous contents are in “%2”.")
                  .arg(reason.failureReason(), FilePath::shown(copy.path())));
     }
     copy.remove();

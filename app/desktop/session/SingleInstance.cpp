@@ -154,8 +154,7 @@ void ApplicationService::Open(const QStringList& uris, const QVariantMap& platfo
         }
     }
     if (paths.size() < uris.size()) {
-        sendErrorReply(QDBusError::InvalidArgs,
-                       QStringLiteral("Only files of this machine can be opened."));
+        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("Only local files can be opened."));
     }
     if (!paths.isEmpty()) {
         Q_EMIT opened(paths, tokenIn(platformData));
@@ -172,11 +171,11 @@ void ApplicationService::ActivateAction(const QString& name, const QVariantList&
 
 bool ApplicationService::refuses(const QVariantMap& platformData) const {
     if (isStopped_) {
-        sendErrorReply(QDBusError::UnknownObject, QStringLiteral("The program is ending."));
+        sendErrorReply(QDBusError::UnknownObject, QStringLiteral("The program is quitting."));
         return true;
     }
     if (isTooLate(platformData)) {
-        sendErrorReply(QDBusError::Timeout, QStringLiteral("Nobody waits for this any more."));
+        sendErrorReply(QDBusError::Timeout, QStringLiteral("Nobody is waiting for this any more."));
         return true;
     }
     return false;

@@ -42,7 +42,7 @@ CommandLine CommandLine::parse(std::span<char* const> arguments) {
     parser.addVersionOption();
     const QCommandLineOption picture(
         QStringLiteral("picture"),
-        translated("Show one file, save a picture of its window in <path>, and quit."),
+        translated("Open one file, save a screenshot of its window to <path>, and quit."),
         QStringLiteral("path"));
     parser.addOption(picture);
     parser.addPositionalArgument(QStringLiteral("file"), translated("The property lists to open."),
@@ -51,7 +51,7 @@ CommandLine CommandLine::parse(std::span<char* const> arguments) {
 
     CommandLine result{parser.positionalArguments(), parser.value(picture)};
     if (parser.isSet(picture) && (result.paths.size() != 1 || result.picturePath.isEmpty())) {
-        fail(translated("tabulet: --picture takes a path and one file."));
+        fail(translated("tabulet: --picture needs a path and exactly one file."));
     }
     return result;
 }

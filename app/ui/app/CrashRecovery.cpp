@@ -80,15 +80,15 @@ void CrashRecovery::restore(const SafetyCopy& copy) {
         *window_,
         tr("The file “%1” could not be restored.")
             .arg(FilePath::shownName(FilePath::decoded(copy.target()))),
-        tr("%1.\n\nWhat it held before is kept in “%2”.")
+        tr("%1.\n\nIts previous contents are in “%2”.")
             .arg(QString::fromLocal8Bit(std::strerror(error)), FilePath::shown(copy.path())));
 }
 
 void CrashRecovery::showFolder(const QString& path) {
     FileManager::show(path, *this, [this, path] {
         if (window_ != nullptr) {
-            MessageDialog::show(*window_, tr("No file manager shows the folder."),
-                                tr("What was kept is in “%1”.").arg(FilePath::shown(path)));
+            MessageDialog::show(*window_, tr("The folder can't be shown in a file manager."),
+                                tr("The backup is in “%1”.").arg(FilePath::shown(path)));
         }
     });
 }

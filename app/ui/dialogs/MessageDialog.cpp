@@ -47,28 +47,29 @@ QMessageBox* MessageDialog::show(QWidget& window, const FileError& error) {
 QString MessageDialog::advice(const FileError& error) {
     switch (error.code()) {
         case FileError::Code::readFailed:
-            return translated("Check that the file is there and that you are allowed to read it.");
+            return translated(
+                "Check that the file exists and that you have permission to read it.");
         case FileError::Code::corruptFile:
             return translated(
-                "Correct the file in a text editor, or open another copy of it. Nothing in it was "
+                "Fix the file in a text editor, or open another copy of it. The file has not been "
                 "changed.");
         case FileError::Code::writeFailed:
             return translated(
-                "Your changes are still in the window. Save them in another place with File > "
-                "Save As….");
+                "Your changes are still in the window. Use File > Save As… to save them somewhere "
+                "else.");
         case FileError::Code::changedOnDisk:
             return translated(
-                "Your changes are still in the window. Save them under another name with File > "
-                "Save As….");
+                "Your changes are still in the window. Use File > Save As… to save them under "
+                "another name.");
         case FileError::Code::notEncoded:
             break;
     }
-    return translated("Your changes are still in the window. Try the other format.");
+    return translated("Your changes are still in the window. Try saving in the other format.");
 }
 
 QMessageBox* MessageDialog::askToDiscard(QWidget& window, const QString& question) {
-    QMessageBox* box =
-        makeBox(window, QMessageBox::Warning, question, translated("They cannot be brought back."));
+    QMessageBox* box = makeBox(window, QMessageBox::Warning, question,
+                               translated("Discarded changes can't be recovered."));
     box->setStandardButtons(QMessageBox::Discard | QMessageBox::Cancel);
     box->setDefaultButton(QMessageBox::Cancel);
     box->open();
@@ -76,10 +77,10 @@ QMessageBox* MessageDialog::askToDiscard(QWidget& window, const QString& questio
 }
 
 QMessageBox* MessageDialog::askToRestore(QWidget& window, const QString& name) {
-    QMessageBox* box = makeBox(
-        window, QMessageBox::Warning, translated("The save of “%1” was interrupted.").arg(name),
-        translated("The file may hold only a part of the new content. What it held before "
-                   "the save was kept and can be restored."));
+    QMessageBox* box =
+        makeBox(window, QMessageBox::Warning, translated("Saving “%1” was interrupted.").arg(name),
+                translated("The file may contain only part of what was being saved. Its previous "
+                           "contents were backed up and can be restored."));
     box->setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Open);
     const auto rename = [box](QMessageBox::StandardButton button, const QString& text) {
         box->button(button)->setText(text);
@@ -99,7 +100,7 @@ QMessageBox* MessageDialog::askToRestore(QWidget& window, const QString& name) {
 QMessageBox* MessageDialog::askToSave(QWidget& window, const QString& name) {
     QMessageBox* box = makeBox(window, QMessageBox::Warning,
                                translated("Do you want to save the changes to “%1”?").arg(name),
-                               translated("If you do not save them, your changes are lost."));
+                               translated("Your changes will be lost if you don't save them."));
     box->setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     box->setDefaultButton(QMessageBox::Save);
     box->open();
@@ -108,12 +109,12 @@ QMessageBox* MessageDialog::askToSave(QWidget& window, const QString& name) {
 
 QMessageBox* MessageDialog::askAboutChange(QWidget& window, const FileError& error,
                                            std::function<void(ChangeAnswer)> answered) {
-    QMessageBox* box = makeBox(
-        window, QMessageBox::Warning, error.message(),
-        QStringLiteral("%1\n\n%2")
-            .arg(error.failureReason(),
-                 translated("Overwrite replaces what the file holds now. Reload replaces what "
-                            "is in the window, which can be undone.")));
+    QMessageBox* box =
+        makeBox(window, QMessageBox::Warning, error.message(),
+                QStringLiteral("%1\n\n%2")
+                    .arg(error.failureReason(),
+                         translated("Overwrite replaces what is in the file now. Reload replaces "
+                                    "what is in the window, and can be undone.")));
     const QAbstractButton* overwrite =
         box->addButton(translated("Overwrite"), QMessageBox::DestructiveRole);
     const QAbstractButton* saveAs = box->addButton(translated("Save As…"), QMessageBox::ActionRole);

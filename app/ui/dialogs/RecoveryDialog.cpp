@@ -39,18 +39,20 @@ QString describe(const RecoverableDocument& document) {
     }
     if (document.isLeftAlone()) {
         text += QLatin1Char('\n') +
-                RecoveryDialog::tr("Tabulet ended twice while recovering it. It is kept in “%1”.")
+                RecoveryDialog::tr(
+                    "Tabulet quit unexpectedly twice while recovering it. The backup is in “%1”.")
                     .arg(FilePath::shown(document.contentPath()));
     } else if (document.hasFileChanged()) {
         text += QLatin1Char('\n') +
-                RecoveryDialog::tr("Its file has changed since. It opens as a copy.");
+                RecoveryDialog::tr("Its file has changed since then, so it will open as a copy.");
     }
     return text;
 }
 
 QLabel* explanation(QWidget* parent) {
-    auto* label =
-        new QLabel(RecoveryDialog::tr("Tabulet ended before these changes were saved:"), parent);
+    auto* label = new QLabel(
+        RecoveryDialog::tr("Tabulet quit unexpectedly. These documents have unsaved changes:"),
+        parent);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     return label;

@@ -146,6 +146,6 @@ void DocumentView::explainRefusedExpansion() {
         QLocale(QLocale::English).toString(qulonglong(OutlineState::expandedValueLimit));
     MessageDialog::show(*window(), tr("There are too many items to show at once."),
                         tr("More than %1 items would appear, because parts of this document are "
-                           "used in many places. Expand smaller parts of it.")
+                           "used in many places. Expand smaller parts instead.")
                             .arg(limit));
 }

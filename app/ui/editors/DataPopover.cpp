@@ -277,10 +277,10 @@ void DataPopover::exportTo(const QString& path) {
             finish();
             if (!error.isEmpty()) {
                 const FileError failure(FileError::Code::writeFailed, path, error);
-                MessageDialog::show(*this, failure.message(),
-                                    tr("%1\n\nThe data is still in the document. Export it to "
-                                       "another place.")
-                                        .arg(failure.failureReason()));
+                MessageDialog::show(
+                    *this, failure.message(),
+                    tr("%1\n\nThe data is still in the document. Export it somewhere else.")
+                        .arg(failure.failureReason()));
             }
         });
 }

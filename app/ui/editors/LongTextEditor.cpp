@@ -30,8 +30,8 @@ LongTextEditor::LongTextEditor(const QString& text, InlineTextField::Owner owner
     makeLayout();
     if (!text_->setExactText(text)) {
         showNotice(
-            tr("This text can only be looked at here: it has line breaks of several kinds, or "
-               "special characters, which editing it here would change."));
+            tr("This text is read-only here: it has several kinds of line breaks or special "
+               "characters, which editing it here would change."));
     }
 }
 

@@ -27,24 +27,24 @@ QList<KeyHelp> keyHelp() {
     };
     return {
         {pair(Qt::Key_Return, Qt::Key_F2), HelpMenu::tr("Edit the key of the selected item")},
-        {nameOf(Qt::Key_Tab), HelpMenu::tr("From a key on to its value")},
+        {nameOf(Qt::Key_Tab), HelpMenu::tr("Go from a key to its value")},
         {nameOf(Qt::Key_F4), HelpMenu::tr("Choose the type of the current item")},
         {pair(Qt::Key_Menu, static_cast<int>(Qt::SHIFT) | Qt::Key_F10),
-         HelpMenu::tr("Show what can be done with the selected items")},
+         HelpMenu::tr("Show the context menu of the selected items")},
         {nameOf(Qt::Key_Space),
-         HelpMenu::tr("Turn the current item to true or false, or edit its date or bytes")},
-        {nameOf(Qt::Key_Escape), HelpMenu::tr("End an edit without changing anything")},
+         HelpMenu::tr("Switch the current item between true and false, or edit its date or data")},
+        {nameOf(Qt::Key_Escape), HelpMenu::tr("Cancel editing")},
         {pair(Qt::Key_Right, Qt::Key_Left), HelpMenu::tr("Expand or collapse the selected items")},
         {pair(static_cast<int>(Qt::ALT) | Qt::Key_Right, static_cast<int>(Qt::ALT) | Qt::Key_Left),
-         HelpMenu::tr("The same with everything below them")},
+         HelpMenu::tr("Expand or collapse them with everything inside")},
         {pair(static_cast<int>(Qt::ALT) | Qt::Key_Up, static_cast<int>(Qt::ALT) | Qt::Key_Down),
-         HelpMenu::tr("Move the selected items")},
+         HelpMenu::tr("Move the selected items up or down")},
         {pair(static_cast<int>(Qt::CTRL | Qt::SHIFT) | Qt::Key_Right,
               static_cast<int>(Qt::CTRL | Qt::SHIFT) | Qt::Key_Left),
          HelpMenu::tr("Expand or collapse everything")},
         {pair(Qt::Key_Delete, Qt::Key_Backspace), HelpMenu::tr("Delete the selected items")},
         {pair(Qt::Key_F3, static_cast<int>(Qt::SHIFT) | Qt::Key_F3),
-         HelpMenu::tr("The next or the previous match")},
+         HelpMenu::tr("Go to the next or previous match")},
     };
 }
 
@@ -68,8 +68,7 @@ void HelpMenu::showKeys() {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(tr("Keyboard Shortcuts"));
     auto* layout = new QVBoxLayout(dialog);
-    layout->addWidget(
-        plainLabel(tr("Beside the keys that the menus show, there are these:"), dialog));
+    layout->addWidget(plainLabel(tr("Keys that are not shown in the menus:"), dialog));
     auto* table = new QFormLayout;
     table->setHorizontalSpacing(24);
     table->setContentsMargins(0, 8, 0, 8);

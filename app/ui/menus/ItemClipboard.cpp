@@ -37,7 +37,7 @@ void ItemClipboard::paste(const DocumentActions& actions, QWidget& window) {
     }
     const std::optional<PlistTransfer> transfer = TransferReading::read(
         *QGuiApplication::clipboard()->mimeData(), *place->container, window,
-        QCoreApplication::translate("ItemClipboard", "The clipboard cannot be pasted."));
+        QCoreApplication::translate("ItemClipboard", "The clipboard's contents can't be pasted."));
     if (transfer) {
         actions.paste(*transfer);
     }

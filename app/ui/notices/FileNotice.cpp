@@ -34,11 +34,13 @@ QString FileNotice::textFor(const QString& name) const {
         case ExternalChanges::Trouble::changed:
             return tr("The file “%1” has been changed by another program.").arg(name);
         case ExternalChanges::Trouble::unreadable:
-            return tr("The file “%1” has been changed by another program and cannot be read now. "
-                      "%2")
+            return tr("The file “%1” has been changed by another program and can no longer be "
+                      "read. %2")
                 .arg(name, follower_.reason());
         case ExternalChanges::Trouble::deleted:
-            return tr("The file “%1” has been deleted or moved. Saving makes it again.").arg(name);
+            return tr("The file “%1” has been deleted or moved. Save the document to create it "
+                      "again.")
+                .arg(name);
         case ExternalChanges::Trouble::none:
             break;
     }

@@ -238,8 +238,7 @@ void DocumentWindow::recover(const RecoverableDocument& lost) {
 void DocumentWindow::warnThatNothingIsKept(const QString& reason) {
     delete keepingNotice_;
     keepingNotice_ = new NoticeStrip(
-        tr("Unsaved changes cannot be kept for a crash: %1. Save often.").arg(reason),
-        centralWidget());
+        tr("Unsaved changes can't be backed up: %1. Save often.").arg(reason), centralWidget());
     keepingNotice_->setObjectName(QStringLiteral("keepingNotice"));
     layout_->insertWidget(0, keepingNotice_);
 }
@@ -291,7 +290,7 @@ void DocumentWindow::explainRecoveryFailure(const QString& title, const FileErro
     progress_->stop();
     const QMessageBox* box = MessageDialog::show(
         *this, tr("“%1” could not be recovered.").arg(title),
-        tr("%1\n\nWhat was kept is in “%2”.").arg(error.failureReason(), error.path()));
+        tr("%1\n\nThe backup is in “%2”.").arg(error.failureReason(), error.path()));
     connect(box, &QMessageBox::finished, this, &QWidget::close);
 }
 
@@ -385,7 +384,7 @@ void DocumentWindow::followClosing() {
     connect(closing_, &CloseProtocol::discardChosen, &session_, &DocumentSession::discardRecovered);
     connect(closing_, &CloseProtocol::waitsForSave, this, [this] {
         saveProgress_->showNow(
-            tr("Saving “%1”… The window closes when that is done.").arg(controller().name()));
+            tr("Saving “%1”… The window will close when this is done.").arg(controller().name()));
     });
 }
 

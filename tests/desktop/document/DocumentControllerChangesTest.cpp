@@ -61,10 +61,7 @@ private Q_SLOTS:
         QCOMPARE(failure_->code(), FileError::Code::changedOnDisk);
         QCOMPARE(failure_->message(),
                  QStringLiteral("The file “a.plist” has been changed by another program."));
-        QCOMPARE(
-            failure_->failureReason(),
-            QStringLiteral(
-                "It does not hold what was read from it or saved in it last, and was left alone."));
+        QCOMPARE(failure_->failureReason(), QStringLiteral("It has been left untouched."));
         QCOMPARE(content(), second);
         QVERIFY(controller_->isModified());
         QCOMPARE(controller_->baseDigest(), std::optional(digestOf(first)));

@@ -221,10 +221,9 @@ private Q_SLOTS:
         make(path());
         QVERIFY(::chmod(QFile::encodeName(path()).constData(), 0444) == 0);
         QVERIFY(OrdinaryUser::does([this] {
-            return reasonFor(path()) ==
-                   QStringLiteral(
-                       "You may not write to it. Save under another name, or allow "
-                       "writing in the properties of the file.");
+            return reasonFor(path()) == QStringLiteral(
+                                            "You don't have permission to write to it. Save under "
+                                            "another name, or change the permissions of the file.");
         }));
         QCOMPARE(read(path()), oldBytes);
     }
@@ -270,9 +269,9 @@ private Q_SLOTS:
         QVERIFY(QDir().mkdir(path("state")));
         make(safetyFolder(), "a file in its place");
         QCOMPARE(reasonFor(path()),
-                 QStringLiteral("It can only be overwritten, and a copy of what it holds, which is "
-                                "needed in case that fails, cannot be put into “%1”: Not a "
-                                "directory. Allow writing there, or make room.")
+                 QStringLiteral("It can only be overwritten in place, and the backup needed in "
+                                "case that fails can't be written to “%1”: Not a directory. Allow "
+                                "writing there, or free up some space.")
                      .arg(safetyFolder()));
         QCOMPARE(read(path()), oldBytes);
     }
@@ -293,10 +292,8 @@ private Q_SLOTS:
                            QFile::encodeName(path("other")).constData()) == 0);
         }
         QVERIFY(refusalOf({}));
-        QCOMPARE(
-            refusalOf(digestOf(newBytes))->reason,
-            QStringLiteral(
-                "It does not hold what was read from it or saved in it last, and was left alone."));
+        QCOMPARE(refusalOf(digestOf(newBytes))->reason,
+                 QStringLiteral("It has been left untouched."));
         QCOMPARE(refusalOf(digestOf(newBytes))->code, FileError::Code::changedOnDisk);
         QCOMPARE(read(path()), oldBytes);
         // Neither a finished file nor a safety copy is left over.
@@ -332,7 +329,7 @@ private Q_SLOTS:
         QVERIFY(refusal);
         QCOMPARE(refusal->code, FileError::Code::writeFailed);
         QCOMPARE(refusal->reason,
-                 QStringLiteral("Another program has moved or replaced it meanwhile."));
+                 QStringLiteral("Another program has moved or replaced it in the meantime."));
         QCOMPARE(read(path()), theirs);
         QCOMPARE(read(path("other")), oldBytes);
         QVERIFY(QDir(safetyFolder()).isEmpty());

@@ -139,9 +139,8 @@ private Q_SLOTS:
         QTRY_VERIFY(window(0).findChild<QMessageBox*>() != nullptr);
         const auto* box = window(0).findChild<QMessageBox*>();
         QCOMPARE(box->text(), QStringLiteral("“Untitled” could not be recovered."));
-        QCOMPARE(
-            box->informativeText(),
-            QStringLiteral("The file ends unexpectedly.\n\nWhat was kept is in “%1”.").arg(kept));
+        QCOMPARE(box->informativeText(),
+                 QStringLiteral("The file ends unexpectedly.\n\nThe backup is in “%1”.").arg(kept));
         QVERIFY(QFile::exists(kept));
         // That was no crash: it is not left alone the next time.
         app_.reset();
@@ -157,10 +156,10 @@ private Q_SLOTS:
         interruptSave();
         app_->start({});
         QTRY_VERIFY(box() != nullptr);
-        QCOMPARE(box()->text(), QStringLiteral("The save of “a.plist” was interrupted."));
+        QCOMPARE(box()->text(), QStringLiteral("Saving “a.plist” was interrupted."));
         QCOMPARE(box()->informativeText(),
-                 QStringLiteral("The file may hold only a part of the new content. What it held "
-                                "before the save was kept and can be restored."));
+                 QStringLiteral("The file may contain only part of what was being saved. Its "
+                                "previous contents were backed up and can be restored."));
         QCOMPARE(buttonsOf(*box()),
                  (QStringList{QStringLiteral("Restore"), QStringLiteral("Keep Current"),
                               QStringLiteral("Show Folder")}));
@@ -180,7 +179,7 @@ private Q_SLOTS:
         box()->button(QMessageBox::Ok)->click();
         QTRY_COMPARE(app_->windows().size(), 1);
         QTRY_VERIFY(box() != nullptr);
-        QCOMPARE(box()->text(), QStringLiteral("The save of “a.plist” was interrupted."));
+        QCOMPARE(box()->text(), QStringLiteral("Saving “a.plist” was interrupted."));
         box()->defaultButton()->click();
         QCOMPARE(Samples::readFile(interrupted()), QByteArray("old bytes"));
     }
@@ -201,11 +200,11 @@ private Q_SLOTS:
         const QPointer<QMessageBox> question = box();
         QTest::keyClick(question, Qt::Key_Escape);
         QTRY_VERIFY(question == nullptr && box() != nullptr);
-        QCOMPARE(box()->text(), QStringLiteral("No file manager shows the folder."));
+        QCOMPARE(box()->text(), QStringLiteral("The folder can't be shown in a file manager."));
         const QStringList copies = filesIn(StateFolder::recoveryPath(), QStringLiteral("*.old"));
         QCOMPARE(copies.size(), 1);
         QCOMPARE(box()->informativeText(),
-                 QStringLiteral("What was kept is in “%1”.").arg(copies.first()));
+                 QStringLiteral("The backup is in “%1”.").arg(copies.first()));
         QCOMPARE(Samples::readFile(interrupted()), QByteArray("<plist>half of"));
     }
 
@@ -220,9 +219,8 @@ private Q_SLOTS:
         QTRY_VERIFY(question == nullptr && box() != nullptr);
         QCOMPARE(box()->text(), QStringLiteral("The file “a.plist” could not be restored."));
         const QString copy = filesIn(StateFolder::recoveryPath(), QStringLiteral("*.old")).value(0);
-        QCOMPARE(
-            box()->informativeText(),
-            QStringLiteral("Is a directory.\n\nWhat it held before is kept in “%1”.").arg(copy));
+        QCOMPARE(box()->informativeText(),
+                 QStringLiteral("Is a directory.\n\nIts previous contents are in “%1”.").arg(copy));
     }
 
     void warnsAsLongAsNothingCanBeKept() {
@@ -234,8 +232,9 @@ private Q_SLOTS:
         QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("keepingNotice")) != nullptr);
         const auto* notice = window(0).findChild<NoticeStrip*>(QStringLiteral("keepingNotice"));
         QVERIFY(notice->isVisible());
-        QCOMPARE(notice->text(), QStringLiteral("Unsaved changes cannot be kept for a crash: Not a "
-                                                "directory. Save often."));
+        QCOMPARE(
+            notice->text(),
+            QStringLiteral("Unsaved changes can't be backed up: Not a directory. Save often."));
         QVERIFY(QFile::remove(StateFolder::recoveryPath()));
         window(0).session().keepNow();
         QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("keepingNotice")) == nullptr);

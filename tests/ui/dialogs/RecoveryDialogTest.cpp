@@ -29,19 +29,20 @@ private Q_SLOTS:
         loseAll();
         show();
         QCOMPARE(dialog_->windowTitle(), QStringLiteral("Recover Documents"));
-        QCOMPARE(dialog_->findChild<QLabel*>()->text(),
-                 QStringLiteral("Tabulet ended before these changes were saved:"));
+        QCOMPARE(
+            dialog_->findChild<QLabel*>()->text(),
+            QStringLiteral("Tabulet quit unexpectedly. These documents have unsaved changes:"));
         QCOMPARE(list().accessibleName(), QStringLiteral("Documents"));
         QCOMPARE(
             texts(),
             (QStringList{
                 QStringLiteral("Untitled\nNever saved · Changed 14 Nov 2023 22:13:24"),
                 QStringLiteral("a.plist\n%1 · Changed 14 Nov 2023 22:13:23").arg(folder_->path()),
-                QStringLiteral("b.plist\n%1 · Changed 14 Nov 2023 22:13:22\n"
-                               "Its file has changed since. It opens as a copy.")
+                QStringLiteral("b.plist\n%1 · Changed 14 Nov 2023 22:13:22\nIts file has changed "
+                               "since then, so it will open as a copy.")
                     .arg(folder_->path()),
-                QStringLiteral("c.plist\nNever saved · Changed 14 Nov 2023 22:13:21\n"
-                               "Tabulet ended twice while recovering it. It is kept in “%1”.")
+                QStringLiteral("c.plist\nNever saved · Changed 14 Nov 2023 22:13:21\nTabulet quit "
+                               "unexpectedly twice while recovering it. The backup is in “%1”.")
                     .arg(folder_->filePath(QStringLiteral("recovery/one/c.plist"))),
             }));
     }
@@ -96,7 +97,7 @@ private Q_SLOTS:
         list().item(0)->setSelected(true);
         button("Discard…")->click();
         QCOMPARE(box().text(), QStringLiteral("Do you want to discard the changes to “Untitled”?"));
-        QCOMPARE(box().informativeText(), QStringLiteral("They cannot be brought back."));
+        QCOMPARE(box().informativeText(), QStringLiteral("Discarded changes can't be recovered."));
         QCOMPARE(box().defaultButton(), box().button(QMessageBox::Cancel));
         box().button(QMessageBox::Cancel)->click();
         QCOMPARE(list().count(), 4);

@@ -270,8 +270,8 @@ private Q_SLOTS:
         auto* box = item.popover.findChild<QMessageBox*>();
         QCOMPARE(box->text(), QStringLiteral("The file “missing” could not be read."));
         QCOMPARE(box->informativeText(),
-                 QStringLiteral("No such file or directory.\n\nCheck that the file is there and "
-                                "that you are allowed to read it."));
+                 QStringLiteral("No such file or directory.\n\nCheck that the file exists and that "
+                                "you have permission to read it."));
         delete box;
         item.press("Export…");
         auto* saving = item.popover.findChild<QFileDialog*>();
@@ -282,7 +282,7 @@ private Q_SLOTS:
         QCOMPARE(box->text(), QStringLiteral("The file “x” could not be written."));
         QCOMPARE(box->informativeText(),
                  QStringLiteral("No such file or directory.\n\nThe data is still in the document. "
-                                "Export it to another place."));
+                                "Export it somewhere else."));
         QVERIFY(item.applications.empty());
     }
 

@@ -103,10 +103,9 @@ private Q_SLOTS:
     void onlyShowsWhatCannotBeKept() {
         open(QStringLiteral("one\r\ntwo\nthree"));
         QVERIFY(text().isReadOnly());
-        QCOMPARE(
-            editor_->notice(),
-            QStringLiteral("This text can only be looked at here: it has line breaks of several "
-                           "kinds, or special characters, which editing it here would change."));
+        QCOMPARE(editor_->notice(),
+                 QStringLiteral("This text is read-only here: it has several kinds of line breaks "
+                                "or special characters, which editing it here would change."));
         QCOMPARE(text().accessibleDescription(), editor_->notice());
         QTest::keyClicks(&text(), QStringLiteral("x"));
         QTest::mouseClick(button(QDialogButtonBox::Ok), Qt::LeftButton);

@@ -105,7 +105,7 @@ private Q_SLOTS:
         press(Qt::Key_V, Qt::ControlModifier);
         const auto* box = window_->findChild<QMessageBox*>();
         QVERIFY(box != nullptr && box->isVisible());
-        QCOMPARE(box->text(), QStringLiteral("The clipboard cannot be pasted."));
+        QCOMPARE(box->text(), QStringLiteral("The clipboard's contents can't be pasted."));
         QCOMPARE(box->informativeText(),
                  QStringLiteral("The file nests more than 512 levels deep."));
         QCOMPARE(keys(), before);
@@ -116,7 +116,7 @@ private Q_SLOTS:
         press(Qt::Key_V, Qt::ControlModifier);
         const auto* box = window_->findChild<QMessageBox*>();
         QVERIFY(box != nullptr && box->isVisible());
-        QCOMPARE(box->text(), QStringLiteral("The clipboard cannot be pasted."));
+        QCOMPARE(box->text(), QStringLiteral("The clipboard's contents can't be pasted."));
         QVERIFY(box->informativeText().startsWith(QStringLiteral("Line 1, column 14: ")));
         QCOMPARE(keys(), QStringLiteral("k0 k1 k2"));
         QVERIFY(!window_->isWindowModified());

@@ -107,7 +107,7 @@ private Q_SLOTS:
         QVERIFY(texts.contains(QStringLiteral("Return or F2")));
         QVERIFY(texts.contains(QStringLiteral("Menu or Shift+F10")));
         QVERIFY(texts.contains(QStringLiteral("Ctrl+Shift+Right or Ctrl+Shift+Left")));
-        QVERIFY(texts.contains(QStringLiteral("The next or the previous match")));
+        QVERIFY(texts.contains(QStringLiteral("Go to the next or previous match")));
         QTest::keyClick(dialog, Qt::Key_Escape);
         QVERIFY(!dialog->isVisible());
     }

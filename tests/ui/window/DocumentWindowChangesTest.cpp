@@ -51,10 +51,8 @@ private Q_SLOTS:
                  QStringLiteral("The file “a.plist” has been changed by another program."));
         QCOMPARE(
             box->informativeText(),
-            QStringLiteral(
-                "It does not hold what was read from it or saved in it last, and was "
-                "left alone.\n\nOverwrite replaces what the file holds now. Reload replaces what "
-                "is in the window, which can be undone."));
+            QStringLiteral("It has been left untouched.\n\nOverwrite replaces what is in the file "
+                           "now. Reload replaces what is in the window, and can be undone."));
         QStringList buttons;
         for (const QAbstractButton* button : box->buttons()) {
             buttons += button->text().remove(u'&');
@@ -251,7 +249,7 @@ private Q_SLOTS:
         Samples::writeFile(path(), "<plist><dict></array></plist>");
         QTRY_VERIFY(notice().isVisible());
         const QString start = QStringLiteral(
-            "The file “a.plist” has been changed by another program and cannot be read now. "
+            "The file “a.plist” has been changed by another program and can no longer be read. "
             "Line 1, column 14: ");
         QVERIFY2(notice().text().startsWith(start), qPrintable(notice().text()));
         QVERIFY(notice().text().endsWith(u'.'));
@@ -266,7 +264,7 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(path()));
         QTRY_VERIFY(notice().isVisible());
         QCOMPARE(notice().text(), QStringLiteral("The file “a.plist” has been deleted or moved. "
-                                                 "Saving makes it again."));
+                                                 "Save the document to create it again."));
         QCOMPARE(buttons(), QStringList(QStringLiteral("Save")));
         QVERIFY(window_->isWindowModified());
         QTest::mouseClick(button("Save"), Qt::LeftButton);
@@ -297,7 +295,7 @@ private Q_SLOTS:
         QVERIFY(!window_->close());
         QVERIFY(progress->isVisible());
         QCOMPARE(progress->text(),
-                 QStringLiteral("Saving “a.plist”… The window closes when that is done."));
+                 QStringLiteral("Saving “a.plist”… The window will close when this is done."));
         QTRY_VERIFY(window.isNull());
         window_ = nullptr;
         QCOMPARE(itemsInFile(), 3);

@@ -214,9 +214,8 @@ private Q_SLOTS:
         QCOMPARE(explanation.size(), 2);
         QVERIFY2(explanation.at(0).startsWith(QStringLiteral("Line 1, column 14: ")),
                  qPrintable(explanation.at(0)));
-        QCOMPARE(explanation.at(1),
-                 QStringLiteral("Correct the file in a text editor, or open another copy of it. "
-                                "Nothing in it was changed."));
+        QCOMPARE(explanation.at(1), QStringLiteral("Fix the file in a text editor, or open another "
+                                                   "copy of it. The file has not been changed."));
         for (const QLabel* label : box->findChildren<QLabel*>()) {
             QCOMPARE(label->textFormat(), Qt::PlainText);
         }
@@ -232,8 +231,8 @@ private Q_SLOTS:
         QCOMPARE(messageOf(*window_)->text(),
                  QStringLiteral("The file “gone.plist” could not be read."));
         QCOMPARE(messageOf(*window_)->informativeText(),
-                 QStringLiteral("No such file or directory.\n\nCheck that the file is there and "
-                                "that you are allowed to read it."));
+                 QStringLiteral("No such file or directory.\n\nCheck that the file exists and that "
+                                "you have permission to read it."));
         QTest::keyClick(messageOf(*window_), Qt::Key_Escape);
         QTRY_VERIFY(window.isNull());
         window_ = nullptr;
@@ -300,7 +299,7 @@ private Q_SLOTS:
                  QStringLiteral("The file “x.plist” could not be written."));
         QCOMPARE(messageOf(*window_)->informativeText(),
                  QStringLiteral("No such file or directory.\n\nYour changes are still in the "
-                                "window. Save them in another place with File > Save As…."));
+                                "window. Use File > Save As… to save them somewhere else."));
         press(*messageOf(*window_), QMessageBox::Ok);
         QVERIFY(window_->isVisible());
     }
@@ -391,7 +390,7 @@ private Q_SLOTS:
         QVERIFY(box != nullptr);
         QCOMPARE(box->text(), QStringLiteral("Do you want to save the changes to “Untitled”?"));
         QCOMPARE(box->informativeText(),
-                 QStringLiteral("If you do not save them, your changes are lost."));
+                 QStringLiteral("Your changes will be lost if you don't save them."));
         QCOMPARE(box->defaultButton(), box->button(QMessageBox::Save));
         // Asked once, however often the user tries.
         QVERIFY(!window_->close());

@@ -290,7 +290,7 @@ QString AccessibleCell::localizedActionDescription(const QString& name) const {
     if (name == collapseAction) {
         return tr("Hides the items inside");
     }
-    return name == editAction ? tr("Opens a field for the text")
+    return name == editAction ? tr("Opens a text field")
                               : QAccessibleActionInterface::localizedActionDescription(name);
 }
 

@@ -128,7 +128,7 @@ void RowDropping::drop(QDropEvent& event) {
     }
     const std::optional<PlistTransfer> transfer =
         TransferReading::read(*event.mimeData(), *place->container, *view_.window(),
-                              tr("What you dropped cannot be inserted."));
+                              tr("The dropped items can't be inserted."));
     if (!transfer) {
         return;
     }

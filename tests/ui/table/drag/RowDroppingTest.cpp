@@ -239,7 +239,7 @@ private Q_SLOTS:
         QVERIFY(!DragOver(viewport(), *data).enterAndDrop(below(2)).isAccepted);
         const auto* box = window_->findChild<QMessageBox*>();
         QVERIFY(box != nullptr && box->isVisible());
-        QCOMPARE(box->text(), QStringLiteral("What you dropped cannot be inserted."));
+        QCOMPARE(box->text(), QStringLiteral("The dropped items can't be inserted."));
         QVERIFY(box->informativeText().startsWith(explanation));
         QCOMPARE(keys(), QStringLiteral("k0 k1 k2 k3"));
         QVERIFY(!window_->isWindowModified());
