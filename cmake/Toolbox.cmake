@@ -1,15 +1,19 @@
-# What every target of the tree shares: warnings, sanitizers, a compiler cache and a fast linker.
+# What every target of the tree shares: warnings, sanitizers, a compiler cache and the linker.
 
 find_program(TABULET_CCACHE ccache)
 if(TABULET_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${TABULET_CCACHE})
 endif()
 
-# Linking is a large part of an incremental build; lld does it several times faster than ld.
-find_program(TABULET_LLD ld.lld)
-if(TABULET_LLD AND PROJECT_IS_TOP_LEVEL)
-    add_link_options(-fuse-ld=lld)
+# By the name that the compiler knows it by, so that what comes out does not depend on what else is
+# installed. The presets for daily work take lld: linking is a large part of an incremental build,
+# and lld does it several times faster.
+set(TABULET_LINKER bfd CACHE STRING "The linker, as in -fuse-ld=…; empty for the compiler's own")
+if(TABULET_LINKER AND PROJECT_IS_TOP_LEVEL)
+    add_link_options(-fuse-ld=${TABULET_LINKER})
 endif()
+
+include(cmake/Hardening.cmake)
 
 if(TABULET_SANITIZE)
     add_compile_options(-fsanitize=${TABULET_SANITIZE} -fno-omit-frame-pointer
