@@ -56,6 +56,8 @@ testPackages=(
     "python3-pyatspi|reads the windows as a screen reader does"
     "imagemagick|a picture of the screen where a test of a window fails"
     "strace|makes calls of the system fail while a file is saved"
+    "sway|a Wayland compositor without a screen"
+    "qt6-wayland|windows on it"
     "shared-mime-info|the desktop's own types of files"
     "libglib2.0-bin|asks what the desktop takes files for"
     "desktop-file-utils|checks the desktop entry, and lists what opens which files"
@@ -70,4 +72,16 @@ testPackages=(
 # To fuzz, in the long run of the tests.
 fuzzPackages=(
     "clang|the compiler with libFuzzer"
+)
+
+# To build Debian packages.
+packagePackages=(
+    "debhelper|builds the packages"
+    "dpkg-dev|builds the packages"
+)
+
+# To look at the packages, in the long run of the tests.
+packageTestPackages=(
+    "lintian|checks the packages"
+    "mmdebstrap|a fresh Debian to install them in"
 )
