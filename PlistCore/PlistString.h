@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -19,11 +20,16 @@ public:
     /// The empty text.
     PlistString() noexcept : cell_(PlistType::string, detail::PlistCell::ascii, 0) {}
 
-    /// Copies `utf8`, which must be valid UTF-8 (a broken text is a programming error that is
-    /// not detected here; readers check what they read).
+    /// Copies `utf8`. That it is valid UTF-8 is a rule for the caller, who is stopped if it is
+    /// broken: no value holds a text that cannot be written. Foreign bytes go through `fromUtf8`.
+    /// Costs a look at each byte, and memory for more than 14 of them.
     PlistString(std::string_view utf8);
     PlistString(const std::string& utf8) : PlistString(std::string_view(utf8)) {}
     PlistString(const char* utf8) : PlistString(std::string_view(utf8)) {}
+    PlistString(std::nullptr_t) = delete;
+
+    /// The text of bytes from anywhere; nothing if they are no valid UTF-8.
+    static std::optional<PlistString> fromUtf8(std::string_view bytes);
 
     PlistString(const PlistString& other) noexcept : cell_(other.cell_) { cell_.retain(); }
     PlistString(PlistString&& other) noexcept : cell_(std::exchange(other.cell_, empty())) {}

@@ -33,7 +33,7 @@ std::optional<bool> parseBoolean(std::string_view text);
 std::optional<std::vector<std::uint8_t>> parseBase64(std::string_view text);
 
 /// The value of `type` that `text` stands for; nothing if it is no valid text of that type
-/// (containers never have one).
+/// (containers never have one) or no valid UTF-8.
 std::optional<PlistValue> value(std::string_view text, PlistType type);
 
 /// The text of a value in the value column, and what editing it starts with; empty for containers.

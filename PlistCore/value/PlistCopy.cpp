@@ -12,6 +12,7 @@
 #include "PlistCore/PlistType.h"
 #include "PlistCore/PlistValue.h"
 #include "PlistCore/memory/PlistArena.h"
+#include "PlistCore/value/PlistBlock.h"
 #include "PlistCore/value/PlistCell.h"
 
 namespace plist {
@@ -93,7 +94,13 @@ private:
 };
 
 PlistString copyOf(const PlistString& text) {
-    return text.cell().has(detail::PlistCell::outOfLine) ? PlistString(text.view()) : text;
+    const detail::PlistCell& cell = text.cell();
+    if (!cell.has(detail::PlistCell::outOfLine)) {
+        return text;
+    }
+    const auto flags = static_cast<std::uint8_t>(cell.flags() & detail::PlistCell::ascii);
+    return PlistString::adopting(
+        detail::PlistBlock::cellOfBytes(PlistType::string, flags, text.view()));
 }
 
 /// Makes a value anew, the containers within it first, and each of them once.

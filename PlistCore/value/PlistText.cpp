@@ -300,7 +300,7 @@ std::optional<std::vector<std::uint8_t>> parseBase64(std::string_view text) {
 std::optional<PlistValue> value(std::string_view text, PlistType type) {
     switch (type) {
         case PlistType::string:
-            return PlistValue::string(text);
+            return made(PlistString::fromUtf8(text), PlistValue::string);
         case PlistType::integer:
             return made(parseInteger(text), PlistValue::integer);
         case PlistType::real:

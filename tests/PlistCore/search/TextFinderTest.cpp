@@ -7,8 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "PlistCore/PlistString.h"
+#include "PlistCore/PlistType.h"
 #include "PlistCore/search/TextFinder.h"
+#include "PlistCore/value/PlistCell.h"
 
 namespace plist::detail {
 
@@ -29,9 +30,9 @@ bool isIn(const TextFinder& finder, const std::string& text) {
     const bool answer = finder.isIn(text);
     const std::string padded = text + std::string(ByteBlock::size, 'a');
     EXPECT_EQ(finder.isInPadded(std::string_view(padded).substr(0, text.size())), answer) << text;
-    const PlistString string(text);
-    if (!string.cell().has(PlistCell::outOfLine)) {
-        EXPECT_EQ(finder.isInPlace(string.cell()), answer) << text;
+    if (text.size() <= PlistCell::inPlaceCapacity) {
+        const PlistCell cell = PlistCell::inPlace(PlistType::string, 0, text.data(), text.size());
+        EXPECT_EQ(finder.isInPlace(cell), answer) << text;
     }
     return answer;
 }

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "PlistCore/PlistEntry.h"
 #include "PlistCore/PlistString.h"
+#include "tests/PlistCore/support/ThrowingChecks.h"
 
 namespace plist {
 
@@ -18,6 +20,17 @@ std::size_t hashOf(const PlistString& text) {
     return std::hash<PlistString>()(text);
 }
 
+/// A stray continuation, an overlong form, a surrogate, a text cut short; in place and behind a
+/// long text.
+std::vector<std::string> brokenTexts() {
+    std::vector<std::string> texts;
+    for (const char* bytes : {"\x80", "\xC0\x80", "\xED\xA0\x80", "caf\xC3", "\xFF"}) {
+        texts.emplace_back(bytes);
+        texts.push_back(std::string(100, 'x') + bytes);
+    }
+    return texts;
+}
+
 TEST(PlistStringTest, isEmptyAtFirst) {
     const PlistString text;
     EXPECT_TRUE(text.isEmpty());
@@ -25,6 +38,27 @@ TEST(PlistStringTest, isEmptyAtFirst) {
     EXPECT_EQ(text.view(), "");
     EXPECT_TRUE(text.isAscii());
     EXPECT_EQ(text, PlistString(""));
+}
+
+// A broken text in a value could be written in a form that nobody reads back.
+TEST(PlistStringTest, stopsTextsThatAreNotUtf8) {
+    const ThrowingChecks checks;
+    for (const std::string& broken : brokenTexts()) {
+        EXPECT_THROW(PlistString{broken}, BrokenRule) << broken;
+        EXPECT_THROW(PlistValue::string(broken), BrokenRule) << broken;
+    }
+}
+
+TEST(PlistStringTest, takesForeignBytesIfTheyAreUtf8) {
+    for (const std::string& broken : brokenTexts()) {
+        EXPECT_EQ(PlistString::fromUtf8(broken), std::nullopt) << broken;
+    }
+    for (const std::string& text : {std::string(), std::string("a\0b", 3), precomposed,
+                                    std::string(50, 'x'), std::string(50, 'x') + precomposed}) {
+        ASSERT_TRUE(PlistString::fromUtf8(text).has_value()) << text;
+        const PlistString taken = *PlistString::fromUtf8(text);
+        EXPECT_EQ(taken.view(), text);
+    }
 }
 
 TEST(PlistStringTest, keepsShortTextsInPlaceAndSharesLongOnes) {
