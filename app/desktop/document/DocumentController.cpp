@@ -10,6 +10,7 @@
 #include "app/desktop/files/BackgroundTask.h"
 #include "app/desktop/files/FilePath.h"
 #include "app/desktop/files/PlistDocumentReader.h"
+#include "app/desktop/files/ProgressReporter.h"
 #include "app/desktop/files/StateFolder.h"
 #include "app/desktop/recovery/RecoverableDocument.h"
 #include "app/desktop/saving/PlistDocumentWriter.h"
@@ -38,10 +39,10 @@ FileError outOfMemory(FileError::Code code, const QString& path) {
     return {code, path, DocumentController::tr("There is not enough memory.")};
 }
 
-ReadResult read(const QString& path) {
+ReadResult read(const QString& path, ProgressReporter& progress) {
     try {
         ReadContent content;
-        content.file = PlistDocumentReader::read(path, nullptr, &content.digest);
+        content.file = PlistDocumentReader::read(path, &progress, &content.digest);
         return content;
     } catch (const FileError& error) {
         return error;
@@ -50,11 +51,11 @@ ReadResult read(const QString& path) {
     }
 }
 
-WriteResult write(const PlistFile& file, const QString& path,
-                  const SafeWriter::Consent& mayReplace) {
+WriteResult write(const PlistFile& file, const QString& path, const SafeWriter::Consent& mayReplace,
+                  ProgressReporter& progress) {
     WriteResult result;
     try {
-        PlistDocumentWriter::write(file, path, StateFolder::recoveryPath(), mayReplace, nullptr,
+        PlistDocumentWriter::write(file, path, StateFolder::recoveryPath(), mayReplace, &progress,
                                    &result.digest);
     } catch (const FileError& error) {
         result.error = error;
@@ -169,7 +170,7 @@ void DocumentController::beginReading(const QString& path,
     begin(Activity::reading, path);
     readPath_ = path;
     BackgroundTask::run(
-        *this, [path] { return read(path); },
+        *this, [path, progress = progress_] { return read(path, *progress); },
         [this, finish = std::move(finish), failed](const ReadResult& result) {
             if (const auto* error = std::get_if<FileError>(&result)) {
                 setActivity(Activity::idle);
@@ -196,9 +197,8 @@ void DocumentController::beginWriting(const QString& path,
     begin(Activity::writing, path);
     BackgroundTask::run(
         *this,
-        [content = document_.snapshot(), path, mayReplace = std::move(mayReplace)] {
-            return write(content, path, mayReplace);
-        },
+        [content = document_.snapshot(), path, mayReplace = std::move(mayReplace),
+         progress = progress_] { return write(content, path, mayReplace, *progress); },
         [this, path, state = undoManager_.state()](const WriteResult& result) {
             setActivity(Activity::idle);
             if (!result.error) {
@@ -215,6 +215,7 @@ void DocumentController::beginWriting(const QString& path,
 void DocumentController::begin(Activity activity, const QString& path) {
     plistCheck(activity_ == Activity::idle, "a document does one thing at a time with its file");
     plistCheck(!path.isEmpty(), "a file has a path");
+    progress_ = std::make_shared<ProgressReporter>();
     setActivity(activity);
 }
 

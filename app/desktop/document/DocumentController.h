@@ -12,6 +12,7 @@
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/UndoManager.h"
 
+class ProgressReporter;
 class RecoverableDocument;
 
 /// One open document together with its file and its undo history: reads and writes it on worker
@@ -59,6 +60,9 @@ public:
     QString name() const;
 
     Activity activity() const noexcept { return activity_; }
+
+    /// How far the reading or writing that is under way has come; a new one for each of them.
+    std::shared_ptr<const ProgressReporter> progress() const noexcept { return progress_; }
 
     /// Whether the document differs from what was read or saved last: not if the edits since then
     /// have been undone.
@@ -161,4 +165,5 @@ private:
     std::optional<UndoManager::State> stateBeforeLoss_;  ///< the saved one
     bool isFileLost_ = false;
     Activity activity_ = Activity::idle;
+    std::shared_ptr<ProgressReporter> progress_;
 };

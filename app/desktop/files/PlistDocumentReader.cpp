@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <string>
@@ -21,6 +22,13 @@ namespace {
 /// a read that finds nothing.
 constexpr std::size_t spare = 4096;
 
+/// How much is read between two reports of the progress.
+constexpr std::size_t atOnce = std::size_t{8} << 20;
+
+double shareOf(std::size_t size, std::size_t expected) {
+    return size < expected ? static_cast<double>(size) / static_cast<double>(expected) : 1;
+}
+
 [[noreturn]] void failReading(const QString& path, int errorNumber) {
     throw FileError::fromSystem(FileError::Code::readFailed, path, errorNumber);
 }
@@ -36,7 +44,7 @@ void requireRegularFile(const struct stat& status, const QString& path) {
     }
 }
 
-PlistBytes wholeFile(const QString& path) {
+PlistBytes wholeFile(const QString& path, ProgressReporter* progress) {
     const FileDescriptor file = FileDescriptor::forReading(FilePath::encoded(path));
     if (!file.isOpen()) {
         failReading(path, errno);
@@ -49,9 +57,10 @@ PlistBytes wholeFile(const QString& path) {
 
     // The size is a hint: files may grow while they are read, and some have none to tell.
     PlistBytes bytes;
-    std::size_t room = static_cast<std::size_t>(status.st_size) + spare;
+    const auto expected = static_cast<std::size_t>(status.st_size);
+    std::size_t room = expected + spare;
     for (;;) {
-        const ssize_t count = file.read({bytes.reserve(room), room});
+        const ssize_t count = file.read({bytes.reserve(room), std::min(room, atOnce)});
         if (count < 0) {
             failReading(path, errno);
         }
@@ -61,6 +70,9 @@ PlistBytes wholeFile(const QString& path) {
         const auto size = static_cast<std::size_t>(count);
         bytes.advance(size);
         room = room > size + spare ? room - size : spare;
+        if (progress != nullptr) {
+            progress->advance(shareOf(bytes.size(), expected));
+        }
     }
 }
 
@@ -72,7 +84,7 @@ PlistFile PlistDocumentReader::read(const QString& path, ProgressReporter* progr
     if (progress != nullptr) {
         progress->start(1);
     }
-    const PlistBytes bytes = wholeFile(path);
+    const PlistBytes bytes = wholeFile(path, progress);
     if (digest != nullptr) {
         *digest = ContentDigest::of(bytes.span());
     }

@@ -15,6 +15,8 @@ namespace PlistDocumentReader {
 /// reason for what cannot be read or is no regular file, `corruptFile` with the text of the
 /// `PlistError` for what is no property list. `progress` and `digest` may be null.
 ///
+/// `progress` tells how much of the file has come, until all of it is there.
+///
 /// `digest` receives the digest of the bytes as soon as they are there, so also where they turn out
 /// to be no property list.
 PlistFile read(const QString& path, ProgressReporter* progress = nullptr,

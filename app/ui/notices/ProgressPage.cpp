@@ -1,37 +1,34 @@
 #include "app/ui/notices/ProgressPage.h"
 
 #include <QLabel>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <utility>
+
+#include "app/ui/notices/ProgressBar.h"
 
 namespace {
 
-QProgressBar* makeBar(QWidget* parent, QLabel* label) {
-    auto* bar = new QProgressBar(parent);
-    // How long it will take is not known: a bar that only moves.
-    bar->setRange(0, 0);
-    bar->setTextVisible(false);
-    bar->setFixedWidth(280);
-    bar->setAccessibleName(ProgressPage::tr("Progress"));
-    label->setBuddy(bar);
-    return bar;
-}
+constexpr int barWidth = 280;
 
 }  // namespace
 
 ProgressPage::ProgressPage(QWidget* parent)
-    : QWidget(parent), content_(new QWidget(this)), label_(new QLabel(content_)) {
+    : QWidget(parent),
+      content_(new QWidget(this)),
+      label_(new QLabel(content_)),
+      bar_(new ProgressBar(barWidth, content_)) {
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
     label_->setTextFormat(Qt::PlainText);
+    label_->setBuddy(bar_);
     auto* cancel = new QPushButton(tr("Cancel"), content_);
     connect(cancel, &QPushButton::clicked, this, &ProgressPage::cancelled);
 
     auto* column = new QVBoxLayout(content_);
     column->setSpacing(10);
     column->addWidget(label_, 0, Qt::AlignHCenter);
-    column->addWidget(makeBar(content_, label_), 0, Qt::AlignHCenter);
+    column->addWidget(bar_, 0, Qt::AlignHCenter);
     column->addWidget(cancel, 0, Qt::AlignHCenter);
 
     auto* layout = new QVBoxLayout(this);
@@ -43,8 +40,9 @@ ProgressPage::ProgressPage(QWidget* parent)
     connect(&timer_, &QTimer::timeout, content_, &QWidget::show);
 }
 
-void ProgressPage::start(const QString& text) {
+void ProgressPage::start(const QString& text, std::shared_ptr<const ProgressReporter> progress) {
     label_->setText(text);
+    bar_->follow(std::move(progress));
     content_->hide();
     timer_.start();
 }

@@ -2,7 +2,10 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <memory>
 
+class ProgressBar;
+class ProgressReporter;
 class QLabel;
 
 /// What a window shows while its document is being read: nothing for a moment, so that small files
@@ -16,8 +19,8 @@ public:
 
     explicit ProgressPage(QWidget* parent = nullptr);
 
-    /// Begins anew, blank, with another text.
-    void start(const QString& text);
+    /// Begins anew, blank, with another text and the progress of another task.
+    void start(const QString& text, std::shared_ptr<const ProgressReporter> progress);
 
     /// Nothing more will be shown.
     void stop();
@@ -29,4 +32,5 @@ private:
     QTimer timer_;
     QWidget* content_;
     QLabel* label_;
+    ProgressBar* bar_;
 };

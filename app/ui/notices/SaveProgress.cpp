@@ -2,23 +2,24 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QProgressBar>
+#include <utility>
 
 #include "app/ui/look/SecondaryLabel.h"
+#include "app/ui/notices/ProgressBar.h"
+
+namespace {
+
+constexpr int barWidth = 120;
+
+}  // namespace
 
 SaveProgress::SaveProgress(QWidget* parent)
-    : QWidget(parent), label_(new SecondaryLabel({}, this)) {
-    auto* bar = new QProgressBar(this);
-    // How long it will take is not known: a bar that only moves.
-    bar->setRange(0, 0);
-    bar->setTextVisible(false);
-    bar->setFixedWidth(120);
-    bar->setAccessibleName(tr("Progress"));
+    : QWidget(parent), label_(new SecondaryLabel({}, this)), bar_(new ProgressBar(barWidth, this)) {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(10, 4, 10, 4);
     layout->setSpacing(10);
     layout->addWidget(label_, 1);
-    layout->addWidget(bar);
+    layout->addWidget(bar_);
     hide();
 
     timer_.setSingleShot(true);
@@ -26,8 +27,9 @@ SaveProgress::SaveProgress(QWidget* parent)
     connect(&timer_, &QTimer::timeout, this, &QWidget::show);
 }
 
-void SaveProgress::start(const QString& text) {
+void SaveProgress::start(const QString& text, std::shared_ptr<const ProgressReporter> progress) {
     setText(text);
+    bar_->follow(std::move(progress));
     timer_.start();
 }
 

@@ -2,7 +2,10 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <memory>
 
+class ProgressBar;
+class ProgressReporter;
 class QLabel;
 
 /// The strip below a document that says that it is being saved. It comes only if that takes a
@@ -16,8 +19,8 @@ public:
 
     explicit SaveProgress(QWidget* parent = nullptr);
 
-    /// A document is being saved: `text` says so.
-    void start(const QString& text);
+    /// A document is being saved: `text` says so, and `progress` how far that has come.
+    void start(const QString& text, std::shared_ptr<const ProgressReporter> progress);
 
     /// The user waits for it: `text` says so at once.
     void showNow(const QString& text);
@@ -31,4 +34,5 @@ private:
 
     QTimer timer_;
     QLabel* label_;
+    ProgressBar* bar_;
 };

@@ -186,7 +186,7 @@ void DocumentWindow::updateActivity() {
     updateFileMenu();
     notice_->setEnabled(controller().activity() == DocumentController::Activity::idle);
     if (controller().activity() == DocumentController::Activity::writing) {
-        saveProgress_->start(tr("Saving “%1”…").arg(controller().name()));
+        saveProgress_->start(tr("Saving “%1”…").arg(controller().name()), controller().progress());
     } else {
         saveProgress_->stop();
     }
@@ -225,14 +225,14 @@ void DocumentWindow::dropEvent(QDropEvent* event) {
 
 void DocumentWindow::open(const QString& path) {
     const QString name = FilePath::shownName(path);
-    showProgress(name, tr("Opening “%1”\u2026").arg(name));
     controller().open(path);
+    showProgress(name, tr("Opening “%1”\u2026").arg(name));
 }
 
 void DocumentWindow::recover(const RecoverableDocument& lost) {
     const QString& name = lost.record().title;
-    showProgress(name, tr("Recovering “%1”\u2026").arg(name));
     session_.recover(lost);
+    showProgress(name, tr("Recovering “%1”\u2026").arg(name));
 }
 
 void DocumentWindow::warnThatNothingIsKept(const QString& reason) {
@@ -245,7 +245,7 @@ void DocumentWindow::warnThatNothingIsKept(const QString& reason) {
 
 void DocumentWindow::showProgress(const QString& title, const QString& text) {
     setWindowTitle(titleFor(title));
-    progress_->start(text);
+    progress_->start(text, controller().progress());
     pages_->setCurrentWidget(progress_);
     // Until the document is there, nothing can be done to it.
     view_->setEnabled(false);

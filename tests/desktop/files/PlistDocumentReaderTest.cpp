@@ -143,6 +143,8 @@ private Q_SLOTS:
         QCOMPARE(QString::fromUtf8(error->what()),
                  error->message() + QLatin1Char(' ') + error->failureReason());
         QCOMPARE(progress.completed(), 0);
+        // The file was there, all of it.
+        QCOMPARE(progress.fraction(), 1.0);
     }
 
     void tellsWhyAFileCannotBeRead() {

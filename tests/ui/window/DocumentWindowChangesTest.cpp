@@ -277,7 +277,7 @@ private Q_SLOTS:
 
     void saysThatItSavesWhenThatTakesLong() {
         auto* progress = window_->findChild<SaveProgress*>();
-        progress->start(QStringLiteral("Saving “a.plist”…"));
+        progress->start(QStringLiteral("Saving “a.plist”…"), nullptr);
         QVERIFY(!progress->isVisible());
         QTRY_VERIFY(progress->isVisible());
         QVERIFY(window_->view().isVisible());
