@@ -32,7 +32,7 @@ QString TreeText::ofValue(const PlistValue& value) {
         case PlistType::string:
             return QLatin1Char('"') + fromView(value.text()) + QLatin1Char('"');
         case PlistType::integer:
-            return QString::fromStdString(decimalText(value.integerValue()));
+            return QString::fromStdString(plist::decimalText(value.integerValue()));
         case PlistType::real:
             return QString::number(value.realValue());
         case PlistType::boolean:
