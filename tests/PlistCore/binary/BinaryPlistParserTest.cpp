@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "PlistCore/PlistEntry.h"
@@ -570,12 +571,17 @@ TEST(BinaryPlistParser, EveryChangedByteIsSurvived) {
         const std::uint8_t original = byte;
         for (unsigned other = 0; other < 256; ++other) {
             byte = static_cast<std::uint8_t>(other);
-            // Whatever it is, it is a value that can be written, or an error with a text.
+            // Whatever it is, it is a value that comes back when it is written, or an error
+            // that points into the file.
             try {
                 const PlistValue read = BinaryPlistParser::parse(bytes);
-                ASSERT_FALSE(BinaryPlistSerializer::serialize(read).isEmpty());
+                const PlistBytes written = BinaryPlistSerializer::serialize(read);
+                ASSERT_EQ(BinaryPlistParser::parse(written.span()), read);
             } catch (const PlistError& error) {
-                ASSERT_FALSE(error.errorDescription().empty());
+                if (error.location()) {
+                    const auto place = std::get<PlistError::Offset>(*error.location());
+                    ASSERT_LE(place.offset, bytes.size()) << error.errorDescription();
+                }
             }
         }
         byte = original;

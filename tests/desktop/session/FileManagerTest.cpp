@@ -1,4 +1,5 @@
 #include <QDBusContext>
+#include <QDBusPendingCallWatcher>
 #include <QDBusServer>
 #include <QTest>
 
@@ -57,6 +58,8 @@ private Q_SLOTS:
             QStringLiteral("/a folder/é.plist"), *this, [&hasFailed] { hasFailed = true; },
             manager.connection());
         QTRY_COMPARE(manager.shown, QStringList{QStringLiteral("file:///a%20folder/%C3%A9.plist")});
+        // The answer has come.
+        QTRY_VERIFY(findChildren<QDBusPendingCallWatcher*>().isEmpty());
         QVERIFY(!hasFailed);
     }
 

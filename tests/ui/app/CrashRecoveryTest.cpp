@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <memory>
 
+#include "app/desktop/files/BackgroundTask.h"
 #include "app/desktop/files/StateFolder.h"
 #include "app/desktop/saving/SafetyCopy.h"
 #include "app/ui/app/TabuletApp.h"
@@ -35,8 +36,10 @@ private Q_SLOTS:
 
     void asksNothingWhereNothingWasLost() {
         app_->start({});
-        // The search is done when this is.
-        QThreadPool::globalInstance()->waitForDone();
+        QSignalSpy shown(&window(0), &DocumentWindow::documentShown);
+        QVERIFY(shown.wait());
+        // The search, which begins now, is done when this is.
+        BackgroundTask::threads().waitForDone();
         QCoreApplication::processEvents();
         QVERIFY(window(0).findChild<QDialog*>() == nullptr);
     }
