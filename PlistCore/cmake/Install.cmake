@@ -14,7 +14,7 @@ install(EXPORT PlistCoreTargets NAMESPACE PlistCore:: COMPONENT PlistCore
         DESTINATION ${packageFolder})
 
 configure_package_config_file(
-    ${PROJECT_SOURCE_DIR}/cmake/PlistCoreConfig.cmake.in
+    ${PROJECT_SOURCE_DIR}/PlistCore/cmake/PlistCoreConfig.cmake.in
     ${PROJECT_BINARY_DIR}/PlistCoreConfig.cmake
     INSTALL_DESTINATION ${packageFolder})
 # Until 1.0 a new minor version may break callers.
