@@ -2,7 +2,7 @@
 # Installs PlistCore as a package into a scratch folder, builds the README's example against it and
 # compares what it prints.
 #
-# usage: packageTest.sh SOURCE BUILD COMPILER
+# usage: libraryPackageTest.sh SOURCE BUILD COMPILER
 set -euo pipefail
 
 source=$1
