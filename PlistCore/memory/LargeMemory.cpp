@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <new>
 
+#include "PlistCore/memory/MemoryPoison.h"
+
 namespace plist::detail {
 
 void* LargeMemory::map(std::size_t size, Pages pages) {
@@ -37,6 +39,8 @@ void LargeMemory::preferHugePages(void* memory, std::size_t size) noexcept {
 }
 
 void LargeMemory::unmap(void* memory, std::size_t size) noexcept {
+    // Whoever gets these addresses next knows nothing of what was forbidden here.
+    MemoryPoison::unpoison(memory, size);
     munmap(memory, size);
 }
 

@@ -44,6 +44,7 @@ public:
     }
 
     bool keep(void* block) noexcept {
+        MemoryPoison::poison(block, blockSize);
         for (std::atomic<void*>& slot : slots_) {
             void* expected = nullptr;
             if (slot.compare_exchange_strong(expected, block, std::memory_order_release,
@@ -68,10 +69,11 @@ PlistArena* PlistArena::make(std::size_t expectedSize) {
     if (memory == nullptr) {
         memory = mapBlocks(size);
     }
+    constexpr std::size_t used = sizeof(RegionHead) + sizeof(PlistArena);
+    MemoryPoison::unpoison(memory, used);
     auto* arena = ::new (static_cast<char*>(memory) + sizeof(RegionHead)) PlistArena;
     arena->addRegion(memory, size);
-    arena->startBlock(arena->takeBlocks(1));
-    arena->front_ += sizeof(PlistArena);
+    arena->startBlock(arena->takeBlocks(1), used);
     return arena;
 }
 
@@ -99,10 +101,13 @@ void* PlistArena::allocateElsewhere(std::size_t size, Side side) {
         throw std::bad_alloc();
     }
     if (size > largeObject) {
-        const std::size_t blocks = LargeMemory::rounded(size + sizeof(RegionHead)) / blockSize;
-        return takeBlocks(blocks) + sizeof(RegionHead);
+        const std::size_t whole = LargeMemory::rounded(size + sizeof(RegionHead));
+        char* place = takeBlocks(whole / blockSize) + sizeof(RegionHead);
+        MemoryPoison::unpoison(place, size);
+        MemoryPoison::poison(place + size, whole - sizeof(RegionHead) - size);
+        return place;
     }
-    startBlock(takeBlocks(1));
+    startBlock(takeBlocks(1), sizeof(RegionHead));
     return side == Side::front ? allocate(size) : allocateText(size);
 }
 
@@ -114,6 +119,7 @@ char* PlistArena::takeBlocks(std::size_t count) {
     }
     char* block = nextBlock_;
     nextBlock_ += count * blockSize;
+    MemoryPoison::unpoison(block, sizeof(RegionHead));
     reinterpret_cast<BlockHead*>(block)->arena = this;
     return block;
 }
@@ -123,11 +129,14 @@ void PlistArena::addRegion(void* memory, std::size_t size) noexcept {
     nextBlock_ = static_cast<char*>(memory);
     regionEnd_ = nextBlock_ + size;
     mappedSize_ += size;
+    // The first block may hold the arena itself.
+    MemoryPoison::poison(nextBlock_ + blockSize, size - blockSize);
 }
 
-void PlistArena::startBlock(char* block) noexcept {
-    front_ = block + sizeof(RegionHead);
+void PlistArena::startBlock(char* block, std::size_t used) noexcept {
+    front_ = block + used;
     back_ = block + blockSize;
+    MemoryPoison::poison(front_, room());
 }
 
 }  // namespace plist::detail

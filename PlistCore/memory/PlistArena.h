@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "PlistCore/memory/MemoryPoison.h"
+
 namespace plist::detail {
 
 /// The memory of one document that was read: large regions in which values and texts lie one behind
@@ -16,7 +18,8 @@ namespace plist::detail {
 ///
 /// One thread fills an arena. Afterwards it never changes, and values in it are shared between
 /// threads through one counter for all of it. Small documents take their only block from a small
-/// pool, so that reading them makes no system call.
+/// pool, so that reading them makes no system call. AddressSanitizer sees what was not handed out,
+/// or belongs to no document any more, as poisoned.
 class PlistArena {
 public:
     static constexpr std::size_t blockSize = std::size_t{1} << 21;
@@ -46,6 +49,7 @@ public:
         }
         char* place = front_;
         front_ += size;
+        MemoryPoison::unpoison(place, size);
         return place;
     }
 
@@ -55,6 +59,7 @@ public:
     void shrinkLast(void* place, std::size_t size, std::size_t kept) noexcept {
         if (static_cast<char*>(place) + size == front_) {
             front_ -= size - kept;
+            MemoryPoison::poison(front_, size - kept);
         }
     }
 
@@ -64,6 +69,7 @@ public:
             return static_cast<char*>(allocateElsewhere(size, Side::back));
         }
         back_ -= size;
+        MemoryPoison::unpoison(back_, size);
         return back_;
     }
 
@@ -93,7 +99,7 @@ private:
     void* allocateElsewhere(std::size_t size, Side side);
     char* takeBlocks(std::size_t count);
     void addRegion(void* memory, std::size_t size) noexcept;
-    void startBlock(char* block) noexcept;
+    void startBlock(char* block, std::size_t used) noexcept;
     void free() noexcept;
 
     char* front_ = nullptr;

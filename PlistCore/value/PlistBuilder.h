@@ -48,13 +48,16 @@ public:
     std::optional<PlistCell> data(std::size_t capacity, const Fill& fill) {
         auto* place = static_cast<std::uint8_t*>(arena_->allocate(wholeWords(capacity)));
         const std::optional<std::size_t> size = fill(place);
-        const bool isInPlace = !size || *size <= PlistCell::inPlaceCapacity;
-        arena_->shrinkLast(place, wholeWords(capacity), isInPlace ? 0 : wholeWords(*size));
-        if (!size) {
-            return std::nullopt;
+        std::optional<PlistCell> cell;
+        std::size_t kept = 0;
+        if (size && *size <= PlistCell::inPlaceCapacity) {
+            cell = PlistCell::inPlace(PlistType::data, 0, place, *size);
+        } else if (size) {
+            cell = PlistCell::elsewhere(PlistType::data, PlistCell::inArena, place, *size);
+            kept = wholeWords(*size);
         }
-        return isInPlace ? PlistCell::inPlace(PlistType::data, 0, place, *size)
-                         : PlistCell::elsewhere(PlistType::data, PlistCell::inArena, place, *size);
+        arena_->shrinkLast(place, wholeWords(capacity), kept);
+        return cell;
     }
 
     /// A list of keys, each a string cell made here. Dictionaries may share it. Not for no keys.

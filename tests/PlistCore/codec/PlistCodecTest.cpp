@@ -277,6 +277,18 @@ TEST(PlistCodecTest, writesWhatAnEditPutsTogetherFromPartsOfAFile) {
     EXPECT_EQ(writeErrorOf(PlistValue::array(std::move(items)), PlistFormat::xml), std::nullopt);
 }
 
+#if defined(__SANITIZE_ADDRESS__)
+
+TEST(PlistCodecDeathTest, reportsViewsThatOutliveTheirDocument) {
+    PlistValue root =
+        PlistCodec::read("<plist><string>longer than fits in place</string></plist>").root;
+    const std::string_view text = root.text();
+    root = PlistValue();
+    EXPECT_DEATH(static_cast<void>(std::string(text)), "use-after-poison");
+}
+
+#endif
+
 }  // namespace
 
 }  // namespace plist

@@ -189,6 +189,50 @@ TEST(PlistArenaTest, makesAndFreesFromSeveralThreads) {
     }
 }
 
+#if defined(__SANITIZE_ADDRESS__)
+
+// What AddressSanitizer says.
+constexpr const char* report = "use-after-poison";
+
+char touch(const char* place) {
+    return *static_cast<const volatile char*>(place);
+}
+
+TEST(PlistArenaDeathTest, reportsStepsPastWhatWasHandedOut) {
+    const ArenaShare arena = make(0);
+    const char* values = static_cast<char*>(arena->allocate(16));
+    const char* text = arena->allocateText(16);
+    EXPECT_DEATH(static_cast<void>(touch(values + 16)), report);
+    EXPECT_DEATH(static_cast<void>(touch(text - 1)), report);
+    // The next object may lie there.
+    arena->allocate(8);
+    EXPECT_EQ(touch(values + 16), 0);
+}
+
+TEST(PlistArenaDeathTest, reportsStepsPastLargeObjects) {
+    const ArenaShare arena = make(0);
+    const char* large = static_cast<char*>(arena->allocate(blockSize));
+    EXPECT_EQ(touch(large + blockSize - 1), 0);
+    EXPECT_DEATH(static_cast<void>(touch(large + blockSize)), report);
+}
+
+TEST(PlistArenaDeathTest, reportsWhatWasGivenBack) {
+    const ArenaShare arena = make(0);
+    char* place = static_cast<char*>(arena->allocate(160));
+    arena->shrinkLast(place, 160, 40);
+    EXPECT_EQ(touch(place + 39), 0);
+    EXPECT_DEATH(static_cast<void>(touch(place + 40)), report);
+}
+
+TEST(PlistArenaDeathTest, reportsWhatOutlivesItsDocument) {
+    PlistArena* arena = PlistArena::make(0);
+    const char* text = arena->allocateText(16);
+    arena->release();
+    EXPECT_DEATH(static_cast<void>(touch(text)), report);
+}
+
+#endif
+
 }  // namespace
 
 }  // namespace plist::detail
