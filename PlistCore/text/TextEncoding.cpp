@@ -8,6 +8,7 @@
 #include <cstddef>
 
 #include "PlistCore/PlistError.h"
+#include "PlistCore/text/CommonEncodings.h"
 #include "PlistCore/text/UnicodeText.h"
 
 namespace plist::detail {
@@ -53,24 +54,32 @@ bool isName(std::string_view encoding) {
            });
 }
 
-/// A conversion to UTF-8 that stops at the first thing that is broken.
+/// A conversion to UTF-8 that stops at the first thing that is broken: our own for the common
+/// encodings, the C library's for any other.
 class Converter {
 public:
     explicit Converter(std::string_view encoding)
-        : descriptor_(isName(encoding) ? iconv_open("UTF-8", std::string(encoding).c_str())
-                                       : invalidDescriptor()) {}
+        : decoder_(CommonEncodings::decoderOf(encoding)),
+          descriptor_(decoder_ == nullptr && isName(encoding)
+                          ? iconv_open("UTF-8", std::string(encoding).c_str())
+                          : invalidDescriptor()) {}
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
     ~Converter() {
-        if (isSupported()) {
+        if (descriptor_ != invalidDescriptor()) {
             iconv_close(descriptor_);
         }
     }
 
-    bool isSupported() const { return descriptor_ != invalidDescriptor(); }
+    bool isSupported() const { return decoder_ != nullptr || descriptor_ != invalidDescriptor(); }
 
     /// The text as UTF-8, or nothing if it is not valid.
     std::optional<std::string> convert(std::string_view text) {
+        return decoder_ != nullptr ? decoder_(text) : convertByLibrary(text);
+    }
+
+private:
+    std::optional<std::string> convertByLibrary(std::string_view text) {
         std::string converted;
         // The C library takes a pointer to variable bytes, which it does not change.
         char* next = const_cast<char*>(text.data());
@@ -85,7 +94,6 @@ public:
         return converted;
     }
 
-private:
     static iconv_t invalidDescriptor() {
         return reinterpret_cast<iconv_t>(static_cast<std::intptr_t>(-1));
     }
@@ -107,6 +115,7 @@ private:
         }
     }
 
+    CommonEncodings::Decoder decoder_;
     iconv_t descriptor_;
 };
 

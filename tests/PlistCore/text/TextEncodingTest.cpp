@@ -6,6 +6,7 @@
 
 #include "PlistCore/PlistError.h"
 #include "PlistCore/text/TextEncoding.h"
+#include "tests/PlistCore/support/EncodingModules.h"
 
 namespace plist::detail {
 
@@ -165,6 +166,19 @@ TEST(TextEncodingTest, refusesUnknownEncodings) {
     EXPECT_EQ(failureOf("a", "ASCII//TRANSLIT"),
               "The text encoding “ASCII//TRANSLIT” is not supported.");
     EXPECT_EQ(failureOf("a", " ASCII"), "The text encoding “ ASCII” is not supported.");
+}
+
+TEST(TextEncodingTest, needsNoModulesForTheCommonEncodings) {
+    const WithoutEncodingModules without;
+    EXPECT_EQ(toUtf8("\xE4\0"sv, "UTF-16LE"), "ä");
+    EXPECT_EQ(toUtf8("\0\xE4"sv, "UTF-16BE"), "ä");
+    EXPECT_EQ(toUtf8("\xE4\0\0\0"sv, "UTF-32LE"), "ä");
+    EXPECT_EQ(toUtf8("\0\0\0\xE4"sv, "UTF-32BE"), "ä");
+    EXPECT_EQ(toUtf8("\xE4", "ISO-8859-1"), "ä");
+    EXPECT_TRUE(contradicts("<?xml", "UTF-16"));
+    EXPECT_FALSE(contradicts("<?xml", "ISO-8859-1"));
+    EXPECT_EQ(failureOf("a", "UTF-16LE"), "The text is not valid UTF-16.");
+    EXPECT_EQ(failureOf("a", "macintosh"), "The text encoding “macintosh” is not supported.");
 }
 
 TEST(TextEncodingTest, refusesBrokenText) {
