@@ -21,3 +21,4 @@
 #include "PlistCore/PlistText.h"
 #include "PlistCore/PlistType.h"
 #include "PlistCore/PlistValue.h"
+#include "PlistCore/PlistVersion.h"

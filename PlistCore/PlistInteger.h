@@ -7,6 +7,10 @@
 #include <string>
 #include <string_view>
 
+#include "PlistCore/PlistVersion.h"
+
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// The payload of an integer value: wide enough for the signed and the unsigned 64-bit range at
@@ -39,3 +43,5 @@ std::string_view decimalText(PlistInteger number,
                              std::span<char, longestDecimalText> buffer) noexcept;
 
 }  // namespace plist
+
+#pragma GCC visibility pop

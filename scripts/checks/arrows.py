@@ -61,6 +61,7 @@ HEADERS_ALONE = {
     "PlistEntry": "PlistCore/value",
     "PlistFile": "PlistCore/codec",
     "PlistFormat": "PlistCore/text",
+    "PlistVersion": "PlistCore/memory",
 }
 
 # What each room must not include of the system.
