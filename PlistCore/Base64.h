@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// The standard Base64 alphabet (RFC 4648, section 4), both ways.
@@ -43,3 +45,5 @@ std::optional<std::size_t> decode(std::string_view text, std::uint8_t* output) n
 }  // namespace Base64
 
 }  // namespace plist
+
+#pragma GCC visibility pop

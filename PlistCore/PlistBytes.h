@@ -9,6 +9,8 @@
 #include <string_view>
 #include <utility>
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// A growing buffer of bytes that is moved, not copied: what writers produce.
@@ -80,3 +82,5 @@ private:
 };
 
 }  // namespace plist
+
+#pragma GCC visibility pop

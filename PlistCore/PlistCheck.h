@@ -1,5 +1,7 @@
 #pragma once
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// Called with the message of a broken rule; must not return. The default prints it and aborts.
@@ -21,3 +23,5 @@ inline void plistCheck(bool rule, const char* message) {
 }
 
 }  // namespace plist
+
+#pragma GCC visibility pop

@@ -9,6 +9,8 @@
 #include "PlistCore/PlistFormat.h"
 #include "PlistCore/PlistValue.h"
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// The one way from bytes to a value and back. Both operations are pure functions of their
@@ -42,3 +44,5 @@ PlistBytes write(const PlistValue& value, PlistFormat format, const WriteOptions
 }  // namespace PlistCodec
 
 }  // namespace plist
+
+#pragma GCC visibility pop

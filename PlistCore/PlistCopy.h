@@ -1,5 +1,7 @@
 #pragma once
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 class PlistString;
@@ -21,3 +23,5 @@ PlistString detached(const PlistString& text);
 }  // namespace PlistCopy
 
 }  // namespace plist
+
+#pragma GCC visibility pop

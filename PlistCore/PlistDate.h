@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// The one text form of dates, "YYYY-MM-DDTHH:MM:SSZ". A date is a double count of seconds since
@@ -34,3 +36,5 @@ std::optional<double> parseDate(std::string_view text);
 }  // namespace PlistDate
 
 }  // namespace plist
+
+#pragma GCC visibility pop

@@ -3,6 +3,8 @@
 #include "PlistCore/PlistString.h"
 #include "PlistCore/PlistValue.h"
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// One entry of a dictionary: a key, which may be empty, and its value.
@@ -14,3 +16,5 @@ struct PlistEntry {
 };
 
 }  // namespace plist
+
+#pragma GCC visibility pop

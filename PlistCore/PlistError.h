@@ -8,6 +8,8 @@
 
 #include "PlistCore/PlistFormat.h"
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// The one thing that readers and writers throw: why, and where in the input if that is known.
@@ -16,12 +18,12 @@ public:
     /// The input breaks the grammar of its format.
     struct Malformed {
         std::string text;
-        friend bool operator==(const Malformed& left, const Malformed& right);
+        bool operator==(const Malformed& other) const;
     };
     /// A well-formed element whose content cannot be a value of its type.
     struct InvalidValue {
         std::string text;
-        friend bool operator==(const InvalidValue& left, const InvalidValue& right);
+        bool operator==(const InvalidValue& other) const;
     };
     /// More containers inside each other than `limit`.
     struct NestingTooDeep {
@@ -69,7 +71,7 @@ public:
     const char* what() const noexcept override { return description_.c_str(); }
 
     /// Equal reasons (texts as Unicode text) at equal places.
-    friend bool operator==(const PlistError& left, const PlistError& right);
+    bool operator==(const PlistError& other) const;
 
 private:
     Reason reason_;
@@ -78,3 +80,5 @@ private:
 };
 
 }  // namespace plist
+
+#pragma GCC visibility pop

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <span>
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 class PlistValue;
@@ -22,3 +24,5 @@ bool exceeds(std::span<const PlistValue> values, std::uint64_t limit);
 }  // namespace PlistExpansion
 
 }  // namespace plist
+
+#pragma GCC visibility pop

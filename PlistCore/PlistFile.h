@@ -3,6 +3,8 @@
 #include "PlistCore/PlistFormat.h"
 #include "PlistCore/PlistValue.h"
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// The content of a file: its top value, of any type, and the form it was or will be in.
@@ -12,3 +14,5 @@ struct PlistFile {
 };
 
 }  // namespace plist
+
+#pragma GCC visibility pop

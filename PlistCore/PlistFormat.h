@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// The three forms of a property list on disk, in the order in which they are listed to people.
@@ -25,3 +27,5 @@ constexpr bool isWritable(PlistFormat format) {
 }
 
 }  // namespace plist
+
+#pragma GCC visibility pop

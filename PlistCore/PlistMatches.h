@@ -5,6 +5,8 @@
 #include <span>
 #include <vector>
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// Where a search found something: places in a value, in the order in which they stand.
@@ -64,3 +66,5 @@ private:
 };
 
 }  // namespace plist
+
+#pragma GCC visibility pop

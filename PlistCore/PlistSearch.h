@@ -5,6 +5,8 @@
 
 #include "PlistCore/PlistMatches.h"
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 class PlistValue;
@@ -31,3 +33,5 @@ PlistMatches matches(const PlistValue& root, std::string_view query,
 }  // namespace PlistSearch
 
 }  // namespace plist
+
+#pragma GCC visibility pop

@@ -9,6 +9,8 @@
 
 #include "PlistCore/value/PlistCell.h"
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// An immutable text in 16 bytes: the key of an entry, or what a string value holds.
@@ -64,6 +66,9 @@ public:
     /// negative, zero (for equal texts) or positive.
     int compare(const PlistString& other) const;
 
+    /// A hash that agrees with `==`: canonically equivalent texts have the same.
+    std::size_t hash() const;
+
     /// The representation, for the units that build and take apart values.
     const detail::PlistCell& cell() const noexcept { return cell_; }
 
@@ -85,8 +90,10 @@ private:
 
 }  // namespace plist
 
+#pragma GCC visibility pop
+
 /// Equal texts, canonically equivalent ones included, have equal hashes.
 template <>
 struct std::hash<plist::PlistString> {
-    std::size_t operator()(const plist::PlistString& text) const;
+    std::size_t operator()(const plist::PlistString& text) const { return text.hash(); }
 };

@@ -11,6 +11,8 @@
 #include "PlistCore/PlistInteger.h"
 #include "PlistCore/PlistValue.h"
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// The rules between values and the text that people type and read: one grammar for the editor and
@@ -56,3 +58,5 @@ PlistValue converted(const PlistValue& value, PlistType type);
 }  // namespace PlistText
 
 }  // namespace plist
+
+#pragma GCC visibility pop

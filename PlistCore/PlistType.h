@@ -7,6 +7,8 @@
 #include <optional>
 #include <string_view>
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 /// The nine kinds of property-list values. The order is fixed: it is the order of the alternatives
@@ -44,6 +46,8 @@ constexpr bool isContainer(PlistType type) {
 }
 
 }  // namespace plist
+
+#pragma GCC visibility pop
 
 /// Hashes the raw value, so that the hash does not depend on the order of the enumeration.
 template <>

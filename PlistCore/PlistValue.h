@@ -14,6 +14,8 @@
 #include "PlistCore/PlistType.h"
 #include "PlistCore/value/PlistCell.h"
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 
 struct PlistEntry;
@@ -119,7 +121,7 @@ public:
     /// Structural equality, sensitive to order: same alternative, texts equal as Unicode text,
     /// reals and dates by IEEE comparison (a value that holds NaN is unequal to its own copy, and
     /// 0.0 equals -0.0).
-    friend bool operator==(const PlistValue& left, const PlistValue& right);
+    bool operator==(const PlistValue& other) const;
 
     /// The representation, for the units that build and take apart values.
     const detail::PlistCell& cell() const noexcept { return cell_; }
@@ -154,3 +156,5 @@ inline std::span<const PlistString> detail::PlistCell::keys() const noexcept {
 }
 
 }  // namespace plist
+
+#pragma GCC visibility pop

@@ -48,16 +48,16 @@ PlistError::PlistError(Reason reason, std::optional<Location> location)
       location_(location),
       description_(described(reason_, location_)) {}
 
-bool operator==(const PlistError::Malformed& left, const PlistError::Malformed& right) {
-    return detail::UnicodeText::equal(left.text, right.text);
+bool PlistError::Malformed::operator==(const Malformed& other) const {
+    return detail::UnicodeText::equal(text, other.text);
 }
 
-bool operator==(const PlistError::InvalidValue& left, const PlistError::InvalidValue& right) {
-    return detail::UnicodeText::equal(left.text, right.text);
+bool PlistError::InvalidValue::operator==(const InvalidValue& other) const {
+    return detail::UnicodeText::equal(text, other.text);
 }
 
-bool operator==(const PlistError& left, const PlistError& right) {
-    return left.reason_ == right.reason_ && left.location_ == right.location_;
+bool PlistError::operator==(const PlistError& other) const {
+    return reason_ == other.reason_ && location_ == other.location_;
 }
 
 }  // namespace plist

@@ -10,6 +10,8 @@
 #include "PlistCore/PlistInteger.h"
 #include "PlistCore/PlistType.h"
 
+#pragma GCC visibility push(default)
+
 namespace plist {
 class PlistString;
 class PlistValue;
@@ -186,3 +188,5 @@ private:
 static_assert(sizeof(PlistCell) == 16);
 
 }  // namespace plist::detail
+
+#pragma GCC visibility pop

@@ -31,8 +31,8 @@ bool PlistString::equalsCanonically(const PlistString& left, const PlistString& 
     return detail::UnicodeText::equal(left.view(), right.view());
 }
 
-}  // namespace plist
-
-std::size_t std::hash<plist::PlistString>::operator()(const plist::PlistString& text) const {
-    return plist::detail::UnicodeText::hash(text.view());
+std::size_t PlistString::hash() const {
+    return detail::UnicodeText::hash(view());
 }
+
+}  // namespace plist

@@ -247,8 +247,8 @@ bool PlistValue::isIdenticalTo(const PlistValue& other) const noexcept {
     return std::memcmp(&cell_, &other.cell_, sizeof cell_) == 0;
 }
 
-bool operator==(const PlistValue& left, const PlistValue& right) {
-    return detail::PlistEquality::equal(left, right);
+bool PlistValue::operator==(const PlistValue& other) const {
+    return detail::PlistEquality::equal(*this, other);
 }
 
 }  // namespace plist
