@@ -69,9 +69,11 @@ testPackages=(
     "clang-tidy-14|checks the code for mistakes"
 )
 
-# To fuzz, in the long run of the tests.
-fuzzPackages=(
+# For the long run of the tests.
+longPackages=(
     "clang|the compiler with libFuzzer"
+    "clang-19|a new compiler for those who use the library"
+    "doxygen|the library's reference"
 )
 
 # To build Debian packages.

@@ -46,6 +46,17 @@ export PKG_CONFIG_PATH=$prefix/lib/pkgconfig
 awk '/^```cpp$/ { inside = 1; next } /^```$/ { inside = 0 } inside' "$source/README.md" |
     diff "$source/docs/example/main.cpp" -
 
+echo "the blocks of the library's page"
+{
+    printf '#include <%s>\n' PlistCore/PlistCore.h iostream
+    echo 'int main() {'
+    awk '/^```cpp$/ { inside = 1; print "{"; next } inside && /^```$/ { inside = 0; print "}" }
+         inside && !/^#include/' "$source/docs/library.md"
+    echo '}'
+} >"$scratch/page.cpp"
+read -ra flags <<<"$(pkg-config --cflags PlistCore)"
+"$compiler" -std=c++20 -fsyntax-only "${flags[@]}" "$scratch/page.cpp"
+
 echo "as few headers as a reader can survey"
 count=$(find "$prefix/include" -name '*.h' | wc -l)
 [[ $count -le 24 ]]
