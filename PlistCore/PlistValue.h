@@ -139,6 +139,7 @@ private:
 
 static_assert(sizeof(PlistValue) == 16);
 
+/// @cond internals
 inline std::span<const PlistValue> detail::PlistCell::values() const noexcept {
     if (length() == 0) {
         return {};
@@ -154,6 +155,7 @@ inline std::span<const PlistString> detail::PlistCell::keys() const noexcept {
     }
     return {*static_cast<const PlistString* const*>(pointer()), length()};
 }
+/// @endcond
 
 }  // namespace plist
 
