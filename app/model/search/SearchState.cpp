@@ -8,7 +8,6 @@
 
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/runtime/MainThread.h"
-#include "app/model/runtime/TimerAlarm.h"
 #include "app/model/search/MatchResolver.h"
 #include "app/model/search/MatchedNodes.h"
 #include "app/model/tree/PlistNode.h"
@@ -33,10 +32,11 @@ bool isIn(const PlistNode& root, const PlistNode& node) {
 }  // namespace
 
 SearchState::SearchState(PlistDocument& document, QObject* parent)
-    : SearchState(document, std::make_unique<TimerAlarm>(), parent) {}
+    : SearchState(document, std::make_unique<DelayTimer>(), parent) {}
 
-SearchState::SearchState(PlistDocument& document, std::unique_ptr<Alarm> alarm, QObject* parent)
-    : QObject(parent), document_(document), alarm_(std::move(alarm)) {
+SearchState::SearchState(PlistDocument& document, std::unique_ptr<DelayTimer> timer,
+                         QObject* parent)
+    : QObject(parent), document_(document), pauseTimer_(std::move(timer)) {
     MainThread::check();
     nextTurn_.setInterval(0);
     connect(&nextTurn_, &QTimer::timeout, this, &SearchState::resolveSome);
@@ -83,7 +83,7 @@ void SearchState::update() {
     run_.reset();
     stopResolving();
     if (trimmedQuery().isEmpty()) {
-        alarm_->cancel();
+        pauseTimer_->stop();
         isUpdating_ = false;
         setResults({});
     } else {
@@ -100,7 +100,7 @@ void SearchState::updateActiveSearch() {
 
 void SearchState::beginPause() {
     isUpdating_ = true;
-    alarm_->set(pause, [this] { search(); });
+    pauseTimer_->start(pause, [this] { search(); });
 }
 
 void SearchState::search() {

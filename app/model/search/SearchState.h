@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-#include "app/model/runtime/Alarm.h"
+#include "app/model/runtime/DelayTimer.h"
 #include "app/model/search/SearchRun.h"
 #include "app/model/tree/NodeId.h"
 #include "app/model/tree/NodeIdSet.h"
@@ -37,9 +37,10 @@ public:
     /// How long the query and the document have to rest before the search begins.
     static constexpr std::chrono::milliseconds pause{150};
 
-    /// The document must outlive this object. The second form takes the clock for the pause.
+    /// The document must outlive this object. The second form takes the timer of the pause.
     explicit SearchState(PlistDocument& document, QObject* parent = nullptr);
-    SearchState(PlistDocument& document, std::unique_ptr<Alarm> alarm, QObject* parent = nullptr);
+    SearchState(PlistDocument& document, std::unique_ptr<DelayTimer> timer,
+                QObject* parent = nullptr);
 
     /// A search that runs is stopped, which takes some milliseconds at most.
     ~SearchState() override;
@@ -109,7 +110,7 @@ private:
     QString trimmedQuery() const;
 
     PlistDocument& document_;
-    std::unique_ptr<Alarm> alarm_;
+    std::unique_ptr<DelayTimer> pauseTimer_;
     std::unique_ptr<SearchRun> run_;
     std::unique_ptr<MatchResolver> resolver_;  ///< once the search is done
     QTimer nextTurn_;                          ///< of `resolver_`

@@ -14,7 +14,7 @@
 #include "app/model/search/SearchRun.h"
 #include "app/model/search/SearchState.h"
 #include "app/model/tree/PlistNode.h"
-#include "tests/model/support/ManualAlarm.h"
+#include "tests/model/support/ManualTimer.h"
 #include "tests/model/support/SearchDesk.h"
 #include "tests/model/support/TreeText.h"
 
@@ -130,15 +130,15 @@ private Q_SLOTS:
     void searchesOnceAfterTheLastOfQuickKeystrokes() {
         const SearchDesk desk(sample());
         desk.type("a");
-        desk.alarm->advance(nearlyAPause);
+        desk.timer->advance(nearlyAPause);
         desk.type("ad");
-        desk.alarm->advance(nearlyAPause);
+        desk.timer->advance(nearlyAPause);
         desk.type("ada");
-        desk.alarm->advance(nearlyAPause);
-        QCOMPARE(desk.alarm->rings(), 0);
+        desk.timer->advance(nearlyAPause);
+        QCOMPARE(desk.timer->callbacks(), 0);
         QVERIFY(desk.search->isUpdating());
-        desk.alarm->advance(milliseconds(1));
-        QCOMPARE(desk.alarm->rings(), 1);
+        desk.timer->advance(milliseconds(1));
+        QCOMPARE(desk.timer->callbacks(), 1);
         QVERIFY(desk.isDone());
         QCOMPARE(desk.matches(), QStringLiteral("/name"));
         QCOMPARE(desk.signalCounts(), QStringLiteral("matches 1, visible 1, current 1, updated 1"));
@@ -174,10 +174,10 @@ private Q_SLOTS:
         QVERIFY(desk.find("a"));
         const QSignalSpy queries(desk.search.get(), &SearchState::queryChanged);
         desk.type("a");
-        QVERIFY(!desk.alarm->isSet());
+        QVERIFY(!desk.timer->isRunning());
         QCOMPARE(queries.count(), 0);
         desk.type("a ");
-        QVERIFY(desk.alarm->isSet());
+        QVERIFY(desk.timer->isRunning());
         QCOMPARE(queries.count(), 1);
     }
 
@@ -195,7 +195,7 @@ private Q_SLOTS:
         desk.signalCounts();
         desk.search->setQuery(query);
         QVERIFY(!desk.search->isUpdating());
-        QVERIFY(!desk.alarm->isSet());
+        QVERIFY(!desk.timer->isRunning());
         QCOMPARE(desk.matches(), QString());
         QCOMPARE(desk.visible(), QStringLiteral("all"));
         QCOMPARE(desk.current(), QStringLiteral("none"));
@@ -207,7 +207,7 @@ private Q_SLOTS:
         desk.type("a");
         desk.type("");
         QVERIFY(!desk.search->isUpdating());
-        QVERIFY(!desk.alarm->isSet());
+        QVERIFY(!desk.timer->isRunning());
         desk.begin();
         QVERIFY(!isSearching(desk));
         QCOMPARE(desk.visible(), QStringLiteral("all"));
@@ -249,7 +249,7 @@ private Q_SLOTS:
         desk.begin();
         QVERIFY(!desk.editor.rename(desk.at({0}), "title"));
         QVERIFY(!desk.isDone());
-        QVERIFY(desk.alarm->isSet());
+        QVERIFY(desk.timer->isRunning());
         QCOMPARE(desk.signalCounts(), QStringLiteral("matches 0, visible 0, current 0, updated 0"));
         desk.begin();
         QVERIFY(desk.isDone());
@@ -275,7 +275,7 @@ private Q_SLOTS:
         desk.type("ada");
         desk.begin();
         desk.editor.changeValue(desk.at({0}), text("Grace"));
-        QVERIFY(desk.alarm->isSet());
+        QVERIFY(desk.timer->isRunning());
         desk.begin();
         QVERIFY(desk.isDone());
         QCOMPARE(desk.matches(), QString());
@@ -389,7 +389,7 @@ private Q_SLOTS:
     void ignoresChangesWhileNothingIsSought() {
         const SearchDesk desk(sample());
         desk.editor.changeValue(desk.at({0}), text("Grace"));
-        QVERIFY(!desk.alarm->isSet());
+        QVERIFY(!desk.timer->isRunning());
         QCOMPARE(desk.signalCounts(), QStringLiteral("matches 0, visible 0, current 0, updated 0"));
     }
 
@@ -502,7 +502,7 @@ private Q_SLOTS:
                              }
                          });
         QVERIFY(!desk.find("ada"));
-        QVERIFY(desk.alarm->isSet());
+        QVERIFY(desk.timer->isRunning());
         desk.type("grace");
         desk.begin();
         QVERIFY(desk.isDone());

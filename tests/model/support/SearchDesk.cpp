@@ -11,9 +11,9 @@
 
 SearchDesk::SearchDesk(const PlistValue& value) : editor(document, undo.get()) {
     document.apply({value, PlistFormat::xml});
-    auto ownAlarm = std::make_unique<ManualAlarm>();
-    alarm = ownAlarm.get();
-    search = std::make_unique<SearchState>(document, std::move(ownAlarm));
+    auto ownTimer = std::make_unique<ManualTimer>();
+    timer = ownTimer.get();
+    search = std::make_unique<SearchState>(document, std::move(ownTimer));
     matchesSpy = std::make_unique<QSignalSpy>(search.get(), &SearchState::matchIDsChanged);
     visibleSpy = std::make_unique<QSignalSpy>(search.get(), &SearchState::visibleIDsChanged);
     currentSpy = std::make_unique<QSignalSpy>(search.get(), &SearchState::currentMatchChanged);
@@ -55,7 +55,8 @@ PlistNode& SearchDesk::at(std::initializer_list<std::size_t> path) const {
 
 bool SearchDesk::isDone() const {
     constexpr int patience = 120'000;
-    return QTest::qWaitFor([this] { return !search->isUpdating() || alarm->isSet(); }, patience) &&
+    return QTest::qWaitFor([this] { return !search->isUpdating() || timer->isRunning(); },
+                           patience) &&
            !search->isUpdating();
 }
 

@@ -12,7 +12,7 @@
 #include "app/model/runtime/Plist.h"
 #include "app/model/search/SearchState.h"
 #include "app/model/tree/NodeId.h"
-#include "tests/model/support/ManualAlarm.h"
+#include "tests/model/support/ManualTimer.h"
 
 class PlistNode;
 
@@ -29,7 +29,7 @@ struct SearchDesk {
     void type(const char* query) const { search->setQuery(QString::fromUtf8(query)); }
 
     /// Lets the pause pass: the search runs, but nothing is heard of it yet.
-    void begin() const { alarm->advance(SearchState::pause); }
+    void begin() const { timer->advance(SearchState::pause); }
 
     /// Waits for the search to come to its end. False if there are no results, because it has to
     /// start over.
@@ -48,7 +48,7 @@ struct SearchDesk {
     PlistDocument document;
     std::unique_ptr<UndoManager> undo = std::make_unique<UndoManager>();
     PlistEditor editor;
-    ManualAlarm* alarm = nullptr;
+    ManualTimer* timer = nullptr;
     std::unique_ptr<SearchState> search;
     std::unique_ptr<QSignalSpy> matchesSpy;
     std::unique_ptr<QSignalSpy> visibleSpy;

@@ -4,11 +4,10 @@
 #include <QScrollBar>
 #include <algorithm>
 
-#include "app/model/runtime/TimerAlarm.h"
 #include "app/ui/look/CellMetrics.h"
 
 DragAutoScroll::DragAutoScroll(QAbstractScrollArea& area, std::function<void()> scrolled)
-    : area_(area), scrolled_(std::move(scrolled)), alarm_(std::make_unique<TimerAlarm>()) {}
+    : area_(area), scrolled_(std::move(scrolled)), timer_(std::make_unique<DelayTimer>()) {}
 
 DragAutoScroll::~DragAutoScroll() = default;
 
@@ -37,13 +36,13 @@ void DragAutoScroll::follow(const QPoint& position) {
 }
 
 void DragAutoScroll::stop() {
-    alarm_->cancel();
+    timer_->stop();
     direction_ = Direction::none;
     length_ = 0;
 }
 
 void DragAutoScroll::waitForStep() {
-    alarm_->set(interval, [this] { step(); });
+    timer_->start(interval, [this] { step(); });
 }
 
 void DragAutoScroll::step() {

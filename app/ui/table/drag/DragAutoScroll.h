@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "app/model/runtime/Alarm.h"
+#include "app/model/runtime/DelayTimer.h"
 
 class QAbstractScrollArea;
 
@@ -24,8 +24,8 @@ public:
     DragAutoScroll(QAbstractScrollArea& area, std::function<void()> scrolled);
     ~DragAutoScroll();
 
-    /// Takes another clock, for tests.
-    void setAlarm(std::unique_ptr<Alarm> alarm) { alarm_ = std::move(alarm); }
+    /// Takes another timer, for tests.
+    void setTimer(std::unique_ptr<DelayTimer> timer) { timer_ = std::move(timer); }
 
     /// How far from an edge the area scrolls, in pixels: the height of a row.
     int margin() const;
@@ -45,7 +45,7 @@ private:
 
     QAbstractScrollArea& area_;
     std::function<void()> scrolled_;
-    std::unique_ptr<Alarm> alarm_;
+    std::unique_ptr<DelayTimer> timer_;
     Direction direction_ = Direction::none;
     int length_ = 0;
 };

@@ -54,9 +54,9 @@ RowDropping::RowDropping(OutlineView& view, const DocumentActions& actions,
 
 RowDropping::~RowDropping() = default;
 
-void RowDropping::setAlarms(std::unique_ptr<Alarm> hover, std::unique_ptr<Alarm> scroll) {
-    springLoading_.setAlarm(std::move(hover));
-    autoScroll_.setAlarm(std::move(scroll));
+void RowDropping::setTimers(std::unique_ptr<DelayTimer> hover, std::unique_ptr<DelayTimer> scroll) {
+    springLoading_.setTimer(std::move(hover));
+    autoScroll_.setTimer(std::move(scroll));
 }
 
 void RowDropping::paint(QPainter& painter) const {

@@ -7,7 +7,7 @@
 
 #include "app/model/actions/DocumentActions.h"
 #include "app/model/actions/InsertionPoint.h"
-#include "app/model/runtime/Alarm.h"
+#include "app/model/runtime/DelayTimer.h"
 #include "app/ui/table/drag/DragAutoScroll.h"
 #include "app/ui/table/drag/DropIndicator.h"
 #include "app/ui/table/drag/SpringLoading.h"
@@ -31,7 +31,7 @@ public:
     ~RowDropping() override;
 
     /// Takes other clocks, for tests: for what opens below a resting drag, and what scrolls.
-    void setAlarms(std::unique_ptr<Alarm> hover, std::unique_ptr<Alarm> scroll);
+    void setTimers(std::unique_ptr<DelayTimer> hover, std::unique_ptr<DelayTimer> scroll);
 
     /// Where the drag over the table would go; nothing without one, or if it cannot be dropped
     /// there.

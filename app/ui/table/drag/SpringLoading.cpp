@@ -1,11 +1,10 @@
 #include "app/ui/table/drag/SpringLoading.h"
 
 #include "app/model/outline/OutlineState.h"
-#include "app/model/runtime/TimerAlarm.h"
 #include "app/model/tree/PlistNode.h"
 
 SpringLoading::SpringLoading(OutlineState& outline)
-    : outline_(outline), alarm_(std::make_unique<TimerAlarm>()) {}
+    : outline_(outline), timer_(std::make_unique<DelayTimer>()) {}
 
 SpringLoading::~SpringLoading() = default;
 
@@ -15,9 +14,9 @@ void SpringLoading::follow(PlistNode* container) {
     }
     container_ = PlistNodePtr(container);
     if (container == nullptr) {
-        alarm_->cancel();
+        timer_->stop();
     } else {
-        alarm_->set(delay, [this] { expand(); });
+        timer_->start(delay, [this] { expand(); });
     }
 }
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "app/model/runtime/Alarm.h"
+#include "app/model/runtime/DelayTimer.h"
 #include "app/model/tree/PlistNodePtr.h"
 
 class OutlineState;
@@ -20,8 +20,8 @@ public:
     explicit SpringLoading(OutlineState& outline);
     ~SpringLoading();
 
-    /// Takes another clock, for tests.
-    void setAlarm(std::unique_ptr<Alarm> alarm) { alarm_ = std::move(alarm); }
+    /// Takes another timer, for tests.
+    void setTimer(std::unique_ptr<DelayTimer> timer) { timer_ = std::move(timer); }
 
     /// The collapsed container below the pointer; null for anything else. The delay begins anew
     /// with each other container.
@@ -34,6 +34,6 @@ private:
     void expand();
 
     OutlineState& outline_;
-    std::unique_ptr<Alarm> alarm_;
+    std::unique_ptr<DelayTimer> timer_;
     PlistNodePtr container_;
 };

@@ -17,7 +17,7 @@
 #include "app/ui/table/PlistTable.h"
 #include "app/ui/table/drag/RowDropping.h"
 #include "app/ui/window/DocumentWindow.h"
-#include "tests/model/support/ManualAlarm.h"
+#include "tests/model/support/ManualTimer.h"
 #include "tests/ui/support/DragOver.h"
 #include "tests/ui/support/MenuTools.h"
 #include "tests/ui/support/MouseDrag.h"
@@ -51,11 +51,11 @@ class RowDroppingTest : public QObject {
 private Q_SLOTS:
     void init() {
         window_ = makeWindow(Samples::numbers(4));
-        auto hover = std::make_unique<ManualAlarm>();
-        auto scroll = std::make_unique<ManualAlarm>();
+        auto hover = std::make_unique<ManualTimer>();
+        auto scroll = std::make_unique<ManualTimer>();
         hover_ = hover.get();
         scroll_ = scroll.get();
-        table().dropping().setAlarms(std::move(hover), std::move(scroll));
+        table().dropping().setTimers(std::move(hover), std::move(scroll));
         item_.reset(mimeData("text/plain", "{ ship = Vesta; }"));
     }
 
@@ -371,7 +371,7 @@ private Q_SLOTS:
         drag.move(above(1));
         hover_->advance(1ms);
         QCOMPARE(keys(), QStringLiteral("a b d word"));
-        QVERIFY(!hover_->isSet());
+        QVERIFY(!hover_->isRunning());
         drag.move(below(1));
         QVERIFY(drag.drop(below(1)).isAccepted);
         QCOMPARE(keys(), QStringLiteral("a ship b d word"));
@@ -392,12 +392,12 @@ private Q_SLOTS:
 
     void doesNotOpenWhatIsDragged() {
         window_->controller().document().apply({nested(), PlistFormat::xml});
-        bool isSet = true;
-        MouseDrag::run(viewport(), keyAt(1), [this, &isSet](const MouseDrag& drag) {
+        bool isRunning = true;
+        MouseDrag::run(viewport(), keyAt(1), [this, &isRunning](const MouseDrag& drag) {
             drag.moveTo(viewport(), below(1));
-            isSet = hover_->isSet();
+            isRunning = hover_->isRunning();
         });
-        QVERIFY(!isSet);
+        QVERIFY(!isRunning);
     }
 
     void scrollsNearTheEdges() {
@@ -405,7 +405,7 @@ private Q_SLOTS:
         const QScrollBar& bar = *table().verticalScrollBar();
         DragOver drag(viewport(), *item_);
         drag.enter(viewport().rect().center());
-        QVERIFY(!scroll_->isSet());
+        QVERIFY(!scroll_->isRunning());
         drag.move({50, viewport().height() - 3});
         scroll_->advance(DragAutoScroll::interval);
         QCOMPARE(bar.value(), DragAutoScroll::acceleration);
@@ -415,7 +415,7 @@ private Q_SLOTS:
         scroll_->advance(DragAutoScroll::interval);
         QCOMPARE(bar.value(), 2 * DragAutoScroll::acceleration);
         drag.leave();
-        QVERIFY(!scroll_->isSet());
+        QVERIFY(!scroll_->isRunning());
     }
 
     void scrollsToTheEnd() {
@@ -424,7 +424,7 @@ private Q_SLOTS:
         DragOver drag(viewport(), *item_);
         const QPoint position(50, viewport().height() - 3);
         drag.enter(position);
-        while (scroll_->isSet()) {
+        while (scroll_->isRunning()) {
             scroll_->advance(DragAutoScroll::interval);
         }
         QCOMPARE(bar.value(), bar.maximum());
@@ -518,8 +518,8 @@ private:
 
     std::unique_ptr<DocumentWindow> window_;
     std::unique_ptr<QMimeData> item_;
-    ManualAlarm* hover_ = nullptr;
-    ManualAlarm* scroll_ = nullptr;
+    ManualTimer* hover_ = nullptr;
+    ManualTimer* scroll_ = nullptr;
 };
 
 int main(int argc, char** argv) {

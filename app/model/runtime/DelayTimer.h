@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QTimer>
+#include <chrono>
+#include <functional>
+
+/// Calls back once, some time after it was started, by a monotonic clock: setting the time of day
+/// does not move it. Needs an event loop. Tests put one in its place whose clock they move.
+class DelayTimer {
+public:
+    DelayTimer();
+    DelayTimer(const DelayTimer&) = delete;
+    DelayTimer& operator=(const DelayTimer&) = delete;
+    virtual ~DelayTimer() = default;
+
+    /// Calls `callback` on the caller's thread, never before `delay` has passed and never from
+    /// within this call. Replaces a callback that is still to come.
+    virtual void start(std::chrono::milliseconds delay, std::function<void()> callback);
+
+    /// Takes back the callback that is still to come, if any.
+    virtual void stop();
+
+private:
+    QTimer timer_;
+    std::function<void()> callback_;
+};
