@@ -5,10 +5,8 @@
 #include <optional>
 
 #include "app/model/runtime/Plist.h"
-#include "app/model/tree/PlistNodeChange.h"
 #include "app/model/tree/PlistNodeObserver.h"
 #include "app/model/tree/PlistNodePtr.h"
-#include "app/model/tree/PlistNodeRun.h"
 
 /// One open file: the editable tree, the format it will be saved in, and a count of revisions by
 /// which dependent state knows when to start over. Belongs to the main thread.

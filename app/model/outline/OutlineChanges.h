@@ -5,9 +5,8 @@
 #include <vector>
 
 #include "app/model/tree/NodeIdSet.h"
-#include "app/model/tree/PlistNodeChange.h"
+#include "app/model/tree/PlistNodeObserver.h"
 #include "app/model/tree/PlistNodePtr.h"
-#include "app/model/tree/PlistNodeRun.h"
 
 /// What has changed in a tree since its rows were made, as far as that tells which rows are to be
 /// made anew.

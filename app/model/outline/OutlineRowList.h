@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "app/model/outline/OutlineRow.h"
-#include "app/model/tree/PlistNodeRun.h"
+#include "app/model/tree/PlistNodeObserver.h"
 
 /// The rows of an outline together with a share of each node that they show, so that a node which
 /// has left the tree lives until its row has gone too.

@@ -9,8 +9,8 @@
 #include "app/model/outline/OutlineRow.h"
 #include "app/model/tree/NodeId.h"
 #include "app/model/tree/NodeIdSet.h"
+#include "app/model/tree/PlistNodeObserver.h"
 #include "app/model/tree/PlistNodePtr.h"
-#include "app/model/tree/PlistNodeRun.h"
 
 /// Makes the rows of a tree, from top to bottom, through what is expanded or left by a filter.
 /// Makes children where they are to be shown, and leaves in every node the number of its row.

@@ -8,9 +8,7 @@
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/ChildrenMaker.h"
 #include "app/model/tree/DuplicateKeyFinder.h"
-#include "app/model/tree/NodeIdCounter.h"
 #include "app/model/tree/PlistNodeBlock.h"
-#include "app/model/tree/PlistNodeObserver.h"
 
 namespace {
 

@@ -7,12 +7,9 @@
 
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/NodeId.h"
-#include "app/model/tree/PlistNodeChange.h"
 #include "app/model/tree/PlistNodeList.h"
+#include "app/model/tree/PlistNodeObserver.h"
 #include "app/model/tree/PlistNodePtr.h"
-#include "app/model/tree/PlistNodeRun.h"
-
-class PlistNodeObserver;
 
 /// The editable form of one value of a document: an item with an identity, a key, and either a
 /// scalar or children.

@@ -1,10 +1,10 @@
 #include <QTest>
 #include <limits>
 
-#include "app/model/tree/NodeIdCounter.h"
+#include "app/model/tree/NodeId.h"
 #include "tests/model/support/BrokenRule.h"
 
-class NodeIdCounterTest : public QObject {
+class NodeIdTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -31,5 +31,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(NodeIdCounterTest)
-#include "NodeIdCounterTest.moc"
+QTEST_GUILESS_MAIN(NodeIdTest)
+#include "NodeIdTest.moc"

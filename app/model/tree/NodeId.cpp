@@ -1,4 +1,4 @@
-#include "app/model/tree/NodeIdCounter.h"
+#include "app/model/tree/NodeId.h"
 
 #include <limits>
 
