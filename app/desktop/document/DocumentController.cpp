@@ -18,10 +18,12 @@
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/ChildrenMaker.h"
-#include "app/model/tree/DuplicateKeyFinder.h"
 #include "app/model/tree/PlistNode.h"
 
 namespace {
+
+/// A turn of the event loop with so many takes a few milliseconds.
+constexpr std::size_t childrenPerTurn = 20'000;
 
 struct ReadContent {
     PlistFile file;
@@ -86,42 +88,18 @@ DocumentController::DocumentController(QString untitledName, QObject* parent)
 
 DocumentController::~DocumentController() = default;
 
-class DocumentController::FreshRoot {
-public:
-    /// A turn of the event loop with so many takes a few milliseconds.
-    static constexpr std::size_t perTurn = 20'000;
-
+/// A root whose children are being made.
+struct DocumentController::FreshRoot {
     explicit FreshRoot(const ReadContent& content)
         : root(PlistNode::create({}, content.file.root)),
+          children(*root),
           format(content.file.format),
-          digest(content.digest) {
-        if (root->isContainer()) {
-            maker_.emplace(*root);
-        }
-    }
-
-    /// True when the root is complete.
-    bool makeSome() {
-        if (maker_) {
-            if (!maker_->make(perTurn)) {
-                return false;
-            }
-            maker_.reset();
-            if (root->type() == PlistType::dictionary) {
-                finder_.emplace(*root);
-            }
-            return !finder_ || root->childCount() == 0;
-        }
-        return !finder_ || finder_->find(perTurn);
-    }
+          digest(content.digest) {}
 
     const PlistNodePtr root;
+    ChildrenMaker children;
     const PlistFormat format;
     const ContentDigest digest;  ///< of the file
-
-private:
-    std::optional<ChildrenMaker> maker_;
-    std::optional<DuplicateKeyFinder> finder_;
 };
 
 QString DocumentController::name() const {
@@ -221,7 +199,7 @@ void DocumentController::begin(Activity activity, const QString& path) {
 
 void DocumentController::makeRoot(const std::shared_ptr<FreshRoot>& fresh,
                                   const std::function<void(const FreshRoot&)>& finish) {
-    if (fresh->makeSome()) {
+    if (fresh->children.make(childrenPerTurn)) {
         setActivity(Activity::idle);
         finish(*fresh);
     } else {

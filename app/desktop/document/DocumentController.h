@@ -135,8 +135,8 @@ Q_SIGNALS:
     void modifiedChanged();
 
 private:
-    /// A root whose children are being made, and whose keys are being compared.
-    class FreshRoot;
+    /// A root whose children are being made.
+    struct FreshRoot;
 
     void begin(Activity activity, const QString& path);
     void beginReading(const QString& path, std::function<void(const FreshRoot&)> finish,

@@ -12,7 +12,7 @@
 ChildrenMaker::ChildrenMaker(PlistNode& parent)
     : parent_(parent), list_(PlistNodeList::ofSize(static_cast<std::size_t>(parent.childCount()))) {
     MainThread::check();
-    plistCheck(parent.isContainer() && !parent.isMaterialized(), "children are made once");
+    plistCheck(!parent.isMaterialized(), "children are made once");
     if (list_.size() > 0) {
         nextId_ = PlistNode::takeIds(parent.childCount());
     }
@@ -20,6 +20,20 @@ ChildrenMaker::ChildrenMaker(PlistNode& parent)
 
 bool ChildrenMaker::make(std::size_t count) {
     MainThread::check();
+    if (!parent_.isContainer()) {
+        return true;
+    }
+    if (!keys_) {
+        if (!makeNodes(count) || !hasKeysToCompare()) {
+            return parent_.isMaterialized();
+        }
+        keys_.emplace(parent_.children());
+        return false;
+    }
+    return markDuplicates(parent_, *keys_, count);
+}
+
+bool ChildrenMaker::makeNodes(std::size_t count) {
     const std::size_t end = made_ + std::min(count, list_.size() - made_);
     while (made_ < end) {
         makeBlock(std::min(PlistNodeBlock::capacity, end - made_));
@@ -45,4 +59,20 @@ void ChildrenMaker::makeBlock(std::size_t count) {
         child->positionHint_ = static_cast<std::uint32_t>(made_);
         links[made_] = PlistNodePtr(child);
     }
+}
+
+bool ChildrenMaker::hasKeysToCompare() const {
+    return parent_.type() == PlistType::dictionary && parent_.childCount() > 0;
+}
+
+bool ChildrenMaker::markDuplicates(PlistNode& dictionary, KeyTable& keys, std::size_t count) {
+    const std::span<const PlistNodePtr> nodes = dictionary.children_.nodes();
+    const bool isDone = keys.insertSome(count, [nodes](std::size_t first, std::size_t second) {
+        nodes[first]->set(PlistNode::duplicateKey);
+        nodes[second]->set(PlistNode::duplicateKey);
+    });
+    if (isDone) {
+        dictionary.set(PlistNode::duplicatesKnown);
+    }
+    return isDone;
 }

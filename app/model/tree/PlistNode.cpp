@@ -7,7 +7,7 @@
 #include "app/model/runtime/MainThread.h"
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/ChildrenMaker.h"
-#include "app/model/tree/DuplicateKeyFinder.h"
+#include "app/model/tree/KeyTable.h"
 #include "app/model/tree/PlistNodeBlock.h"
 
 namespace {
@@ -96,7 +96,7 @@ void PlistNode::materialize() {
     if (has(materialized) || !isContainer()) {
         return;
     }
-    ChildrenMaker(*this).make(static_cast<std::size_t>(childCount()));
+    ChildrenMaker(*this).makeNodes(static_cast<std::size_t>(childCount()));
 }
 
 std::optional<qint64> PlistNode::indexInParent() const {
@@ -121,16 +121,6 @@ std::optional<qint64> PlistNode::indexInParent() const {
     return std::nullopt;
 }
 
-bool PlistNode::isDuplicateKey() {
-    MainThread::check();
-    PlistNode* above = parent();
-    if (above == nullptr || above->type() != PlistType::dictionary) {
-        return false;
-    }
-    above->updateDuplicateKeys();
-    return has(duplicateKey);
-}
-
 void PlistNode::updateDuplicateKeys() {
     if (has(duplicatesKnown)) {
         return;
@@ -149,7 +139,8 @@ void PlistNode::updateDuplicateKeys() {
             }
         }
     } else {
-        DuplicateKeyFinder(*this).find(nodes.size());
+        KeyTable keys(nodes);
+        ChildrenMaker::markDuplicates(*this, keys, nodes.size());
     }
     set(duplicatesKnown);
 }

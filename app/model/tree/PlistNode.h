@@ -118,18 +118,12 @@ public:
     /// it away too.
     void setObserver(PlistNodeObserver* observer);
 
-    /// Whether a sibling in the same dictionary has an equal key. Worked out for all siblings at
-    /// once and remembered until one of their keys, or their list, changes. False without a
-    /// dictionary as parent.
-    bool isDuplicateKey();
-
     /// Number of the row that showed this node last, or -1: a hint to be checked by whoever keeps
     /// the rows. One outline at a time shows a tree.
     int rowHint() const noexcept { return rowHint_; }
 
 private:
     friend class ChildrenMaker;
-    friend class DuplicateKeyFinder;
     friend class PlistNodeBlock;
     friend class PlistNodePtr;
     friend class OutlineWalk;
@@ -174,6 +168,8 @@ private:
     bool needsRebuilding() const noexcept { return isContainer() && !has(cached); }
     void rebuildValue();
     PlistValue valueOf(std::vector<PlistValue> childValues) const;
+    /// Finds out which children have a key that a sibling has too, and remembers it in them until
+    /// one of the keys, or the list, changes.
     void updateDuplicateKeys();
     void setParent(PlistNode* parent) noexcept;
     void adoptChildren() noexcept;

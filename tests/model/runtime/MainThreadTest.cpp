@@ -62,7 +62,6 @@ private Q_SLOTS:
             [&] { node->representation(); },
             [&] { node->restore(content); },
             [&] { node->setObserver(nullptr); },
-            [&] { node->isDuplicateKey(); },
         };
         for (std::size_t i = 0; i < operations.size(); ++i) {
             QVERIFY2(brokenElsewhere(operations[i]) == rule, qPrintable(QString::number(i)));

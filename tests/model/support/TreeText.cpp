@@ -121,3 +121,15 @@ QString TreeText::ofRows(const OutlineState& outline) {
     }
     return lines.join(QLatin1Char('\n'));
 }
+
+QString TreeText::repeatedKeys(PlistNode& dictionary) {
+    OutlineState outline;
+    outline.rebuild(dictionary);
+    QString marks;
+    for (const OutlineRow& row : outline.rows()) {
+        if (row.depth() > 0) {
+            marks += row.isDuplicateKey() ? u'x' : u'.';
+        }
+    }
+    return marks;
+}

@@ -29,4 +29,7 @@ QString ofRow(const OutlineRow& row);
 
 QString ofRows(const OutlineState& outline);
 
+/// For each child of a dictionary "x" if an outline shows its key as repeated, else ".".
+QString repeatedKeys(PlistNode& dictionary);
+
 }  // namespace TreeText
