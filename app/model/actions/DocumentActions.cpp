@@ -10,7 +10,6 @@
 
 #include "app/model/actions/InsertionPoint.h"
 #include "app/model/actions/PlistTransfer.h"
-#include "app/model/actions/TopLevelSelection.h"
 #include "app/model/actions/TransferNodes.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/UniqueKeys.h"
@@ -24,10 +23,6 @@ using Column = OutlineState::Column;
 using Field = OutlineState::EditingField;
 using Row = OutlineState::Row;
 
-bool isInDictionary(const PlistNode& node) {
-    return node.parent() != nullptr && node.parent()->type() == PlistType::dictionary;
-}
-
 std::vector<PlistNodePtr> containersOf(const std::vector<Row>& rows) {
     std::vector<PlistNodePtr> containers;
     for (const Row& row : rows) {
@@ -36,6 +31,14 @@ std::vector<PlistNodePtr> containersOf(const std::vector<Row>& rows) {
         }
     }
     return containers;
+}
+
+bool hasSelectedAncestor(const PlistNode& node, const NodeIdSet& selection) {
+    const PlistNode* above = node.parent();
+    while (above != nullptr && !selection.contains(above->id())) {
+        above = above->parent();
+    }
+    return above != nullptr;
 }
 
 /// Whether the row is a container that a collapse has something to do for: with a filter, which
@@ -51,7 +54,7 @@ std::vector<PlistEditor::Copy> copiesOf(std::span<const PlistNodePtr> nodes) {
     std::vector<PlistEditor::Copy> copies;
     for (const PlistNodePtr& node : nodes) {
         PlistString key;
-        if (isInDictionary(*node)) {
+        if (node->isEntry()) {
             PlistNode& parent = *node->parent();
             UniqueKeys& keys = keysIn.try_emplace(&parent, parent.children()).first->second;
             key = keys.take(std::string(node->key().view()) + " copy");
@@ -66,11 +69,26 @@ std::vector<PlistEditor::Copy> copiesOf(std::span<const PlistNodePtr> nodes) {
 // --- What the selection allows ---
 
 std::vector<PlistNodePtr> DocumentActions::selectedTopLevelNodes() const {
-    return TopLevelSelection::nodes(*outline_);
+    std::vector<PlistNodePtr> nodes;
+    for (const Row& row : outline_->selectedRows()) {
+        PlistNode& node = row.node();
+        if (node.parent() != nullptr && !hasSelectedAncestor(node, outline_->selection())) {
+            nodes.emplace_back(&node);
+        }
+    }
+    return nodes;
 }
 
 bool DocumentActions::hasSelectedTopLevelNodes() const {
-    return TopLevelSelection::hasNodes(*outline_);
+    const NodeIdSet& selection = outline_->selection();
+    if (selection.isEmpty()) {
+        return false;
+    }
+    // The first selected row has no selected row above it, so it counts unless it is the root.
+    const auto first = std::ranges::find_if(outline_->rows(), [&selection](const Row& row) {
+        return selection.contains(row.nodeId());
+    });
+    return first != outline_->rows().end() && first->parentType().has_value();
 }
 
 bool DocumentActions::canAddItem() const {
@@ -87,7 +105,7 @@ PlistNode* DocumentActions::sortTarget() const {
 }
 
 bool DocumentActions::canEditKey(const PlistNode& node) {
-    return isInDictionary(node);
+    return node.isEntry();
 }
 
 bool DocumentActions::canEditValue(const PlistNode& node) {
@@ -170,7 +188,7 @@ void DocumentActions::sortKeys() const {
 // --- One item ---
 
 std::optional<QString> DocumentActions::rename(PlistNode& node, const QString& key) const {
-    const std::optional<EditError> error = editor_.rename(node, key.toStdString());
+    const std::optional<PlistEditor::EditError> error = editor_.rename(node, key.toStdString());
     return error ? std::optional(error->message()) : std::nullopt;
 }
 

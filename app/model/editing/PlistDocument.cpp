@@ -85,15 +85,24 @@ void PlistDocument::setWasReadOnlyFormat(bool wasReadOnlyFormat) {
     }
 }
 
+PlistDocument::Content PlistDocument::Content::ofFile(PlistNodePtr root, PlistFormat format) {
+    return {std::move(root), isWritable(format) ? format : PlistFormat::xml,
+            format == PlistFormat::openStep};
+}
+
+void PlistDocument::setContent(const Content& content) {
+    MainThread::check();
+    setWasReadOnlyFormat(content.wasReadOnlyFormat);
+    setFormat(content.format);
+    setRoot(content.root);
+}
+
 void PlistDocument::apply(const PlistFile& snapshot) {
     apply(PlistNode::create({}, snapshot.root), snapshot.format);
 }
 
 void PlistDocument::apply(PlistNodePtr root, PlistFormat format) {
-    MainThread::check();
-    setWasReadOnlyFormat(format == PlistFormat::openStep);
-    setFormat(isWritable(format) ? format : PlistFormat::xml);
-    setRoot(std::move(root));
+    setContent(Content::ofFile(std::move(root), format));
     increaseRevision();
 }
 

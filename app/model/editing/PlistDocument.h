@@ -57,8 +57,20 @@ public:
     bool wasReadOnlyFormat() const noexcept { return wasReadOnlyFormat_; }
     void setWasReadOnlyFormat(bool wasReadOnlyFormat);
 
-    /// Makes a snapshot that was read the content of this document: a new root, its format (XML for
-    /// OpenStep), and one more revision.
+    /// All that reading a file sets.
+    struct Content {
+        PlistNodePtr root;
+        PlistFormat format;
+        bool wasReadOnlyFormat;
+
+        /// That of a file in the format `format` from which `root` has been made: the OpenStep form
+        /// will be saved as XML.
+        static Content ofFile(PlistNodePtr root, PlistFormat format);
+    };
+    Content content() const { return {root_, format_, wasReadOnlyFormat_}; }
+    void setContent(const Content& content);
+
+    /// Makes a snapshot that was read the content of this document, and counts one more revision.
     void apply(const PlistFile& snapshot);
 
     /// The same with a root that has been made from the snapshot, which was in the format `format`.

@@ -2,12 +2,16 @@
 
 #include <QCoreApplication>
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <numeric>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
-#include "app/model/editing/EditGroup.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/UniqueKeys.h"
 #include "app/model/runtime/MainThread.h"
@@ -25,33 +29,33 @@ bool hasOtherChildWithKey(PlistNode& parent, const PlistNode& node, const PlistS
     });
 }
 
-/// The keys that the children of an array get when it becomes a dictionary: their own where these
-/// are there and new, else one made of the position.
-std::vector<PlistString> keysForDictionary(std::span<const PlistNodePtr> children) {
-    std::unordered_set<PlistString> given;
+std::vector<PlistString> keysOf(PlistNode& node) {
     std::vector<PlistString> keys;
-    keys.reserve(children.size());
-    for (std::size_t i = 0; i < children.size(); ++i) {
-        PlistString key = children[i]->key();
-        if (key.isEmpty() || given.contains(key)) {
-            std::string candidate = "Item " + std::to_string(i);
-            while (given.contains(candidate)) {
-                candidate += " copy";
-            }
-            key = candidate;
-        }
-        given.insert(key);
-        keys.push_back(std::move(key));
+    keys.reserve(static_cast<std::size_t>(node.childCount()));
+    for (const PlistNodePtr& child : node.children()) {
+        keys.push_back(child->key());
     }
     return keys;
 }
 
-bool isSameOrAncestor(const PlistNode& node, const PlistNode& of) {
-    const PlistNode* above = &of;
-    while (above != nullptr && above != &node) {
-        above = above->parent();
+/// The keys that the children of an array get when it becomes a dictionary: their own where these
+/// are there and new, else one made of the position.
+std::vector<PlistString> keysForDictionary(std::span<const PlistNodePtr> children) {
+    UniqueKeys given;
+    std::vector<PlistString> keys;
+    keys.reserve(children.size());
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        PlistString key = children[i]->key();
+        if (key.isEmpty() || given.isTaken(key)) {
+            std::string candidate = "Item " + std::to_string(i);
+            while (given.isTaken(candidate)) {
+                candidate += " copy";
+            }
+            key = candidate;
+        }
+        keys.push_back(given.take(key));
     }
-    return above == &node;
+    return keys;
 }
 
 /// The nodes that can go to `parent`, each once.
@@ -59,7 +63,7 @@ std::vector<PlistNodePtr> movableTo(const PlistNode& parent, std::span<const Pli
     std::unordered_set<const PlistNode*> seen;
     std::vector<PlistNodePtr> movable;
     for (const PlistNodePtr& node : nodes) {
-        if (node->parent() != nullptr && !isSameOrAncestor(*node, parent) &&
+        if (node->parent() != nullptr && !node->contains(parent) &&
             seen.insert(node.get()).second) {
             movable.push_back(node);
         }
@@ -74,182 +78,51 @@ qint64 countBefore(qint64 index, const PlistNode& parent, std::span<const PlistN
     });
 }
 
-}  // namespace
+// --- Changes that know their way back ---
 
-PlistEditor::PlistEditor(PlistDocument& document, UndoManager* undoManager)
-    : document_(&document), undoManager_(undoManager) {}
-
-template <typename Inverse>
-void PlistEditor::registerUndo(Inverse inverse) const {
-    if (undoManager_) {
-        undoManager_->registerUndo(
-            *document_, [editor = *this, inverse = std::move(inverse)] { inverse(editor); });
-    }
+/// Puts `value` in place with `set`, and holds from then on what `get` has found there: each call
+/// takes back the one before.
+template <typename Owner, typename Value, typename Get, typename Set>
+auto exchange(Owner owner, Value value, Get get, Set set) {
+    return [owner, get, set, value = std::move(value)]() mutable {
+        Value old = std::invoke(get, *owner);
+        std::invoke(set, *owner, value);
+        value = std::move(old);
+    };
 }
 
-// --- Keys ---
-
-std::optional<EditError> PlistEditor::rename(PlistNode& node, const PlistString& key) const {
-    MainThread::check();
-    PlistNode* parent = node.parent();
-    if (parent == nullptr) {
-        return EditError(EditError::RootCannotChange{});
-    }
-    if (node.key() == key) {
-        return std::nullopt;
-    }
-    if (parent->type() == PlistType::dictionary && hasOtherChildWithKey(*parent, node, key)) {
-        return EditError(EditError::DuplicateKey{key});
-    }
-    setKey(PlistNodePtr(&node), key);
-    return std::nullopt;
-}
-
-// Without the checks of a rename: in the middle of a move, and on the way back, the node may have
-// no parent.
-void PlistEditor::setKey(const PlistNodePtr& node, const PlistString& key) const {
-    const EditGroup group(*document_, undoManager_,
-                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Rename")));
-    const PlistString old = node->key();
-    node->setKey(key);
-    registerUndo([node, old](const PlistEditor& editor) { editor.setKey(node, old); });
-}
-
-// --- Values and types ---
-
-void PlistEditor::changeValue(PlistNode& node, const PlistValue& value) const {
-    MainThread::check();
-    if (node.isContainer() || value.isContainer() || node.scalar() == value) {
-        return;
-    }
-    replaceValue(PlistNodePtr(&node), value,
-                 actionName(QT_TRANSLATE_NOOP("PlistEditor", "Change Value")));
-}
-
-void PlistEditor::changeType(PlistNode& node, PlistType type) const {
-    MainThread::check();
-    if (node.type() == type) {
-        return;
-    }
-    if (node.isContainer() && isContainer(type)) {
-        convert(PlistNodePtr(&node), type,
-                type == PlistType::dictionary ? keysForDictionary(node.children()) : keysOf(node));
-        return;
-    }
-    replaceValue(PlistNodePtr(&node), PlistText::converted(node.value(), type),
-                 actionName(QT_TRANSLATE_NOOP("PlistEditor", "Change Type")));
-}
-
-void PlistEditor::replaceValue(const PlistNodePtr& node, const PlistValue& value,
-                               const QString& actionName) const {
-    const EditGroup group(*document_, undoManager_, actionName);
-    const PlistNode::Representation old = node->representation();
-    node->setValue(value);
-    document_->increaseRevision();
-    registerUndo([node, old](const PlistEditor& editor) { editor.restore(node, old); });
-}
-
-void PlistEditor::restore(const PlistNodePtr& node,
-                          const PlistNode::Representation& content) const {
-    const EditGroup group(*document_, undoManager_);
-    const PlistNode::Representation old = node->representation();
-    node->restore(content);
-    document_->increaseRevision();
-    registerUndo([node, old](const PlistEditor& editor) { editor.restore(node, old); });
-}
-
-std::vector<PlistString> PlistEditor::keysOf(PlistNode& node) {
+/// A kind of container with the keys of its children, which an array hides.
+struct Shape {
+    PlistType type;
     std::vector<PlistString> keys;
-    keys.reserve(static_cast<std::size_t>(node.childCount()));
-    for (const PlistNodePtr& child : node.children()) {
-        keys.push_back(child->key());
-    }
-    return keys;
+};
+
+Shape shapeOf(PlistNode& node) {
+    return {node.type(), keysOf(node)};
 }
 
-void PlistEditor::convert(const PlistNodePtr& node, PlistType type,
-                          const std::vector<PlistString>& keys) const {
-    const EditGroup group(*document_, undoManager_,
-                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Change Type")));
-    const PlistType oldType = node->type();
-    std::vector<PlistString> oldKeys = keysOf(*node);
-    const std::span<const PlistNodePtr> children = node->children();
+void setShape(PlistNode& node, const Shape& shape) {
+    const std::span<const PlistNodePtr> children = node.children();
     for (std::size_t i = 0; i < children.size(); ++i) {
-        children[i]->setKey(keys[i]);
+        children[i]->setKey(shape.keys[i]);
     }
-    node->convertContainer(type);
-    document_->increaseRevision();
-    registerUndo([node, oldType, oldKeys = std::move(oldKeys)](const PlistEditor& editor) {
-        editor.convert(node, oldType, oldKeys);
-    });
+    node.convertContainer(shape.type);
 }
 
-// --- Format and content ---
-
-void PlistEditor::changeFormat(PlistFormat format) const {
-    MainThread::check();
-    if (isWritable(format) && format != document_->format()) {
-        setFormat(format);
-    }
+std::vector<PlistNodePtr> orderOf(PlistNode& node) {
+    const std::span<const PlistNodePtr> children = node.children();
+    return {children.begin(), children.end()};
 }
 
-void PlistEditor::setFormat(PlistFormat format) const {
-    const EditGroup group(*document_, undoManager_,
-                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Change Format")));
-    const PlistFormat old = document_->format();
-    document_->setFormat(format);
-    registerUndo([old](const PlistEditor& editor) { editor.setFormat(old); });
-}
+/// Nodes of one parent and where they stand in it, by ascending position.
+struct Places {
+    PlistNodePtr parent;
+    std::vector<std::size_t> positions;
+    std::vector<PlistNodePtr> nodes;
+};
 
-void PlistEditor::replaceContent(const PlistFile& snapshot, const QString& actionName) const {
-    replaceContent(PlistNode::create({}, snapshot.root), snapshot.format, actionName);
-}
-
-void PlistEditor::replaceContent(const PlistNodePtr& root, PlistFormat format,
-                                 const QString& actionName) const {
-    MainThread::check();
-    const EditGroup group(*document_, undoManager_, actionName);
-    const Content old{PlistNodePtr(&document_->root()), document_->format(),
-                      document_->wasReadOnlyFormat()};
-    document_->apply(root, format);
-    registerUndo([old](const PlistEditor& editor) { editor.setContent(old); });
-}
-
-void PlistEditor::setContent(const Content& content) const {
-    const EditGroup group(*document_, undoManager_);
-    const Content old{PlistNodePtr(&document_->root()), document_->format(),
-                      document_->wasReadOnlyFormat()};
-    document_->setWasReadOnlyFormat(content.wasReadOnlyFormat);
-    document_->setFormat(content.format);
-    document_->setRoot(content.root);
-    document_->increaseRevision();
-    registerUndo([old](const PlistEditor& editor) { editor.setContent(old); });
-}
-
-// --- The shape of the tree ---
-
-void PlistEditor::add(std::span<const PlistNodePtr> nodes, PlistNode& parent, qint64 index) const {
-    MainThread::check();
-    if (!parent.isContainer() || nodes.empty()) {
-        return;
-    }
-    const EditGroup group(*document_, undoManager_,
-                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Add Item")));
-    parent.insertChildren(nodes, std::clamp(index, qint64{0}, parent.childCount()));
-    document_->increaseRevision();
-    std::vector<PlistNodePtr> added(nodes.begin(), nodes.end());
-    registerUndo([added = std::move(added)](const PlistEditor& editor) { editor.remove(added); });
-}
-
-void PlistEditor::remove(std::span<const PlistNodePtr> nodes) const {
-    MainThread::check();
-    const std::vector<Places> places = placesOf(nodes);
-    if (!places.empty()) {
-        takeOut(places);
-    }
-}
-
-std::vector<PlistEditor::Places> PlistEditor::placesOf(std::span<const PlistNodePtr> nodes) {
+/// Where the nodes stand. Those without a parent are left out, and repeated ones counted once.
+std::vector<Places> placesOf(std::span<const PlistNodePtr> nodes) {
     std::vector<Places> places;
     std::unordered_map<const PlistNode*, std::size_t> indexes;
     for (const PlistNodePtr& node : nodes) {
@@ -274,40 +147,178 @@ std::vector<PlistEditor::Places> PlistEditor::placesOf(std::span<const PlistNode
     return places;
 }
 
-void PlistEditor::takeOut(const std::vector<Places>& places) const {
-    const EditGroup group(*document_, undoManager_,
-                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Delete")));
-    for (const Places& place : places) {
-        place.parent->removeChildren(place.positions);
+void putIn(const Places& place) {
+    const auto first = static_cast<qint64>(place.positions.front());
+    if (place.positions.back() - place.positions.front() + 1 == place.positions.size()) {
+        place.parent->insertChildren(place.nodes, first);
+        return;
     }
-    document_->increaseRevision();
-    registerUndo([places](const PlistEditor& editor) { editor.putBack(places); });
+    // Merged into one list: inserting one by one would move all that follow each time.
+    const std::span<const PlistNodePtr> rest = place.parent->children();
+    std::vector<PlistNodePtr> merged;
+    merged.reserve(rest.size() + place.nodes.size());
+    auto next = rest.begin();
+    for (std::size_t i = 0; i < place.nodes.size(); ++i) {
+        while (merged.size() < place.positions[i]) {
+            merged.push_back(*next++);
+        }
+        merged.push_back(place.nodes[i]);
+    }
+    merged.insert(merged.end(), next, rest.end());
+    place.parent->setChildren(merged);
 }
 
-void PlistEditor::putBack(const std::vector<Places>& places) const {
-    const EditGroup group(*document_, undoManager_);
-    for (const Places& place : places) {
-        const auto first = static_cast<qint64>(place.positions.front());
-        if (place.positions.back() - place.positions.front() + 1 == place.positions.size()) {
-            place.parent->insertChildren(place.nodes, first);
-            continue;
-        }
-        // Merged into one list: inserting one by one would move all that follow each time.
-        const std::span<const PlistNodePtr> rest = place.parent->children();
-        std::vector<PlistNodePtr> merged;
-        merged.reserve(rest.size() + place.nodes.size());
-        auto next = rest.begin();
-        for (std::size_t i = 0; i < place.nodes.size(); ++i) {
-            while (merged.size() < place.positions[i]) {
-                merged.push_back(*next++);
+enum class Direction : std::uint8_t { in, out };
+
+/// Puts the nodes in their places, or takes them out, by turns.
+auto comeAndGo(std::vector<Places> places, Direction first) {
+    return [places = std::move(places), direction = first]() mutable {
+        for (const Places& place : places) {
+            if (direction == Direction::in) {
+                putIn(place);
+            } else {
+                place.parent->removeChildren(place.positions);
             }
-            merged.push_back(place.nodes[i]);
         }
-        merged.insert(merged.end(), next, rest.end());
-        place.parent->setChildren(merged);
+        direction = direction == Direction::in ? Direction::out : Direction::in;
+    };
+}
+
+}  // namespace
+
+// --- Failures ---
+
+QString PlistEditor::EditError::message() const {
+    if (const auto* duplicate = std::get_if<DuplicateKey>(&reason_)) {
+        const std::string_view key = duplicate->key.view();
+        return QCoreApplication::translate("EditError", "The key “%1” already exists.")
+            .arg(QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size())));
     }
-    document_->increaseRevision();
-    registerUndo([places](const PlistEditor& editor) { editor.takeOut(places); });
+    return QCoreApplication::translate("EditError",
+                                       "The root cannot be renamed, moved or deleted.");
+}
+
+PlistEditor::PlistEditor(PlistDocument& document, UndoManager* undoManager)
+    : document_(&document), undoManager_(undoManager) {}
+
+// --- Undo ---
+
+/// Makes a change that takes itself back when it is made again, and registers that.
+void PlistEditor::perform(const QString& actionName, Revision revision,
+                          std::function<void()> change) const {
+    const EditGroup group(*document_, undoManager_, actionName);
+    change();
+    if (revision == Revision::counts) {
+        document_->increaseRevision();
+    }
+    if (undoManager_) {
+        undoManager_->registerUndo(*document_, [editor = *this, actionName, revision,
+                                                change = std::move(change)]() mutable {
+            editor.perform(actionName, revision, std::move(change));
+        });
+    }
+}
+
+// --- Keys ---
+
+std::optional<PlistEditor::EditError> PlistEditor::rename(PlistNode& node,
+                                                          const PlistString& key) const {
+    MainThread::check();
+    PlistNode* parent = node.parent();
+    if (parent == nullptr) {
+        return EditError(EditError::RootCannotChange{});
+    }
+    if (node.key() == key) {
+        return std::nullopt;
+    }
+    if (parent->type() == PlistType::dictionary && hasOtherChildWithKey(*parent, node, key)) {
+        return EditError(EditError::DuplicateKey{key});
+    }
+    setKey(PlistNodePtr(&node), key);
+    return std::nullopt;
+}
+
+// Without the checks of a rename: in the middle of a move the node has no parent.
+void PlistEditor::setKey(const PlistNodePtr& node, const PlistString& key) const {
+    perform(actionName(QT_TRANSLATE_NOOP("PlistEditor", "Rename")), Revision::stays,
+            exchange(node, key, &PlistNode::key, &PlistNode::setKey));
+}
+
+// --- Values and types ---
+
+void PlistEditor::changeValue(PlistNode& node, const PlistValue& value) const {
+    MainThread::check();
+    if (node.isContainer() || value.isContainer() || node.scalar() == value) {
+        return;
+    }
+    perform(actionName(QT_TRANSLATE_NOOP("PlistEditor", "Change Value")), Revision::counts,
+            exchange(PlistNodePtr(&node), value, &PlistNode::scalar, &PlistNode::setScalar));
+}
+
+void PlistEditor::changeType(PlistNode& node, PlistType type) const {
+    MainThread::check();
+    if (node.type() == type) {
+        return;
+    }
+    const QString name = actionName(QT_TRANSLATE_NOOP("PlistEditor", "Change Type"));
+    const PlistNodePtr changed(&node);
+    if (node.isContainer() && isContainer(type)) {
+        Shape shape{type, type == PlistType::dictionary ? keysForDictionary(node.children())
+                                                        : keysOf(node)};
+        perform(name, Revision::counts, exchange(changed, std::move(shape), shapeOf, setShape));
+        return;
+    }
+    PlistNode::Representation converted(PlistText::converted(node.value(), type));
+    perform(
+        name, Revision::counts,
+        exchange(changed, std::move(converted), &PlistNode::representation, &PlistNode::restore));
+}
+
+// --- Format and content ---
+
+void PlistEditor::changeFormat(PlistFormat format) const {
+    MainThread::check();
+    if (isWritable(format) && format != document_->format()) {
+        perform(actionName(QT_TRANSLATE_NOOP("PlistEditor", "Change Format")), Revision::stays,
+                exchange(document_, format, &PlistDocument::format, &PlistDocument::setFormat));
+    }
+}
+
+void PlistEditor::replaceContent(const PlistFile& snapshot, const QString& actionName) const {
+    replaceContent(PlistNode::create({}, snapshot.root), snapshot.format, actionName);
+}
+
+void PlistEditor::replaceContent(const PlistNodePtr& root, PlistFormat format,
+                                 const QString& actionName) const {
+    MainThread::check();
+    perform(actionName, Revision::counts,
+            exchange(document_, PlistDocument::Content::ofFile(root, format),
+                     &PlistDocument::content, &PlistDocument::setContent));
+}
+
+// --- The shape of the tree ---
+
+void PlistEditor::add(std::span<const PlistNodePtr> nodes, PlistNode& parent, qint64 index) const {
+    MainThread::check();
+    if (!parent.isContainer() || nodes.empty()) {
+        return;
+    }
+    const qint64 first = std::clamp(index, qint64{0}, parent.childCount());
+    Places place{PlistNodePtr(&parent),
+                 std::vector<std::size_t>(nodes.size()),
+                 {nodes.begin(), nodes.end()}};
+    std::iota(place.positions.begin(), place.positions.end(), static_cast<std::size_t>(first));
+    perform(actionName(QT_TRANSLATE_NOOP("PlistEditor", "Add Item")), Revision::counts,
+            comeAndGo({std::move(place)}, Direction::in));
+}
+
+void PlistEditor::remove(std::span<const PlistNodePtr> nodes) const {
+    MainThread::check();
+    std::vector<Places> places = placesOf(nodes);
+    if (!places.empty()) {
+        perform(actionName(QT_TRANSLATE_NOOP("PlistEditor", "Delete")), Revision::counts,
+                comeAndGo(std::move(places), Direction::out));
+    }
 }
 
 void PlistEditor::addCopies(std::span<const Copy> copies) const {
@@ -329,9 +340,9 @@ void PlistEditor::addCopies(std::span<const Copy> copies) const {
             place.positions[i] += i + 1;
         }
     }
-    const EditGroup group(*document_, undoManager_,
-                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Add Item")));
-    putBack(places);
+    const QString name = actionName(QT_TRANSLATE_NOOP("PlistEditor", "Add Item"));
+    const EditGroup group(*document_, undoManager_, name);
+    perform(name, Revision::counts, comeAndGo(std::move(places), Direction::in));
     // Each copy counts, and putting them there has counted one.
     for (std::size_t i = 1; i < copyOf.size(); ++i) {
         document_->increaseRevision();
@@ -374,26 +385,16 @@ void PlistEditor::sortKeys(PlistNode& node) const {
     if (node.type() != PlistType::dictionary) {
         return;
     }
-    const std::span<const PlistNodePtr> children = node.children();
-    std::vector<PlistNodePtr> sorted(children.begin(), children.end());
+    std::vector<PlistNodePtr> sorted = orderOf(node);
     std::ranges::stable_sort(sorted, [](const PlistNodePtr& left, const PlistNodePtr& right) {
         return left->key().compare(right->key()) < 0;
     });
-    if (std::ranges::equal(sorted, children)) {
+    if (std::ranges::equal(sorted, node.children())) {
         return;
     }
     const EditGroup group(*document_, undoManager_);
-    setOrder(PlistNodePtr(&node), sorted);
+    // Counts no revision on the way back: no content changes that a search could have found.
+    perform(actionName(QT_TRANSLATE_NOOP("PlistEditor", "Sort Keys")), Revision::stays,
+            exchange(PlistNodePtr(&node), std::move(sorted), orderOf, &PlistNode::setChildren));
     document_->increaseRevision();
-}
-
-// Counts no revision: taking a sort back changes no content that a search could have found.
-void PlistEditor::setOrder(const PlistNodePtr& node, const std::vector<PlistNodePtr>& order) const {
-    const EditGroup group(*document_, undoManager_,
-                          actionName(QT_TRANSLATE_NOOP("PlistEditor", "Sort Keys")));
-    const std::span<const PlistNodePtr> children = node->children();
-    std::vector<PlistNodePtr> old(children.begin(), children.end());
-    node->setChildren(order);
-    registerUndo(
-        [node, old = std::move(old)](const PlistEditor& editor) { editor.setOrder(node, old); });
 }

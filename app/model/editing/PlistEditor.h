@@ -2,12 +2,14 @@
 
 #include <QPointer>
 #include <QString>
-#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
+#include <utility>
+#include <variant>
 #include <vector>
 
-#include "app/model/editing/EditError.h"
 #include "app/model/editing/UndoManager.h"
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
@@ -16,8 +18,7 @@
 class PlistDocument;
 
 /// The only way in which the tree of a document is changed. Each operation is one undo group with a
-/// name, and registers its inverse as a call back into an editor. What is no change does nothing
-/// and registers nothing.
+/// name. What is no change does nothing and registers nothing.
 ///
 /// A record without state of its own, cheap to copy. The document must outlive it and the entries
 /// of the undo manager; without an undo manager edits happen all the same.
@@ -25,6 +26,8 @@ class PlistDocument;
 /// `PlistDocument::treeChanged` follows each operation, or each step of undo and redo, once.
 class PlistEditor {
 public:
+    class EditError;
+
     explicit PlistEditor(PlistDocument& document, UndoManager* undoManager = nullptr);
 
     PlistDocument& document() const noexcept { return *document_; }
@@ -79,40 +82,38 @@ public:
                         const QString& actionName) const;
 
 private:
-    /// Where nodes stood that were taken out: the nodes of one parent, by ascending position.
-    struct Places {
-        PlistNodePtr parent;
-        std::vector<std::size_t> positions;
-        std::vector<PlistNodePtr> nodes;
-    };
+    enum class Revision : std::uint8_t { stays, counts };
 
-    /// What a revert puts in place.
-    struct Content {
-        PlistNodePtr root;
-        PlistFormat format;
-        bool wasReadOnlyFormat;
-    };
-
-    static std::vector<Places> placesOf(std::span<const PlistNodePtr> nodes);
-    static std::vector<PlistString> keysOf(PlistNode& node);
-
+    void perform(const QString& actionName, Revision revision, std::function<void()> change) const;
     void setKey(const PlistNodePtr& node, const PlistString& key) const;
-    void replaceValue(const PlistNodePtr& node, const PlistValue& value,
-                      const QString& actionName) const;
-    void restore(const PlistNodePtr& node, const PlistNode::Representation& content) const;
-    void convert(const PlistNodePtr& node, PlistType type,
-                 const std::vector<PlistString>& keys) const;
-    void takeOut(const std::vector<Places>& places) const;
-    void putBack(const std::vector<Places>& places) const;
     void makeKeysUnique(std::span<const PlistNodePtr> nodes, PlistNode& parent) const;
-    void setOrder(const PlistNodePtr& node, const std::vector<PlistNodePtr>& order) const;
-    void setFormat(PlistFormat format) const;
-    void setContent(const Content& content) const;
-
-    /// Registers `inverse`, which is called with an editor of the same document.
-    template <typename Inverse>
-    void registerUndo(Inverse inverse) const;
 
     PlistDocument* document_;
     QPointer<UndoManager> undoManager_;
+};
+
+/// Why an edit that the user asked for was refused.
+class PlistEditor::EditError {
+public:
+    /// A sibling in the same dictionary has the key already.
+    struct DuplicateKey {
+        PlistString key;
+        friend bool operator==(const DuplicateKey&, const DuplicateKey&) = default;
+    };
+    struct RootCannotChange {
+        friend bool operator==(const RootCannotChange&, const RootCannotChange&) = default;
+    };
+    using Reason = std::variant<DuplicateKey, RootCannotChange>;
+
+    explicit EditError(Reason reason) : reason_(std::move(reason)) {}
+
+    const Reason& reason() const noexcept { return reason_; }
+
+    /// One sentence for the user.
+    QString message() const;
+
+    friend bool operator==(const EditError&, const EditError&) = default;
+
+private:
+    Reason reason_;
 };

@@ -9,7 +9,6 @@
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/runtime/MainThread.h"
 #include "app/model/search/MatchResolver.h"
-#include "app/model/search/MatchedNodes.h"
 #include "app/model/tree/PlistNode.h"
 
 namespace {
@@ -19,14 +18,6 @@ constexpr std::size_t stepsPerTurn = 50'000;
 
 bool isBlank(QChar character) {
     return character == QLatin1Char(' ') || character == QLatin1Char('\t');
-}
-
-bool isIn(const PlistNode& root, const PlistNode& node) {
-    const PlistNode* top = &node;
-    while (const PlistNode* above = top->parent()) {
-        top = above;
-    }
-    return top == &root;
 }
 
 }  // namespace
@@ -197,7 +188,7 @@ PlistNode* SearchState::currentNode() const {
         return nullptr;
     }
     PlistNode* node = matches_[static_cast<std::size_t>(found - matchIDs_.begin())].get();
-    return isIn(document_.root(), *node) ? node : nullptr;
+    return document_.root().contains(*node) ? node : nullptr;
 }
 
 void SearchState::step(int direction) {

@@ -86,6 +86,18 @@ qint64 PlistNode::childCount() const noexcept {
     return static_cast<qint64>(has(materialized) ? children_.size() : value_.childCount());
 }
 
+bool PlistNode::isEntry() const noexcept {
+    return parent() != nullptr && parent()->type() == PlistType::dictionary;
+}
+
+bool PlistNode::contains(const PlistNode& node) const noexcept {
+    const PlistNode* above = &node;
+    while (above != nullptr && above != this) {
+        above = above->parent();
+    }
+    return above != nullptr;
+}
+
 std::span<const PlistNodePtr> PlistNode::children() {
     MainThread::check();
     materialize();
@@ -240,30 +252,19 @@ void PlistNode::setKey(const PlistString& key) {
 }
 
 void PlistNode::setValue(PlistValue value) {
-    MainThread::check();
-    const Shown before = shown();
-    detachChildren();
-    const PlistNodeList old = std::exchange(children_, {});
-    for (const Flag flag : {materialized, keysKept, cached, duplicatesKnown}) {
-        clear(flag);
-    }
-    value_ = std::move(value);
-    if (isContainer()) {
-        set(cached);
-    }
-    contentChanged();
-    reportReplacement(before);
+    restore(Representation(std::move(value)));
 }
 
 void PlistNode::setScalar(PlistValue value) {
     MainThread::check();
-    plistCheck(!isContainer() && value.type() == type(), "a scalar keeps its type");
+    plistCheck(!isContainer() && !value.isContainer(), "a scalar stays a scalar");
     if (value_ == value) {
         return;
     }
+    const Shown before = shown();
     value_ = std::move(value);
     contentChanged();
-    report(PlistNodeChange::scalar);
+    reportSince(before, {});
 }
 
 void PlistNode::insertChildren(std::span<const PlistNodePtr> nodes, qint64 index) {
@@ -333,11 +334,10 @@ void PlistNode::convertContainer(PlistType type) {
 
 PlistNode::Representation PlistNode::representation() {
     MainThread::check();
-    Representation content;
+    // Children say all; a value kept beside them would have to be dropped on the way back.
+    Representation content(has(materialized) ? PlistValue::defaultValue(type()) : value_);
     content.isMaterialized_ = has(materialized);
     content.children_ = children_;
-    // The children say all; a value kept beside them would have to be dropped on the way back.
-    content.value_ = has(materialized) ? PlistValue::defaultValue(type()) : value_;
     return content;
 }
 

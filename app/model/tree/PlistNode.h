@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "app/model/runtime/Plist.h"
@@ -54,6 +55,12 @@ public:
     /// Null for the root and for a node that was taken out of the tree.
     PlistNode* parent() const noexcept { return has(observed) ? nullptr : owner_.parent; }
 
+    /// Whether it is an entry of a dictionary, and not an item of an array or a root.
+    bool isEntry() const noexcept;
+
+    /// Whether `node` is this one or stands below it.
+    bool contains(const PlistNode& node) const noexcept;
+
     /// The children in order, made now if nobody asked before. The first call costs in proportion
     /// to their number. Valid until this node is changed or freed.
     std::span<const PlistNodePtr> children();
@@ -75,7 +82,7 @@ public:
     /// Replaces the whole content by a value of any type. The old children lose their parent.
     void setValue(PlistValue value);
 
-    /// Replaces the value of a scalar node by one of the same type; reports only a difference (NaN
+    /// Replaces the value of a scalar node by another scalar; reports only a difference (NaN
     /// differs from itself).
     void setScalar(PlistValue value);
 
@@ -98,6 +105,9 @@ public:
     /// child nodes, which thereby keep their ids.
     class Representation {
     public:
+        /// The content of a node that is made from `value`.
+        explicit Representation(PlistValue value) noexcept : value_(std::move(value)) {}
+
         PlistType type() const noexcept { return value_.type(); }
 
     private:

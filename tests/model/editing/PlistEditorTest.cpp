@@ -107,7 +107,7 @@ private Q_SLOTS:
     void refusesKeysOfSiblings() {
         Desk desk;
         const auto error = desk.editor.rename(*desk.at({1}), "name");
-        QCOMPARE(error, EditError(EditError::DuplicateKey{"name"}));
+        QCOMPARE(error, PlistEditor::EditError(PlistEditor::EditError::DuplicateKey{"name"}));
         QCOMPARE(error->message(), QStringLiteral("The key “name” already exists."));
         QVERIFY(desk.root().value() == sample());
         QCOMPARE(desk.history(), QStringLiteral("undo 0 , redo 0 , revision +0, changed 0"));
@@ -116,7 +116,7 @@ private Q_SLOTS:
     void refusesToRenameTheRoot() {
         Desk desk;
         const auto error = desk.editor.rename(desk.root(), "key");
-        QCOMPARE(error, EditError(EditError::RootCannotChange{}));
+        QCOMPARE(error, PlistEditor::EditError(PlistEditor::EditError::RootCannotChange{}));
         QCOMPARE(error->message(), QStringLiteral("The root cannot be renamed, moved or deleted."));
     }
 

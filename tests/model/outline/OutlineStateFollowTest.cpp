@@ -5,7 +5,6 @@
 #include <random>
 #include <vector>
 
-#include "app/model/editing/EditGroup.h"
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/editing/UndoManager.h"

@@ -4,7 +4,6 @@
 #include <set>
 #include <utility>
 
-#include "app/model/editing/EditError.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/RandomValues.h"
 #include "tests/model/support/TreeText.h"
@@ -122,7 +121,7 @@ void ComparedEditing::edit(const RandomOperation& operation) {
         case Kind::rename: {
             const std::string key = RandomValues::key(choices[1]);
             describe(QStringLiteral("rename %1 to %2").arg(textOf(item), quoted(key)));
-            const std::optional<EditError> error = editor_.rename(*item.node, key);
+            const std::optional<PlistEditor::EditError> error = editor_.rename(*item.node, key);
             const std::optional<QString> expected = reference_.rename(name, key);
             require(error.has_value() == expected.has_value(), "refused one rename only");
             require(!error || !expected || error->message() == *expected, "another message");

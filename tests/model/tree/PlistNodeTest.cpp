@@ -400,7 +400,7 @@ private Q_SLOTS:
         QVERIFY(broken.of([&] { array->insertChildren(one, 4); }));
         QVERIFY(broken.of([&] { array->insertChildren(one, -1); }));
         QVERIFY(broken.of([&] { array->setScalar(number(1)); }));
-        QVERIFY(broken.of([&] { scalar->setScalar(PlistValue::real(1)); }));
+        QVERIFY(broken.of([&] { scalar->setScalar(PlistValue()); }));
         array->children();
         const std::size_t beyond[] = {3};
         const std::size_t twice[] = {1, 1};
