@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <thread>
@@ -16,7 +17,7 @@
 #include "app/model/editing/UndoManager.h"
 #include "app/model/outline/OutlineState.h"
 #include "app/model/runtime/Plist.h"
-#include "app/model/search/MatchedNodes.h"
+#include "app/model/search/MatchResolver.h"
 #include "app/model/search/SearchRun.h"
 #include "app/model/tree/PlistNode.h"
 #include "benchmarks/support/ShownTree.h"
@@ -164,7 +165,10 @@ void search(benchmark::State& state, const char* query) {
         [&] {
             PlistNode& root = window.document.root();
             const PlistMatches found = PlistSearch::matches(root.value(), query);
-            MatchedNodes nodes = MatchedNodes::resolve(root, found);
+            MatchResolver resolver(root, found);
+            while (!resolver.resolve(std::numeric_limits<std::uint32_t>::max())) {
+            }
+            MatchedNodes nodes = resolver.take();
             count = nodes.matches.size();
             window.outline.setFilter(std::move(nodes.visible));
         },

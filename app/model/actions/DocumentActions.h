@@ -41,11 +41,12 @@ public:
 
     // --- What the selection allows ---
 
-    /// The nodes that commands act on: those of the selected rows, in row order, without the root
-    /// and without nodes that stand below selected ones.
+    /// The nodes that commands act on: those of the selected rows, in row order, without the root,
+    /// which can neither be moved nor deleted, and without nodes that stand below selected ones and
+    /// go along with them. With the root selected there are therefore none.
     std::vector<PlistNodePtr> selectedTopLevelNodes() const;
 
-    /// Whether there are any of them. Cheaper than asking for them.
+    /// Whether there are any of them; looks no further than the first.
     bool hasSelectedTopLevelNodes() const;
 
     /// Whether new items have a place anywhere in the document: the root is a container.

@@ -1,6 +1,7 @@
 #include "app/model/actions/PlistTransfer.h"
 
 #include <QByteArrayView>
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -13,7 +14,6 @@
 #include <string_view>
 #include <utility>
 
-#include "app/model/actions/TransferError.h"
 #include "app/model/runtime/Plist.h"
 
 namespace {
@@ -195,6 +195,10 @@ std::vector<PlistEntry> entriesOf(const PlistValue& root) {
 }
 
 }  // namespace
+
+TransferError::TransferError()
+    : message_(QCoreApplication::translate("TransferError", "Invalid dragged items.")),
+      what_(message_.toStdString()) {}
 
 QString PlistTransfer::nodesContentType() {
     return QStringLiteral("com.ventrel.tabulet.nodes");

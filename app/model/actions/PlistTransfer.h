@@ -4,6 +4,8 @@
 #include <QString>
 #include <array>
 #include <cstdint>
+#include <exception>
+#include <string>
 #include <vector>
 
 #include "app/model/runtime/Plist.h"
@@ -52,4 +54,20 @@ struct PlistTransfer {
     /// Lets go of the memory of the documents that the entries come from, where they are small
     /// parts of them (`PlistCopy::detached`). For transfers that wait on the clipboard.
     void detach();
+};
+
+/// Dragged or pasted items of the application's own type that cannot be understood.
+class TransferError : public std::exception {
+public:
+    TransferError();
+
+    /// One sentence for people: "Invalid dragged items."
+    const QString& message() const noexcept { return message_; }
+
+    /// The message in UTF-8; valid while this error lives.
+    const char* what() const noexcept override { return what_.c_str(); }
+
+private:
+    QString message_;
+    std::string what_;
 };

@@ -8,17 +8,9 @@
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 
-namespace {
-
-bool isInDictionary(const PlistNode& node) {
-    return node.parent() != nullptr && node.parent()->type() == PlistType::dictionary;
-}
-
-}  // namespace
-
 PlistTransfer TransferNodes::copied(std::span<const PlistNodePtr> nodes) {
     const bool keepsKeys =
-        std::ranges::all_of(nodes, [](const PlistNodePtr& node) { return isInDictionary(*node); });
+        std::ranges::all_of(nodes, [](const PlistNodePtr& node) { return node->isEntry(); });
     PlistTransfer transfer;
     transfer.entries.reserve(nodes.size());
     transfer.sourceIDs.reserve(nodes.size());

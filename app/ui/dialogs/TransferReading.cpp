@@ -1,7 +1,7 @@
 #include "app/ui/dialogs/TransferReading.h"
 
 #include "app/desktop/pasteboard/PasteboardData.h"
-#include "app/model/actions/TransferError.h"
+#include "app/model/actions/PlistTransfer.h"
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/NestingDepth.h"
 #include "app/ui/dialogs/MessageDialog.h"

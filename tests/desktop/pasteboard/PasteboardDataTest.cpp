@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "app/desktop/pasteboard/PasteboardData.h"
-#include "app/model/actions/TransferError.h"
+#include "app/model/actions/PlistTransfer.h"
 #include "app/model/runtime/Plist.h"
 
 namespace {

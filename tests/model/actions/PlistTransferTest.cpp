@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "app/model/actions/PlistTransfer.h"
-#include "app/model/actions/TransferError.h"
 #include "app/model/runtime/Plist.h"
 #include "tests/model/support/TreeText.h"
 

@@ -1,9 +1,9 @@
 #include <QTest>
+#include <cstdint>
 #include <vector>
 
 #include "app/model/runtime/Plist.h"
 #include "app/model/search/MatchResolver.h"
-#include "app/model/search/MatchedNodes.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/SearchDesk.h"
 
@@ -17,6 +17,14 @@ PlistNodePtr sample() {
         {}, PlistValue::array({PlistValue::array({ab, number(1)}),
                                PlistValue::array({number(2), number(3), number(4)}),
                                PlistValue::array({PlistValue::string("b"), ab})}));
+}
+
+/// All in one turn.
+MatchedNodes resolved(PlistNode& root, const PlistMatches& found,
+                      std::int64_t limit = MatchResolver::madeNodeLimit) {
+    MatchResolver resolver(root, found, limit);
+    constexpr std::size_t enough = 1000;
+    return resolver.resolve(enough) ? resolver.take() : MatchedNodes();
 }
 
 QString textOf(const std::vector<PlistNodePtr>& nodes, PlistNode& root) {
@@ -34,14 +42,14 @@ QString textOf(const NodeIdSet& ids, PlistNode& root) {
 
 }  // namespace
 
-class MatchedNodesTest : public QObject {
+class MatchResolverTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void findsTheNodesAndWhatIsAboveThem() {
         const PlistNodePtr root = sample();
         const PlistMatches found = PlistSearch::matches(root->value(), "a");
-        const MatchedNodes nodes = MatchedNodes::resolve(*root, found);
+        const MatchedNodes nodes = resolved(*root, found);
         QCOMPARE(textOf(nodes.matches, *root), QStringLiteral("/0/0 /2/1"));
         QCOMPARE(textOf(nodes.visible, *root), QStringLiteral("/ /0 /2 /0/0 /2/1"));
         QVERIFY(nodes.areComplete);
@@ -50,7 +58,7 @@ private Q_SLOTS:
 
     void leavesTheRootAloneWithoutMatches() {
         const PlistNodePtr root = sample();
-        const MatchedNodes nodes = MatchedNodes::resolve(*root, PlistMatches());
+        const MatchedNodes nodes = resolved(*root, PlistMatches());
         QVERIFY(nodes.matches.empty());
         QCOMPARE(textOf(nodes.visible, *root), QStringLiteral("/"));
         QVERIFY(nodes.areComplete);
@@ -74,7 +82,7 @@ private Q_SLOTS:
         QFETCH(const QString, visible);
         const PlistNodePtr root = sample();
         const PlistMatches found = PlistSearch::matches(root->value(), "a");
-        const MatchedNodes nodes = MatchedNodes::resolve(*root, found, limit);
+        const MatchedNodes nodes = resolved(*root, found, limit);
         QCOMPARE(textOf(nodes.matches, *root), matches);
         QCOMPARE(textOf(nodes.visible, *root), visible);
         QCOMPARE(nodes.areComplete, limit == 7);
@@ -105,16 +113,16 @@ private Q_SLOTS:
             child->children();
         }
         const PlistMatches found = PlistSearch::matches(root->value(), "a");
-        QVERIFY(MatchedNodes::resolve(*root, found, 0).areComplete);
+        QVERIFY(resolved(*root, found, 0).areComplete);
     }
 
     void saysWhenTheSearchEndedEarly() {
         const PlistNodePtr root = sample();
         PlistMatches found = PlistSearch::matches(root->value(), "a");
         found.setEnding(PlistMatches::Ending::limitReached);
-        QVERIFY(!MatchedNodes::resolve(*root, found).areComplete);
+        QVERIFY(!resolved(*root, found).areComplete);
     }
 };
 
-QTEST_GUILESS_MAIN(MatchedNodesTest)
-#include "MatchedNodesTest.moc"
+QTEST_GUILESS_MAIN(MatchResolverTest)
+#include "MatchResolverTest.moc"
