@@ -136,7 +136,7 @@ void OutlineState::installRoot(PlistNode& root) {
 
 std::vector<OutlineState::Row> OutlineState::freshRows() {
     changes_.clear();
-    shifts_.clear();
+    hintCorrections_.clear();
     return OutlineWalk(expanded_, filter_).rows(*root_, rows().size());
 }
 
@@ -159,7 +159,7 @@ void OutlineState::rebuildRows() {
 /// Makes only those rows anew that the noted changes may have made others.
 void OutlineState::update() {
     PlistNode* top = root_ ? changes_.top(*root_, expanded_) : nullptr;
-    if (filter_ || shifts_.isFull()) {
+    if (filter_ || hintCorrections_.isFull()) {
         rebuildIfShown();
     } else if (top != nullptr) {
         updateBelow(*top);
@@ -193,8 +193,8 @@ void OutlineState::updateSegment(std::size_t first) {
     std::vector<Row> fresh = OutlineWalk(expanded_, filter_).segment(rows()[first], first);
     const std::size_t newEnd = first + fresh.size();
     if (newEnd != oldEnd) {
-        shifts_.add(oldEnd,
-                    static_cast<std::ptrdiff_t>(newEnd) - static_cast<std::ptrdiff_t>(oldEnd));
+        hintCorrections_.add(
+            oldEnd, static_cast<std::ptrdiff_t>(newEnd) - static_cast<std::ptrdiff_t>(oldEnd));
     }
     applyDifference(std::move(fresh), first, oldEnd - first);
 }
@@ -221,7 +221,8 @@ void OutlineState::updateRun(std::size_t parentRow, const PlistNodeRun& run) {
         Q_EMIT rowsAboutToBeInserted(static_cast<int>(place), static_cast<int>(newEnd) - 1);
         rows_.insert(place, fresh);
     }
-    shifts_.add(oldEnd, static_cast<std::ptrdiff_t>(newEnd) - static_cast<std::ptrdiff_t>(oldEnd));
+    hintCorrections_.add(oldEnd,
+                         static_cast<std::ptrdiff_t>(newEnd) - static_cast<std::ptrdiff_t>(oldEnd));
     const std::size_t last = rows_.renumber(parentRow, newEnd, run);
     removes ? Q_EMIT rowsRemoved() : Q_EMIT rowsInserted();
     Q_EMIT rowsDataChanged(static_cast<int>(parentRow), static_cast<int>(last));
@@ -301,7 +302,7 @@ std::optional<int> OutlineState::rowOf(const PlistNode& node) const {
 
 std::optional<int> OutlineState::hintedRowOf(const PlistNode& node) const {
     MainThread::check();
-    return shifts_.find(node.rowHint(), [this, &node](int row) {
+    return hintCorrections_.find(node.rowHint(), [this, &node](int row) {
         return row >= 0 && static_cast<std::size_t>(row) < rows().size() &&
                rows()[static_cast<std::size_t>(row)].nodeId() == node.id();
     });

@@ -9,7 +9,7 @@
 #include "app/model/outline/OutlineChanges.h"
 #include "app/model/outline/OutlineRow.h"
 #include "app/model/outline/OutlineRowList.h"
-#include "app/model/outline/RowShifts.h"
+#include "app/model/outline/RowHintCorrections.h"
 #include "app/model/tree/NodeId.h"
 #include "app/model/tree/NodeIdSet.h"
 #include "app/model/tree/PlistNodePtr.h"
@@ -171,8 +171,8 @@ private:
 
     PlistNodePtr root_;
     OutlineRowList rows_;
-    OutlineChanges changes_;  ///< since the rows were made
-    RowShifts shifts_;        ///< since a node was told its row
+    OutlineChanges changes_;              ///< since the rows were made
+    RowHintCorrections hintCorrections_;  ///< since a node was told its row
     NodeIdSet selection_;
     NodeIdSet expanded_;
     std::optional<NodeIdSet> filter_;

@@ -91,7 +91,7 @@ private Q_SLOTS:
                                  OutlineState::Reach::wholeSubtree);
         const PlistNodePtr last = desk.at({1, 2});
         const PlistNodePtr list = desk.at({0});
-        constexpr int edits = 3 * static_cast<int>(RowShifts::limit);
+        constexpr int edits = 3 * static_cast<int>(RowHintCorrections::limit);
         for (int i = 1; i <= edits; ++i) {
             const PlistNodePtr added = PlistNode::create({}, PlistValue::integer(i));
             desk.actions.editor().add({&added, 1}, *list, i % 3);

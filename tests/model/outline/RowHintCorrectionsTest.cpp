@@ -1,21 +1,21 @@
 #include <QTest>
 #include <vector>
 
-#include "app/model/outline/RowShifts.h"
+#include "app/model/outline/RowHintCorrections.h"
 
 /// Looks for rows by hints, in a plain list that has moved in the same way.
-class RowShiftsTest : public QObject {
+class RowHintCorrectionsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void takesHintsAsTheyAreWithoutShifts() {
-        const RowShifts shifts;
+        const RowHintCorrections shifts;
         QCOMPARE(found(shifts, 7, 7), std::optional(7));
         QCOMPARE(found(shifts, 7, 8), std::optional<int>());
     }
 
     void movesHintsFromBehindAShift() {
-        RowShifts shifts;
+        RowHintCorrections shifts;
         shifts.add(10, 5);
         QCOMPARE(found(shifts, 9, 9), std::optional(9));
         QCOMPARE(found(shifts, 10, 15), std::optional(15));
@@ -23,7 +23,7 @@ private Q_SLOTS:
     }
 
     void movesHintsOverAndOver() {
-        RowShifts shifts;
+        RowHintCorrections shifts;
         shifts.add(10, 5);
         shifts.add(3, -2);
         shifts.add(50, 100);
@@ -33,7 +33,7 @@ private Q_SLOTS:
     }
 
     void knowsHintsThatWereGivenInBetween() {
-        RowShifts shifts;
+        RowHintCorrections shifts;
         shifts.add(10, 5);
         // Here a node was told that it stands in row 60.
         shifts.add(20, 7);
@@ -43,8 +43,8 @@ private Q_SLOTS:
     }
 
     void isFullAfterItsLimit() {
-        RowShifts shifts;
-        for (std::size_t i = 0; i < RowShifts::limit; ++i) {
+        RowHintCorrections shifts;
+        for (std::size_t i = 0; i < RowHintCorrections::limit; ++i) {
             QVERIFY(!shifts.isFull());
             shifts.add(1, 1);
         }
@@ -56,10 +56,10 @@ private Q_SLOTS:
     }
 
 private:
-    static std::optional<int> found(const RowShifts& shifts, int hint, int right) {
+    static std::optional<int> found(const RowHintCorrections& shifts, int hint, int right) {
         return shifts.find(hint, [right](int row) { return row == right; });
     }
 };
 
-QTEST_GUILESS_MAIN(RowShiftsTest)
-#include "RowShiftsTest.moc"
+QTEST_GUILESS_MAIN(RowHintCorrectionsTest)
+#include "RowHintCorrectionsTest.moc"

@@ -6,7 +6,7 @@
 
 /// How rows have moved since their nodes were told their numbers: where rows came and went in the
 /// middle, those behind them have other numbers, which nobody writes into a million nodes.
-class RowShifts {
+class RowHintCorrections {
 public:
     /// The most moves that are remembered. Looking for a node without a row costs their square.
     static constexpr std::size_t limit = 100;
