@@ -7,6 +7,7 @@
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
+#include "tests/model/support/TreeText.h"
 
 namespace {
 
@@ -19,12 +20,8 @@ PlistValue number(int value) {
 
 /// {text: "x", whole: 1, real: 1.5, truth: true, list: ["y", false]}, with the list expanded.
 ActionsDesk& openSample(std::unique_ptr<ActionsDesk>& desk) {
-    desk = std::make_unique<ActionsDesk>(PlistValue::dictionary(
-        {{"text", PlistValue::string("x")},
-         {"whole", number(1)},
-         {"real", PlistValue::real(1.5)},
-         {"truth", PlistValue::boolean(true)},
-         {"list", PlistValue::array({PlistValue::string("y"), PlistValue::boolean(false)})}}));
+    desk = std::make_unique<ActionsDesk>(
+        tree(R"({text: "x", whole: 1, real: 1.5, truth: true, list: ["y", false]})"));
     desk->expand({{4}});
     return *desk;
 }
@@ -150,7 +147,7 @@ private Q_SLOTS:
     void forgetsADocumentThatCloses() {
         OutlineState outline;
         auto document = std::make_unique<PlistDocument>();
-        document->apply({PlistValue::array({number(1)}), PlistFormat::xml});
+        document->apply({tree("[1]"), PlistFormat::xml});
         outline.follow(*document);
         const DocumentActions actions(*document, outline);
         const Field field{{document->root().children()[0]->id(), Column::value}};

@@ -6,6 +6,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/IntervalCount.h"
+#include "tests/model/support/TreeText.h"
 
 namespace {
 
@@ -15,18 +16,12 @@ PlistValue number(int value) {
     return PlistValue::integer(value);
 }
 
-/// {name: 0, items: [1, 2, 3, 4], more: {b: 5, a: 6}}
 PlistValue sample() {
-    return PlistValue::dictionary(
-        {{"name", number(0)},
-         {"items", PlistValue::array({number(1), number(2), number(3), number(4)})},
-         {"more", PlistValue::dictionary({{"b", number(5)}, {"a", number(6)}})}});
+    return tree("{name: 0, items: [1, 2, 3, 4], more: {b: 5, a: 6}}");
 }
 
-/// {a: 0, b: 1, c: 2, d: 3, e: 4}
 PlistValue letters() {
-    return PlistValue::dictionary(
-        {{"a", number(0)}, {"b", number(1)}, {"c", number(2)}, {"d", number(3)}, {"e", number(4)}});
+    return tree("{a: 0, b: 1, c: 2, d: 3, e: 4}");
 }
 
 }  // namespace
@@ -148,7 +143,7 @@ private Q_SLOTS:
     }
 
     void numbersNewKeys() {
-        ActionsDesk desk(PlistValue::dictionary({{"New Item", number(1)}}));
+        ActionsDesk desk(tree("{New Item: 1}"));
         desk.select({{}});
         desk.actions.addItem();
         desk.select({{}});
@@ -202,8 +197,7 @@ private Q_SLOTS:
     // --- Duplicating ---
 
     void duplicatesBehindTheOriginal() {
-        ActionsDesk desk(PlistValue::dictionary(
-            {{"name", PlistValue::array({number(1)})}, {"name copy", number(2)}}));
+        ActionsDesk desk(tree("{name: [1], name copy: 2}"));
         desk.select({{0}});
         desk.actions.duplicate();
         QCOMPARE(desk.rows(),
@@ -234,7 +228,7 @@ private Q_SLOTS:
     }
 
     void numbersTheKeysOfCopies() {
-        ActionsDesk desk(PlistValue::dictionary({{"a", number(1)}, {"a", number(2)}}));
+        ActionsDesk desk(tree("{a: 1, a: 2}"));
         desk.select({{0}, {1}});
         desk.actions.duplicate();
         QCOMPARE(desk.value(), QStringLiteral("{a: 1, a copy: 1, a: 2, a copy 2: 2}"));
@@ -363,7 +357,7 @@ private Q_SLOTS:
         QCOMPARE(desk.actions.sortTarget(), nullptr);
         desk.actions.sortKeys();
         QCOMPARE(desk.history(), QStringLiteral("0 , +0"));
-        ActionsDesk list(PlistValue::array({number(1)}));
+        ActionsDesk list(tree("[1]"));
         QCOMPARE(list.actions.sortTarget(), nullptr);
         list.select({{0}});
         QCOMPARE(list.actions.sortTarget(), nullptr);

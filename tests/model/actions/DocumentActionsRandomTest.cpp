@@ -18,7 +18,7 @@ using Direction = DocumentActions::Direction;
 using Reach = OutlineState::Reach;
 
 PlistValue sample() {
-    const PlistValue list = PlistValue::array({PlistValue::integer(1), PlistValue::string("x")});
+    const PlistValue list = tree(R"([1, "x"])");
     const PlistValue inner = PlistValue::dictionary({{"a", list}, {"b", PlistValue::real(1.5)}});
     return PlistValue::dictionary({{"list", list},
                                    {"inner", inner},

@@ -9,6 +9,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/IntervalCount.h"
+#include "tests/model/support/TreeText.h"
 
 namespace {
 
@@ -16,11 +17,8 @@ using Reach = OutlineState::Reach;
 
 using Action = std::function<void(ActionsDesk&)>;
 
-/// {box: {inner: [1]}, word: "x"}
 PlistValue sample() {
-    const PlistValue inner = PlistValue::array({PlistValue::integer(1)});
-    return PlistValue::dictionary(
-        {{"box", PlistValue::dictionary({{"inner", inner}})}, {"word", PlistValue::string("x")}});
+    return tree(R"({box: {inner: [1]}, word: "x"})");
 }
 
 /// A document with its outline.

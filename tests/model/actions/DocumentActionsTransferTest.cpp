@@ -23,10 +23,7 @@ PlistValue number(int value) {
 /// {name: 0, items: [1, 2], more: {b: 5, a: 6}}, all expanded. Its rows are root, name, items, 1,
 /// 2, more, b, a.
 std::unique_ptr<ActionsDesk> openSample() {
-    auto desk = std::make_unique<ActionsDesk>(PlistValue::dictionary(
-        {{"name", number(0)},
-         {"items", PlistValue::array({number(1), number(2)})},
-         {"more", PlistValue::dictionary({{"b", number(5)}, {"a", number(6)}})}}));
+    auto desk = std::make_unique<ActionsDesk>(tree("{name: 0, items: [1, 2], more: {b: 5, a: 6}}"));
     desk->expand({{1}, {2}});
     return desk;
 }
@@ -159,7 +156,7 @@ private Q_SLOTS:
     /// What can be read is 512 containers deep, and the list around copied items makes it one more:
     /// there the own form fails with a message, and XML serves.
     void copiesAndPastesTheDeepest() {
-        PlistValue deep = PlistValue::array({number(1)});
+        PlistValue deep = tree("[1]");
         for (int i = 1; i < 511; ++i) {
             deep = PlistValue::array({deep});
         }

@@ -6,6 +6,7 @@
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
+#include "tests/model/support/TreeText.h"
 
 namespace {
 
@@ -16,10 +17,7 @@ PlistValue number(int value) {
 /// {a: 0, open: [1, 2], shut: {b: 3}, last: 4}, with the first container expanded. Its rows are
 /// root, a, open, 1, 2, shut, last.
 PlistValue sample() {
-    return PlistValue::dictionary({{"a", number(0)},
-                                   {"open", PlistValue::array({number(1), number(2)})},
-                                   {"shut", PlistValue::dictionary({{"b", number(3)}})},
-                                   {"last", number(4)}});
+    return tree("{a: 0, open: [1, 2], shut: {b: 3}, last: 4}");
 }
 
 /// "open 1": the key of the container ("root" for the root) and the index.

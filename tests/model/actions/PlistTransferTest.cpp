@@ -163,8 +163,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("json");
         const QByteArray three = quoted(plistOf({string("a"), string("b"), string("c")}));
         const QByteArray one = quoted(plistOf({string("a")}));
-        const PlistBytes dictionary =
-            PlistCodec::write(PlistValue::dictionary({{"a", string("b")}}), PlistFormat::xml);
+        const PlistBytes dictionary = PlistCodec::write(tree(R"({a: "b"})"), PlistFormat::xml);
         const std::string_view view = dictionary.view();
         const QByteArray noArray =
             quoted(QByteArray(view.data(), static_cast<qsizetype>(view.size())).toBase64());
@@ -277,7 +276,7 @@ private Q_SLOTS:
 
     /// What can be read is 512 containers deep; the array around the items makes it one more.
     void saysThatItemsAreTooDeep() {
-        PlistValue deep = PlistValue::array({string("x")});
+        PlistValue deep = tree(R"(["x"])");
         for (int i = 1; i < 512; ++i) {
             deep = PlistValue::array({deep});
         }

@@ -10,8 +10,7 @@
 namespace {
 
 PlistValue sample() {
-    return PlistValue::dictionary(
-        {{"a", PlistValue::integer(1)}, {"b", PlistValue::array({PlistValue::boolean(true)})}});
+    return tree("{a: 1, b: [true]}");
 }
 
 /// How often each signal of a document came.

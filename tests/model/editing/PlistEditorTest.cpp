@@ -31,12 +31,8 @@ PlistNodePtr item(const char* key, PlistValue value) {
     return PlistNode::create(key, std::move(value));
 }
 
-/// {name: "Ada", items: [1, 2, 3, 4], more: {b: 5, a: 6}}
 PlistValue sample() {
-    return PlistValue::dictionary(
-        {{"name", text("Ada")},
-         {"items", PlistValue::array({number(1), number(2), number(3), number(4)})},
-         {"more", PlistValue::dictionary({{"b", number(5)}, {"a", number(6)}})}});
+    return tree(R"({name: "Ada", items: [1, 2, 3, 4], more: {b: 5, a: 6}})");
 }
 
 /// A document with its undo manager, and what a window would hear of it.
@@ -121,7 +117,7 @@ private Q_SLOTS:
     }
 
     void ignoresTheSameKey() {
-        Desk desk(PlistValue::dictionary({{"caf\u00e9", number(1)}, {"a", number(2)}}));
+        Desk desk(tree("{caf\u00e9: 1, a: 2}"));
         QVERIFY(!desk.editor.rename(*desk.at({0}), "caf\u00e9"));
         QVERIFY(!desk.editor.rename(*desk.at({0}), "cafe\u0301"));
         QVERIFY(desk.editor.rename(*desk.at({1}), "cafe\u0301"));
@@ -164,7 +160,7 @@ private Q_SLOTS:
 
     /// Another spelling of the same text is no change: the first one stays, byte for byte.
     void keepsTheSpellingOfEqualTexts() {
-        Desk desk(PlistValue::array({text("caf\u00e9")}));
+        Desk desk(tree("[\"caf\u00e9\"]"));
         desk.editor.changeValue(*desk.at({0}), text("cafe\u0301"));
         QCOMPARE(desk.undo.undoCount(), 0);
         QCOMPARE(desk.at({0})->scalar().text(), std::string_view("caf\u00e9"));
@@ -202,7 +198,7 @@ private Q_SLOTS:
     }
 
     void givesKeysToTheItemsOfAnArray() {
-        Desk desk(PlistValue::array({number(1), number(2), number(3)}));
+        Desk desk(tree("[1, 2, 3]"));
         desk.at({0})->setKey("x");
         desk.at({2})->setKey("x");
         const std::vector<NodeId> ids = idsOf(desk.root());
@@ -225,7 +221,7 @@ private Q_SLOTS:
     }
 
     void avoidsKeysThatWereGiven() {
-        Desk desk(PlistValue::array({number(1), number(2), number(3), number(4)}));
+        Desk desk(tree("[1, 2, 3, 4]"));
         desk.at({0})->setKey("Item 1");
         desk.at({2})->setKey("Item 1 copy");
         desk.at({3})->setKey("Item 1");
@@ -272,7 +268,7 @@ private Q_SLOTS:
     }
 
     void clampsThePlace() {
-        Desk desk(PlistValue::array({number(1)}));
+        Desk desk(tree("[1]"));
         desk.editor.add(std::vector{item("", number(2))}, desk.root(), 99);
         desk.editor.add(std::vector{item("", number(0))}, desk.root(), -5);
         QCOMPARE(desk.value(), QStringLiteral("[0, 1, 2]"));
@@ -351,10 +347,7 @@ private Q_SLOTS:
     }
 
     void makesKeysUniqueWhereItMovesTo() {
-        Desk desk(PlistValue::dictionary(
-            {{"a", number(1)},
-             {"in", PlistValue::dictionary({{"a", number(2)}, {"b", number(3)}})},
-             {"list", PlistValue::array({number(4), number(5)})}}));
+        Desk desk(tree("{a: 1, in: {a: 2, b: 3}, list: [4, 5]}"));
         const std::vector<NodeId> ids = idsOf(*desk.at({1}));
         desk.editor.move(
             std::vector{desk.at({1, 0}), desk.at({2, 0}), desk.at({1, 1}), desk.at({2, 1})},
@@ -409,12 +402,7 @@ private Q_SLOTS:
     // --- Sort ---
 
     void sortsKeysByCodePoints() {
-        Desk desk(PlistValue::dictionary({{"b", number(1)},
-                                          {"B", number(2)},
-                                          {"\u00e9", number(3)},
-                                          {"a", number(4)},
-                                          {"e\u0301", number(5)},
-                                          {"f", number(6)}}));
+        Desk desk(tree("{b: 1, B: 2, \u00e9: 3, a: 4, e\u0301: 5, f: 6}"));
         desk.editor.sortKeys(desk.root());
         QCOMPARE(desk.value(), QStringLiteral("{B: 2, a: 4, b: 1, f: 6, \u00e9: 3, e\u0301: 5}"));
         QCOMPARE(desk.history(),

@@ -13,6 +13,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/RowMirror.h"
+#include "tests/model/support/TreeText.h"
 
 namespace {
 
@@ -21,14 +22,12 @@ PlistFile fileOf(int value) {
 }
 
 PlistValue letters() {
-    return PlistValue::dictionary({{"a", PlistValue::integer(0)}, {"b", PlistValue::integer(1)}});
+    return tree("{a: 0, b: 1}");
 }
 
 /// Two arrays of three numbers each.
 PlistValue twoLists() {
-    const PlistValue list =
-        PlistValue::array({PlistValue::integer(0), PlistValue::integer(1), PlistValue::integer(2)});
-    return PlistValue::array({list, list});
+    return tree("[[0, 1, 2], [0, 1, 2]]");
 }
 
 }  // namespace

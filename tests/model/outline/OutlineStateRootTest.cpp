@@ -8,6 +8,7 @@
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/OutlineWindow.h"
+#include "tests/model/support/TreeText.h"
 
 namespace {
 
@@ -73,7 +74,7 @@ private Q_SLOTS:
     }
 
     void flagsRepeatedKeysAmongHiddenSiblingsToo() {
-        Window window(PlistValue::dictionary({{"a", number(1)}, {"a", number(2)}}));
+        Window window(tree("{a: 1, a: 2}"));
         window.outline.setFilter(idsOf({window.root.get(), window.root->children()[1].get()}));
         QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
                                                "  1 a: 2 (duplicate)"));
@@ -92,8 +93,8 @@ private Q_SLOTS:
         const QSignalSpy editing(&window.outline, &OutlineState::editingChanged);
 
         const PlistNodePtr next = PlistNode::create(
-            {}, PlistValue::dictionary({{"more", PlistValue::dictionary({{"b", number(2)}})},
-                                        {"items", sample().children()[1]}}));
+            {},
+            PlistValue::dictionary({{"more", tree("{b: 2}")}, {"items", sample().children()[1]}}));
         window.outline.rebuild(*next);
         QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
                                                "  0 more: dictionary [+]\n"
@@ -110,11 +111,10 @@ private Q_SLOTS:
     }
 
     void ignoresStepsThatLeadNowhere() {
-        const PlistValue inner = PlistValue::array({number(1)});
-        Window window(PlistValue::array({inner, inner, inner, inner}));
+        Window window(tree("[[1], [1], [1], [1]]"));
         window.expand(QStringLiteral("1"));
         window.expand(QStringLiteral("3"));
-        const PlistNodePtr next = PlistNode::create({}, PlistValue::array({inner, inner}));
+        const PlistNodePtr next = PlistNode::create({}, tree("[[1], [1]]"));
         window.outline.rebuild(*next);
         QCOMPARE(window.rows(), QStringLiteral(": array [-]\n"
                                                "  0 array [+]\n"
@@ -123,19 +123,17 @@ private Q_SLOTS:
     }
 
     void takesKeysForPositionsAndTheReverse() {
-        const PlistValue inner = PlistValue::array({number(1)});
-        Window window(PlistValue::dictionary({{"1", inner}, {"+0", inner}, {"x", inner}}));
+        Window window(tree("{1: [1], +0: [1], x: [1]}"));
         window.expand(QStringLiteral("1"));
         window.expand(QStringLiteral("+0"));
         window.expand(QStringLiteral("x"));
-        const PlistNodePtr array = PlistNode::create({}, PlistValue::array({inner, inner}));
+        const PlistNodePtr array = PlistNode::create({}, tree("[[1], [1]]"));
         window.outline.rebuild(*array);
         QCOMPARE(window.rows(), QStringLiteral(": array [-]\n"
                                                "  0 array [+]\n"
                                                "  1 array [-]\n"
                                                "    0 1"));
-        const PlistNodePtr dictionary =
-            PlistNode::create({}, PlistValue::dictionary({{"0", inner}, {"1", inner}}));
+        const PlistNodePtr dictionary = PlistNode::create({}, tree("{0: [1], 1: [1]}"));
         window.outline.rebuild(*dictionary);
         QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
                                                "  0 0: array [+]\n"
@@ -144,27 +142,24 @@ private Q_SLOTS:
     }
 
     void followsTheFirstOfRepeatedKeys() {
-        const PlistValue inner = PlistValue::array({number(1)});
-        Window window(PlistValue::dictionary({{"a", number(0)}, {"a", inner}}));
+        Window window(tree("{a: 0, a: [1]}"));
         window.outline.setExpanded(*window.root->children()[1], Expansion::expand,
                                    Reach::nodeAlone);
-        const PlistNodePtr next =
-            PlistNode::create({}, PlistValue::dictionary({{"a", inner}, {"a", inner}}));
+        const PlistNodePtr next = PlistNode::create({}, tree("{a: [1], a: [1]}"));
         window.outline.rebuild(*next);
         QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
                                                "  0 a: array [-] (duplicate)\n"
                                                "    0 1\n"
                                                "  1 a: array [+] (duplicate)"));
         // A scalar in that place takes the expansion away, whatever stands behind it.
-        const PlistNodePtr scalar =
-            PlistNode::create({}, PlistValue::dictionary({{"a", number(0)}, {"a", inner}}));
+        const PlistNodePtr scalar = PlistNode::create({}, tree("{a: 0, a: [1]}"));
         window.outline.rebuild(*scalar);
         QCOMPARE(window.outline.expanded(), idsOf({scalar.get()}));
     }
 
     /// Equal as text, whatever their spelling, for few steps and for so many that a table is made.
     void followsKeysThatAreEqualAsText() {
-        const PlistValue inner = PlistValue::array({number(1)});
+        const PlistValue inner = tree("[1]");
         for (const int count : {1, 100}) {
             std::vector<PlistEntry> composed;
             std::vector<PlistEntry> decomposed;

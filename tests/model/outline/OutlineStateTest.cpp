@@ -8,6 +8,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/BrokenRule.h"
 #include "tests/model/support/OutlineWindow.h"
+#include "tests/model/support/TreeText.h"
 
 namespace {
 
@@ -229,8 +230,7 @@ private Q_SLOTS:
     // --- Repeated keys ---
 
     void flagsEveryRepeatedKey() {
-        const Window window(
-            PlistValue::dictionary({{"a", number(1)}, {"b", number(2)}, {"a", number(3)}}));
+        const Window window(tree("{a: 1, b: 2, a: 3}"));
         QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
                                                "  0 a: 1 (duplicate)\n"
                                                "  1 b: 2\n"
@@ -238,15 +238,13 @@ private Q_SLOTS:
     }
 
     void flagsKeysThatAreEqualAsText() {
-        const Window window(
-            PlistValue::dictionary({{"caf\u00e9", number(1)}, {"cafe\u0301", number(2)}}));
+        const Window window(tree("{caf\u00e9: 1, cafe\u0301: 2}"));
         QVERIFY(window.outline.rows()[1].isDuplicateKey());
         QVERIFY(window.outline.rows()[2].isDuplicateKey());
     }
 
     void followsRenames() {
-        Window window(
-            PlistValue::dictionary({{"a", number(1)}, {"b", number(2)}, {"c", number(3)}}));
+        Window window(tree("{a: 1, b: 2, c: 3}"));
         window.node(QStringLiteral("c")).setKey("a");
         window.outline.rebuild(*window.root);
         QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
@@ -257,7 +255,7 @@ private Q_SLOTS:
     }
 
     void flagsNoHiddenKeysOfArrays() {
-        Window window(PlistValue::dictionary({{"a", number(1)}, {"a", number(2)}}));
+        Window window(tree("{a: 1, a: 2}"));
         window.root->convertContainer(PlistType::array);
         window.outline.rebuild(*window.root);
         QCOMPARE(window.rows(), QStringLiteral(": array [-]\n"
@@ -269,7 +267,7 @@ private Q_SLOTS:
     // --- Signals ---
 
     void tellsOfOneInsertedRow() {
-        Window window(PlistValue::array({number(1), number(2), number(3)}));
+        Window window(tree("[1, 2, 3]"));
         const PlistNodePtr added = PlistNode::create({}, number(9));
         window.root->insertChildren(std::span(&added, 1), 1);
         window.outline.rebuild(*window.root);
@@ -296,13 +294,13 @@ private Q_SLOTS:
         window.expand(QStringLiteral("items"));
         window.told();
         PlistNode& items = window.node(QStringLiteral("items"));
-        items.setValue(PlistValue::array({number(1), number(2), number(3)}));
+        items.setValue(tree("[1, 2, 3]"));
         window.outline.rebuild(*window.root);
         QCOMPARE(window.told(), QStringLiteral("remove 3-4, insert 3-5, change 2-2"));
     }
 
     void tellsOfAMoveAsARearrangement() {
-        Window window(PlistValue::array({number(1), number(2), number(3)}));
+        Window window(tree("[1, 2, 3]"));
         const auto children = window.root->children();
         const std::vector<PlistNodePtr> moved{children[1], children[2], children[0]};
         const QPersistentModelIndex first(window.mirror->index(1, 0));
@@ -313,7 +311,7 @@ private Q_SLOTS:
     }
 
     void keepsNodesAliveUntilTheirRowsGo() {
-        Window window(PlistValue::array({number(1), number(2)}));
+        Window window(tree("[1, 2]"));
         const std::size_t first[] = {0};
         window.root->removeChildren(first);
         QCOMPARE(window.rows(), QStringLiteral(": array [-]\n"
@@ -362,7 +360,7 @@ private Q_SLOTS:
     }
 
     void putsTheRowsWhereThePositionsAre() {
-        Window window(PlistValue::array({number(1), number(2), number(3)}));
+        Window window(tree("[1, 2, 3]"));
         const std::size_t first[] = {0};
         window.root->removeChildren(first);
         window.outline.rebuild(*window.root);

@@ -6,17 +6,12 @@
 #include "app/model/search/MatchResolver.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/SearchDesk.h"
+#include "tests/model/support/TreeText.h"
 
 namespace {
 
-/// [["ab", 1], [2, 3, 4], ["b", "ab"]]
 PlistNodePtr sample() {
-    const auto number = [](int value) { return PlistValue::integer(value); };
-    const PlistValue ab = PlistValue::string("ab");
-    return PlistNode::create(
-        {}, PlistValue::array({PlistValue::array({ab, number(1)}),
-                               PlistValue::array({number(2), number(3), number(4)}),
-                               PlistValue::array({PlistValue::string("b"), ab})}));
+    return PlistNode::create({}, tree(R"([["ab", 1], [2, 3, 4], ["b", "ab"]])"));
 }
 
 /// All in one turn.

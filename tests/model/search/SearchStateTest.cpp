@@ -28,14 +28,8 @@ PlistValue text(const char* value) {
     return PlistValue::string(value);
 }
 
-/// {name: "Ada", list: ["ab", 12, {a: "x", date: true}], cab: "Zoë"}
 PlistValue sample() {
-    const PlistValue inner =
-        PlistValue::dictionary({{"a", text("x")}, {"date", PlistValue::boolean(true)}});
-    return PlistValue::dictionary(
-        {{"name", text("Ada")},
-         {"list", PlistValue::array({text("ab"), PlistValue::integer(12), inner})},
-         {"cab", text("Zoë")}});
+    return tree(R"({name: "Ada", list: ["ab", 12, {a: "x", date: true}], cab: "Zoë"})");
 }
 
 /// Whether a search is under way, whatever it has found by now.
@@ -364,8 +358,7 @@ private Q_SLOTS:
     void searchesAReloadedDocumentAgain() {
         const SearchDesk desk(sample());
         QVERIFY(desk.find("ada"));
-        desk.editor.replaceContent({PlistValue::array({text("x"), text("Ada")}), PlistFormat::xml},
-                                   QString());
+        desk.editor.replaceContent({tree(R"(["x", "Ada"])"), PlistFormat::xml}, QString());
         QVERIFY(desk.search->currentNode() == nullptr);
         desk.begin();
         QVERIFY(desk.isDone());
@@ -380,7 +373,7 @@ private Q_SLOTS:
         const SearchDesk desk(sample());
         QVERIFY(desk.find("ada"));
         PlistDocument& document = desk.editor.document();
-        document.setRoot(PlistNode::create({}, PlistValue::array({text("Ada")})));
+        document.setRoot(PlistNode::create({}, tree(R"(["Ada"])")));
         desk.begin();
         QVERIFY(desk.isDone());
         QCOMPARE(desk.matches(), QStringLiteral("/0"));

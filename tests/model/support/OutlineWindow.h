@@ -24,12 +24,8 @@ inline PlistValue text(const char* value) {
     return PlistValue::string(value);
 }
 
-/// {name: "Ada", items: [{a: 1}, "x"], more: {b: 2}}
 inline PlistValue sample() {
-    return PlistValue::dictionary(
-        {{"name", text("Ada")},
-         {"items", PlistValue::array({PlistValue::dictionary({{"a", number(1)}}), text("x")})},
-         {"more", PlistValue::dictionary({{"b", number(2)}})}});
+    return tree(R"({name: "Ada", items: [{a: 1}, "x"], more: {b: 2}})");
 }
 
 /// One window's outline with a listener that must always agree with it.

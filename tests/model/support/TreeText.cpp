@@ -1,6 +1,12 @@
 #include "tests/model/support/TreeText.h"
 
 #include <QByteArray>
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <string>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 #include "app/model/outline/OutlineRow.h"
@@ -25,7 +31,132 @@ QString content(PlistNode& node) {
     return QStringLiteral("%1: %2").arg(fromView(node.key().view()), scalar);
 }
 
+// --- From text to values ---
+
+class TreeReader {
+public:
+    explicit TreeReader(std::string_view text) : text_(text) {}
+
+    PlistValue whole() {
+        PlistValue result = value();
+        skipBlanks();
+        require(place_ == text_.size(), "the end");
+        return result;
+    }
+
+private:
+    PlistValue value() {
+        if (takes('{')) {
+            return dictionary();
+        }
+        if (takes('[')) {
+            return array();
+        }
+        return takes('"') ? PlistValue::string(until('"')) : scalar(word(",]}"));
+    }
+
+    PlistValue dictionary() {
+        std::vector<PlistEntry> entries;
+        while (!takes('}')) {
+            std::string key = takes('"') ? until('"') : word(":");
+            require(takes(':'), "a colon");
+            entries.push_back({std::move(key), value()});
+            require(takes(',') || isAt('}'), "a comma or a brace");
+        }
+        return PlistValue::dictionary(std::move(entries));
+    }
+
+    PlistValue array() {
+        std::vector<PlistValue> values;
+        while (!takes(']')) {
+            values.push_back(value());
+            require(takes(',') || isAt(']'), "a comma or a bracket");
+        }
+        return PlistValue::array(std::move(values));
+    }
+
+    PlistValue scalar(const std::string& text) const {
+        if (text == "true" || text == "false") {
+            return PlistValue::boolean(text == "true");
+        }
+        if (text.starts_with("data")) {
+            return data(text.substr(4));
+        }
+        if (text.starts_with("date ")) {
+            return PlistValue::date(number<double>(text.substr(5)));
+        }
+        if (text.starts_with("uid ")) {
+            return PlistValue::uid(number<std::uint64_t>(text.substr(4)));
+        }
+        return text.find_first_of(".ein") == std::string::npos
+                   ? PlistValue::integer(number<std::int64_t>(text))
+                   : PlistValue::real(number<double>(text));
+    }
+
+    static PlistValue data(const std::string& hex) {
+        const QByteArray bytes = QByteArray::fromHex(QByteArray::fromStdString(hex));
+        return PlistValue::data(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+    }
+
+    template <typename Number>
+    Number number(const std::string& text) const {
+        Number result = 0;
+        const char* end = text.data() + text.size();
+        const auto [stop, error] = std::from_chars(text.data(), end, result);
+        require(error == std::errc() && stop == end, "a scalar");
+        return result;
+    }
+
+    // --- Characters ---
+
+    void skipBlanks() {
+        while (place_ < text_.size() && (text_[place_] == ' ' || text_[place_] == '\n')) {
+            ++place_;
+        }
+    }
+
+    bool isAt(char character) {
+        skipBlanks();
+        return place_ < text_.size() && text_[place_] == character;
+    }
+
+    bool takes(char character) {
+        const bool is = isAt(character);
+        place_ += is ? 1 : 0;
+        return is;
+    }
+
+    /// What comes before `end`, which is passed over.
+    std::string until(char end) {
+        const std::size_t start = std::exchange(place_, text_.find(end, place_));
+        require(place_ < text_.size(), "the end of a text");
+        return std::string(text_.substr(start, place_++ - start));
+    }
+
+    /// What comes before any of `ends`, or before the end, without the blanks at its end.
+    std::string word(std::string_view ends) {
+        const std::size_t start = place_;
+        place_ = std::min(text_.find_first_of(ends, start), text_.size());
+        const std::string_view found = text_.substr(start, place_ - start);
+        return std::string(found.substr(0, found.find_last_not_of(" \n") + 1));
+    }
+
+    void require(bool isThere, const char* expected) const {
+        if (!isThere) {
+            const std::string text(text_);
+            qFatal("%s expected at %zu of %s", expected, place_, text.c_str());
+        }
+    }
+
+    std::string_view text_;
+    std::size_t place_ = 0;
+};
+
 }  // namespace
+
+PlistValue tree(std::string_view text) {
+    return TreeReader(text).whole();
+}
 
 QString TreeText::ofValue(const PlistValue& value) {
     switch (value.type()) {

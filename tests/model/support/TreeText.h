@@ -1,12 +1,18 @@
 #pragma once
 
 #include <QString>
+#include <string_view>
 
 #include "app/model/runtime/Plist.h"
 
 class OutlineState;
 class OutlineRow;
 class PlistNode;
+
+/// The value that `TreeText::whole` writes in this way: `{name: 0, items: ["x", true, data 0aff]}`.
+/// A number with a point is real, one without is an integer. Keys stand in quotes where they are
+/// empty, and blanks between the parts do not count. Stops the test at anything else.
+PlistValue tree(std::string_view text);
 
 /// Trees and rows as text, one line per node, so that a failing comparison shows the whole picture.
 namespace TreeText {

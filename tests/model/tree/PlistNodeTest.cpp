@@ -28,12 +28,8 @@ PlistValue numbers(int count) {
     return PlistValue::array(std::move(items));
 }
 
-/// {name: "Ada", tags: ["x", "y"], inner: {a: 1, b: 2}}
 PlistValue sample() {
-    return PlistValue::dictionary(
-        {{"name", PlistValue::string("Ada")},
-         {"tags", PlistValue::array({PlistValue::string("x"), PlistValue::string("y")})},
-         {"inner", PlistValue::dictionary({{"a", number(1)}, {"b", number(2)}})}});
+    return tree(R"({name: "Ada", tags: ["x", "y"], inner: {a: 1, b: 2}})");
 }
 
 PlistNodePtr rootOf(const PlistValue& value) {
@@ -153,7 +149,7 @@ private Q_SLOTS:
     }
 
     void keepsRepeatedKeys() {
-        const PlistValue value = PlistValue::dictionary({{"a", number(1)}, {"a", number(2)}});
+        const PlistValue value = tree("{a: 1, a: 2}");
         const PlistNodePtr root = rootOf(value);
         child(root, 0).setValue(number(3));
         QCOMPARE(TreeText::whole(root->value()), QStringLiteral("{a: 3, a: 2}"));
@@ -413,8 +409,7 @@ private Q_SLOTS:
     // --- Converting ---
 
     void convertsBetweenContainersKeepingNodes() {
-        const PlistValue strings = PlistValue::array(
-            {PlistValue::string("x"), PlistValue::string("y"), PlistValue::string("z")});
+        const PlistValue strings = tree(R"(["x", "y", "z"])");
         const PlistNodePtr root = rootOf(strings);
         ChangeRecorder recorder;
         root->setObserver(&recorder);
