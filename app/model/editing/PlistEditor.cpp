@@ -284,10 +284,6 @@ void PlistEditor::changeFormat(PlistFormat format) const {
     }
 }
 
-void PlistEditor::replaceContent(const PlistFile& snapshot, const QString& actionName) const {
-    replaceContent(PlistNode::create({}, snapshot.root), snapshot.format, actionName);
-}
-
 void PlistEditor::replaceContent(const PlistNodePtr& root, PlistFormat format,
                                  const QString& actionName) const {
     MainThread::check();

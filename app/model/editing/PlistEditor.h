@@ -73,11 +73,9 @@ public:
     /// keep their order.
     void sortKeys(PlistNode& node) const;
 
-    /// Makes a file's content that of the document, as reverting and reloading do: one step that
-    /// brings the old tree, format and notice back when it is undone.
-    void replaceContent(const PlistFile& snapshot, const QString& actionName) const;
-
-    /// The same with a root that has been made from the file, which was in the format `format`.
+    /// Makes the content of a file in the format `format`, from which `root` has been made, that of
+    /// the document, as reverting and reloading do: one step that brings the old tree, format and
+    /// notice back when it is undone.
     void replaceContent(const PlistNodePtr& root, PlistFormat format,
                         const QString& actionName) const;
 

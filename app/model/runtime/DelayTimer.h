@@ -20,6 +20,9 @@ public:
     /// Takes back the callback that is still to come, if any.
     virtual void stop();
 
+    /// Whether a callback is still to come.
+    virtual bool isRunning() const { return timer_.isActive(); }
+
 private:
     QTimer timer_;
     std::function<void()> callback_;

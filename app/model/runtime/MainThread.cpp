@@ -4,12 +4,8 @@
 
 #include "app/model/runtime/Plist.h"
 
-bool MainThread::isCurrent() noexcept {
+void MainThread::check() {
     // The first thread of a process has the process's own number.
     static thread_local const bool isMain = ::gettid() == ::getpid();
-    return isMain;
-}
-
-void MainThread::check() {
-    plistCheck(isCurrent(), "the model belongs to the main thread");
+    plistCheck(isMain, "the model belongs to the main thread");
 }

@@ -3,11 +3,8 @@
 /// The model belongs to the main thread and holds no locks. Its entry points call `check`.
 namespace MainThread {
 
-/// Whether the caller runs on the thread that the process started with. Costs about a nanosecond
-/// and needs no application object.
-bool isCurrent() noexcept;
-
-/// Stops the process on any other thread (`plistCheckFailed`).
+/// Stops the process on any other thread than the one it started with (`plistCheckFailed`). Costs
+/// about a nanosecond and needs no application object.
 void check();
 
 }  // namespace MainThread

@@ -68,6 +68,10 @@ void SearchState::requestFocus() {
     Q_EMIT focusRequestChanged();
 }
 
+bool SearchState::isUpdating() const {
+    return pauseTimer_->isRunning() || run_ || resolver_;
+}
+
 // --- The search ---
 
 void SearchState::update() {
@@ -75,7 +79,6 @@ void SearchState::update() {
     stopResolving();
     if (trimmedQuery().isEmpty()) {
         pauseTimer_->stop();
-        isUpdating_ = false;
         setResults({});
     } else {
         beginPause();
@@ -90,7 +93,6 @@ void SearchState::updateActiveSearch() {
 }
 
 void SearchState::beginPause() {
-    isUpdating_ = true;
     pauseTimer_->start(pause, [this] { search(); });
 }
 
@@ -101,7 +103,6 @@ void SearchState::search() {
                                            this);
     } catch (const std::system_error&) {
         // Without a thread the results before stay, as they do when the memory runs out.
-        isUpdating_ = false;
         return;
     }
     connect(run_.get(), &SearchRun::finished, this, &SearchState::finish);
@@ -117,8 +118,6 @@ void SearchState::finish() {
     } else if (found) {
         resolver_ = std::make_unique<MatchResolver>(document_.root(), std::move(*found));
         resolveSome();
-    } else {
-        isUpdating_ = false;
     }
 }
 
@@ -131,7 +130,6 @@ void SearchState::resolveSome() {
     } else {
         MatchedNodes nodes = resolver_->take();
         stopResolving();
-        isUpdating_ = false;
         setResults({std::move(nodes.matches), std::move(nodes.visible), nodes.areComplete});
     }
 }

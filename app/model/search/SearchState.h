@@ -78,7 +78,7 @@ public:
     void requestFocus();
 
     /// Whether the results are still to come: the pause or the search is under way.
-    bool isUpdating() const noexcept { return isUpdating_; }
+    bool isUpdating() const;
 
 Q_SIGNALS:
     void queryChanged();
@@ -123,5 +123,4 @@ private:
     std::optional<NodeId> currentMatch_;
     qint64 focusRequest_ = 0;
     bool hasAllMatches_ = true;
-    bool isUpdating_ = false;
 };

@@ -108,8 +108,6 @@ public:
         /// The content of a node that is made from `value`.
         explicit Representation(PlistValue value) noexcept : value_(std::move(value)) {}
 
-        PlistType type() const noexcept { return value_.type(); }
-
     private:
         friend class PlistNode;
         PlistValue value_;

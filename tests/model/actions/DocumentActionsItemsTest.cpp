@@ -278,7 +278,7 @@ private Q_SLOTS:
         QVERIFY(desk.document.root().value() == sample());
     }
 
-    void deletesWithoutUndoEntryNothing() {
+    void registersNothingWhereNothingIsDeleted() {
         ActionsDesk desk(letters());
         desk.actions.deleteSelected();
         QCOMPARE(desk.history(), QStringLiteral("0 , +0"));

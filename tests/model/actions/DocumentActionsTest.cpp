@@ -160,7 +160,8 @@ private Q_SLOTS:
             desk.actions.drop({&transfer, 1}, 1, DocumentActions::DragOrigin::thisProcess);
         });
         add("revert", [](ActionsDesk& desk) {
-            desk.actions.editor().replaceContent({sample(), PlistFormat::xml}, {});
+            desk.actions.editor().replaceContent(PlistNode::create({}, sample()), PlistFormat::xml,
+                                                 {});
         });
         add("expand", [](ActionsDesk& desk) { desk.actions.expandAll(); });
         add("collapse", [](ActionsDesk& desk) { desk.actions.collapseAll(); });

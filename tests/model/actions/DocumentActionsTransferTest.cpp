@@ -77,7 +77,7 @@ private Q_SLOTS:
                  QStringLiteral("name=0, items=[1, 2], more={b: 5, a: 6}"));
     }
 
-    void copiesOutliveTheDocument() {
+    void keepsCopiesWithoutTheDocument() {
         desk_->select({{2}});
         const PlistTransfer transfer = desk_->actions.copy();
         desk_.reset();
@@ -87,7 +87,7 @@ private Q_SLOTS:
     }
 
     /// What waits on the clipboard holds no large file in memory.
-    void copiesLetGoOfTheFile() {
+    void letsGoOfTheFileInCopies() {
         const std::vector<PlistValue> items = {
             PlistValue::string("a text that is too long to lie in place"),
             PlistValue::data(std::vector<std::uint8_t>(10'000'000))};

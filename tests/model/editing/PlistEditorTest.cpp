@@ -435,7 +435,8 @@ private Q_SLOTS:
         desk.editor.changeValue(*desk.at({0}), text("Bob"));
         const PlistNodePtr old(&desk.root());
         const QSignalSpy root(&desk.document, &PlistDocument::rootChanged);
-        desk.editor.replaceContent({number(1), PlistFormat::openStep}, QStringLiteral("Revert"));
+        desk.editor.replaceContent(PlistNode::create({}, number(1)), PlistFormat::openStep,
+                                   QStringLiteral("Revert"));
         QCOMPARE(desk.history(), QStringLiteral("undo 2 Revert, redo 0 , revision +2, changed 2"));
         QVERIFY(desk.document.wasReadOnlyFormat());
         desk.undo.undo();
@@ -455,7 +456,8 @@ private Q_SLOTS:
     void revertsTheFormatToo() {
         Desk desk;
         desk.editor.changeFormat(PlistFormat::binary);
-        desk.editor.replaceContent({number(1), PlistFormat::xml}, QStringLiteral("Revert"));
+        desk.editor.replaceContent(PlistNode::create({}, number(1)), PlistFormat::xml,
+                                   QStringLiteral("Revert"));
         QCOMPARE(desk.document.format(), PlistFormat::xml);
         desk.undo.undo();
         QCOMPARE(desk.document.format(), PlistFormat::binary);

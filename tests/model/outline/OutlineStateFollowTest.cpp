@@ -66,7 +66,8 @@ private Q_SLOTS:
         ActionsDesk desk(letters());
         desk.document.apply(fileOf(7));
         QCOMPARE(desk.rows(), ActionsDesk::lines({": array [-]", "  0 7"}));
-        desk.actions.editor().replaceContent(fileOf(8), QStringLiteral("Revert"));
+        desk.actions.editor().replaceContent(PlistNode::create({}, fileOf(8).root),
+                                             PlistFormat::xml, QStringLiteral("Revert"));
         QCOMPARE(desk.rows(), ActionsDesk::lines({": array [-]", "  0 8"}));
         desk.undo.undo();
         QCOMPARE(desk.rows(), ActionsDesk::lines({": array [-]", "  0 7"}));

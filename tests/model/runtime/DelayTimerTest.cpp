@@ -20,7 +20,9 @@ private Q_SLOTS:
         clock.start();
         timer.start(delay, [&calls] { ++calls; });
         QCOMPARE(calls, 0);
+        QVERIFY(timer.isRunning());
         QTRY_COMPARE(calls, 1);
+        QVERIFY(!timer.isRunning());
         QVERIFY(milliseconds(clock.elapsed()) >= delay);
         timer.stop();
     }

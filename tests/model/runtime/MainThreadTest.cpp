@@ -30,13 +30,6 @@ class MainThreadTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void knowsTheMainThread() {
-        QVERIFY(MainThread::isCurrent());
-        bool isCurrent = true;
-        std::thread([&isCurrent] { isCurrent = MainThread::isCurrent(); }).join();
-        QVERIFY(!isCurrent);
-    }
-
     void passesOnTheMainThread() {
         const BrokenRule broken;
         QVERIFY(!broken.of([] { MainThread::check(); }));

@@ -358,7 +358,8 @@ private Q_SLOTS:
     void searchesAReloadedDocumentAgain() {
         const SearchDesk desk(sample());
         QVERIFY(desk.find("ada"));
-        desk.editor.replaceContent({tree(R"(["x", "Ada"])"), PlistFormat::xml}, QString());
+        desk.editor.replaceContent(PlistNode::create({}, tree(R"(["x", "Ada"])")), PlistFormat::xml,
+                                   QString());
         QVERIFY(desk.search->currentNode() == nullptr);
         desk.begin();
         QVERIFY(desk.isDone());

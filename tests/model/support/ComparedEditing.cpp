@@ -218,7 +218,7 @@ void ComparedEditing::replaceContent(const RandomOperation& operation) {
     const PlistFile file{RandomValues::document(choices[1]), anyFormat(choices[2])};
     const QString name = QStringLiteral("Revert");
     describe(QStringLiteral("replace all by ") + TreeText::whole(file.root));
-    editor_.replaceContent(file, name);
+    editor_.replaceContent(PlistNode::create({}, file.root), file.format, name);
     reference_.replaceContent(file, name);
 }
 

@@ -14,7 +14,7 @@ public:
     /// Lets time pass, and calls back at the end of it if it is time.
     void advance(std::chrono::milliseconds time);
 
-    bool isRunning() const noexcept { return callback_ != nullptr; }
+    bool isRunning() const override { return callback_ != nullptr; }
 
     /// How often it has called back.
     int callbacks() const noexcept { return callbacks_; }
