@@ -40,10 +40,6 @@ std::vector<PlistValue> valuesOf(const std::vector<PlistEntry>& entries) {
 // Written by hand, because QJsonDocument takes texts as UTF-16 only: a copy of a large document
 // would stand in memory several times over.
 
-void appendView(QByteArray& json, std::string_view text) {
-    json.append(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 void appendEscaped(QByteArray& json, char byte) {
     constexpr std::string_view digits = "0123456789abcdef";
     if (byte == '"' || byte == '\\') {
@@ -68,8 +64,7 @@ void appendString(QByteArray& json, std::string_view text) {
 
 template <typename Items, typename Append>
 void appendArray(QByteArray& json, QLatin1String member, const Items& items, const Append& append) {
-    appendView(json, {member.data(), static_cast<std::size_t>(member.size())});
-    json.append("\":[");
+    json.append(member.data()).append("\":[");
     bool isFirst = true;
     for (const auto& item : items) {
         if (!std::exchange(isFirst, false)) {
@@ -98,8 +93,7 @@ QByteArray nodesData(const PlistTransfer& transfer) {
 
 QByteArray xmlData(const PlistTransfer& transfer) {
     const PlistBytes xml = PlistCodec::write(transfer.value(), PlistFormat::xml);
-    const std::string_view view = xml.view();
-    return {view.data(), static_cast<qsizetype>(view.size())};
+    return QByteArrayView(xml.view()).toByteArray();
 }
 
 // --- Import ---

@@ -7,7 +7,6 @@
 #include <functional>
 #include <numeric>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -170,7 +169,7 @@ void putIn(const Places& place) {
 
 enum class Direction : std::uint8_t { in, out };
 
-/// Puts the nodes in their places, or takes them out, by turns.
+/// Inserts the nodes at their places and removes them, alternately.
 auto comeAndGo(std::vector<Places> places, Direction first) {
     return [places = std::move(places), direction = first]() mutable {
         for (const Places& place : places) {
@@ -190,9 +189,8 @@ auto comeAndGo(std::vector<Places> places, Direction first) {
 
 QString PlistEditor::EditError::message() const {
     if (const auto* duplicate = std::get_if<DuplicateKey>(&reason_)) {
-        const std::string_view key = duplicate->key.view();
         return QCoreApplication::translate("EditError", "The key “%1” already exists.")
-            .arg(QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size())));
+            .arg(QString::fromUtf8(duplicate->key.view()));
     }
     return QCoreApplication::translate("EditError",
                                        "The root cannot be renamed, moved or deleted.");
@@ -332,7 +330,7 @@ void PlistEditor::addCopies(std::span<const Copy> copies) const {
     for (Places& place : places) {
         for (std::size_t i = 0; i < place.nodes.size(); ++i) {
             place.nodes[i] = copyOf[place.nodes[i].get()];
-            // Behind its original, and behind the copies before it.
+            // After its original, and after the copies before it.
             place.positions[i] += i + 1;
         }
     }

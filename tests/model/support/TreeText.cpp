@@ -18,17 +18,13 @@ namespace {
 
 constexpr int stepsPerLevel = 2;
 
-QString fromView(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 QString indentation(qint64 depth) {
     return QString(static_cast<qsizetype>(depth * stepsPerLevel), QLatin1Char(' '));
 }
 
 QString content(PlistNode& node) {
     const QString scalar = TreeText::ofValue(node.scalar());
-    return QStringLiteral("%1: %2").arg(fromView(node.key().view()), scalar);
+    return QStringLiteral("%1: %2").arg(QString::fromUtf8(node.key().view()), scalar);
 }
 
 // --- From text to values ---
@@ -161,7 +157,7 @@ PlistValue tree(std::string_view text) {
 QString TreeText::ofValue(const PlistValue& value) {
     switch (value.type()) {
         case PlistType::string:
-            return QLatin1Char('"') + fromView(value.text()) + QLatin1Char('"');
+            return QLatin1Char('"') + QString::fromUtf8(value.text()) + QLatin1Char('"');
         case PlistType::integer:
             return QString::fromStdString(plist::decimalText(value.integerValue()));
         case PlistType::real:
@@ -182,7 +178,7 @@ QString TreeText::ofValue(const PlistValue& value) {
         case PlistType::array:
             break;
     }
-    return fromView(rawValue(value.type()));
+    return QString::fromUtf8(rawValue(value.type()));
 }
 
 QString TreeText::whole(const PlistValue& value) {
@@ -193,8 +189,9 @@ QString TreeText::whole(const PlistValue& value) {
     QStringList parts;
     for (std::size_t i = 0; i < value.childCount(); ++i) {
         const QString child = whole(value.children()[i]);
-        parts +=
-            isDictionary ? fromView(value.keys()[i].view()) + QStringLiteral(": ") + child : child;
+        parts += isDictionary
+                     ? QString::fromUtf8(value.keys()[i].view()) + QStringLiteral(": ") + child
+                     : child;
     }
     const QString inside = parts.join(QStringLiteral(", "));
     return isDictionary ? QStringLiteral("{%1}").arg(inside) : QStringLiteral("[%1]").arg(inside);
