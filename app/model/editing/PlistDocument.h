@@ -21,7 +21,7 @@ public:
     ~PlistDocument() override;
 
     /// The types of files that can be opened, in the order in which they are offered: the general
-    /// one, its XML and its binary form, and three that are told apart by their use.
+    /// one, its XML and its binary form, and three named for what they are used for.
     static QStringList readableContentTypes();
 
     /// The types that can be saved as. The format written does not depend on the type.
@@ -86,7 +86,7 @@ Q_SIGNALS:
     void revisionChanged();
     void wasReadOnlyFormatChanged();
 
-    /// The tree is another than before the outermost editing bracket: time to rebuild the rows.
+    /// The tree has changed since the outermost editing bracket opened: time to rebuild the rows.
     void treeChanged();
 
     /// A node of the tree has changed; see `PlistNodeObserver`. `node` lives at least as long as

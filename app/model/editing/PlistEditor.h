@@ -47,18 +47,18 @@ public:
     /// Sets the format for saving; does nothing for the OpenStep form, which can only be read.
     void changeFormat(PlistFormat format) const;
 
-    /// Puts new nodes before the child at `index`, at the end for too large a one. Keys are taken
-    /// as they are. Does nothing if `parent` is a scalar.
+    /// Inserts new nodes before the child at `index`, or at the end if it is too large. Keys are
+    /// used as they are. Does nothing if `parent` is a scalar.
     void add(std::span<const PlistNodePtr> nodes, PlistNode& parent, qint64 index) const;
 
-    /// A new node, and the one that it shall stand directly behind.
+    /// A new node, and the one that it is placed directly after.
     struct Copy {
         PlistNodePtr original;
         PlistNodePtr copy;
     };
 
-    /// Puts each copy behind its original; all originals have parents and differ. Keys are taken as
-    /// they are. Counts one revision for each copy, but costs in proportion to the siblings.
+    /// Inserts each copy after its original; all originals have parents and differ. Keys are used
+    /// as they are. Counts one revision for each copy, but costs in proportion to the siblings.
     void addCopies(std::span<const Copy> copies) const;
 
     /// Takes nodes out of the tree; the root is skipped.

@@ -63,8 +63,8 @@ QString UndoManager::redoActionName() const {
 
 // --- Back and forth ---
 
-/// The documents of some registrations while they are edited: each tells of one change when this
-/// ends, whatever the number of handlers.
+/// The documents of some registrations while they are edited: each reports one change when this
+/// ends, however many handlers ran.
 class UndoManager::EditedDocuments {
 public:
     explicit EditedDocuments(const std::vector<Registration>& registrations) {
@@ -106,7 +106,7 @@ void UndoManager::takeBack(std::vector<Group>& from, std::vector<Group>& to) {
     const bool wasModified = isModified();
     Group group = std::move(from.back());
     from.pop_back();
-    // Who hears of the change may edit at once: by then all is in its place.
+    // Listeners may edit at once: by then everything is in its place.
     const EditedDocuments documents(group.registrations);
     isTakingBack_ = true;
     try {

@@ -16,8 +16,8 @@ class PlistDocument;
 /// is registered while undoing becomes the redo, so redo needs no code of its own. (A stack of
 /// commands that are only replayed could not take these registrations.)
 ///
-/// Every state of the document has a token, which tells whether it is the saved one, wherever in
-/// the past or the future that lies.
+/// Every state of the document has a token, by which the saved state is recognised wherever it lies
+/// in the past or the future.
 class UndoManager : public QObject {
     Q_OBJECT
 
@@ -28,7 +28,7 @@ public:
     explicit UndoManager(QObject* parent = nullptr);
     ~UndoManager() override;
 
-    /// Groups may stand inside each other and melt into the outermost, which becomes one entry when
+    /// Groups may be nested and merge into the outermost, which becomes one entry when
     /// it ends, and none if nothing was registered in it. A new entry ends what can be redone.
     void beginGroup();
     void endGroup();
@@ -59,8 +59,8 @@ public:
     /// Forgets all entries, and with them the nodes that they keep. Not inside an open group.
     void clear();
 
-    /// The token of the state that the document is in. A new entry makes a new one; undo and redo
-    /// come back to earlier ones.
+    /// The token of the current state of the document. A new entry creates a new one; undo and redo
+    /// return to earlier ones.
     State state() const noexcept { return state_; }
 
     /// Remembers which state is the one on disk: the token that was current when the snapshot for

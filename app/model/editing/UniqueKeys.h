@@ -22,8 +22,8 @@ public:
 
     bool isTaken(const PlistString& key) const { return taken_.contains(key); }
 
-    /// `wanted` if it is free, else with a blank and the first number from 2 on that makes it so.
-    /// The result is taken from then on.
+    /// `wanted` if it is free, else followed by a space and the first number from 2 on that makes
+    /// it so. The result is taken from then on.
     PlistString take(const PlistString& wanted);
 
 private:

@@ -8,11 +8,11 @@
 #include "app/model/tree/PlistNodeObserver.h"
 #include "app/model/tree/PlistNodePtr.h"
 
-/// What has changed in a tree since its rows were made, as far as that tells which rows are to be
-/// made anew.
+/// What has changed in a tree since its rows were made, as far as that decides which rows have to
+/// be rebuilt.
 class OutlineChanges {
 public:
-    /// The row of `node`, and those below it, may be others now.
+    /// The row of `node`, and those below it, may have changed.
     void add(PlistNode& node);
 
     /// The same for a change that the tree reports.
@@ -24,8 +24,8 @@ public:
     bool isEmpty() const noexcept { return nodes_.empty() && !areMany_; }
     void clear();
 
-    /// The lowest node whose row and those below it include all that may be others; null if nothing
-    /// that is shown has changed. The root where there are many changes.
+    /// The lowest node whose row and those below it include all that may have changed; null if
+    /// nothing that is shown has changed. The root where there are many changes.
     PlistNode* top(PlistNode& root, const NodeIdSet& expanded) const;
 
 private:

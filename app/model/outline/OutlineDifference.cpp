@@ -33,7 +33,7 @@ bool showSameNode(const OutlineRow& left, const OutlineRow& right) {
 }
 
 bool isAmong(std::span<const OutlineRow> rows, std::size_t firstRow, const OutlineRow& row) {
-    // Wraps for a hint before the rows, to a number far behind them.
+    // Wraps around for a hint before the rows, to a number far past their end.
     const std::size_t place = static_cast<std::size_t>(row.node().rowHint()) - firstRow;
     return place < rows.size() && showSameNode(rows[place], row);
 }

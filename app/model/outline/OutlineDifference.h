@@ -26,7 +26,7 @@ struct OutlineDifference {
     /// The rows of equal nodes that show something else than before, as one range.
     std::optional<Range> changed;
 
-    /// Compares in one pass. The row hints of the nodes must tell of `newRows`, the first of which
+    /// Compares in one pass. The row hints of the nodes must refer to `newRows`, the first of which
     /// has the number `firstRow`, and the nodes of `oldRows` must be alive. All numbers of the
     /// result count from the first of the rows compared.
     static OutlineDifference between(std::span<const OutlineRow> oldRows,

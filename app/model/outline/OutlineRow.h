@@ -29,10 +29,10 @@ public:
           isExpanded_(isExpanded),
           hasNewContent_(hasNewContent) {}
 
-    /// The deepest level that a row can tell.
+    /// The deepest level that a row can hold.
     static constexpr std::uint32_t maximumDepth = (std::uint32_t{1} << 28) - 1;
 
-    /// Valid while the row stands in its outline; the outline keeps the node alive.
+    /// Valid while the row is part of its outline, which keeps the node alive.
     PlistNode& node() const noexcept { return *node_; }
     NodeId nodeId() const noexcept { return id_; }
 

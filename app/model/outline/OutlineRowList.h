@@ -7,11 +7,11 @@
 #include "app/model/outline/OutlineRow.h"
 #include "app/model/tree/PlistNodeObserver.h"
 
-/// The rows of an outline together with a share of each node that they show, so that a node which
-/// has left the tree lives until its row has gone too.
+/// The rows of an outline, each holding a reference to its node, so that a node which has left the
+/// tree lives until its row is removed too.
 ///
-/// Shares are taken and given back only for rows that come and go: the cost of an edit among a
-/// million rows does not include a million counts.
+/// References are counted only for rows that are added or removed: an edit among a million rows
+/// does not touch a million counts.
 class OutlineRowList {
 public:
     OutlineRowList() noexcept = default;
@@ -21,16 +21,16 @@ public:
 
     const std::vector<OutlineRow>& rows() const noexcept { return rows_; }
 
-    /// Puts other rows in place of all.
+    /// Replaces all rows.
     void reset(std::vector<OutlineRow> rows);
 
-    /// Puts other rows in place of those from `first` up to `end`.
+    /// Replaces the rows from `first` up to, but not including, `end`.
     void replace(std::size_t first, std::size_t end, std::vector<OutlineRow> rows);
 
-    /// Takes out the rows from `first` up to, but without, `end`.
+    /// Removes the rows from `first` up to, but not including, `end`.
     void remove(std::size_t first, std::size_t end);
 
-    /// Puts `rows` before the row with the number `place`.
+    /// Inserts `rows` before the row with the number `place`.
     void insert(std::size_t place, std::span<const OutlineRow> rows);
 
     /// Gives the children of the row with the number `parent` their numbers from the row `start`

@@ -19,7 +19,7 @@ bool isOpenArray(const OutlineRow& row) {
     return row.isExpanded() && row.node().type() == PlistType::array;
 }
 
-/// The given nodes without those that stand below others of them.
+/// The given nodes without those below others of them.
 std::vector<PlistNode*> topmost(std::span<const PlistNodePtr> nodes) {
     QSet<const PlistNode*> given;
     for (const PlistNodePtr& node : nodes) {
@@ -38,7 +38,7 @@ std::vector<PlistNode*> topmost(std::span<const PlistNodePtr> nodes) {
     return result;
 }
 
-/// Whether more than `limit` values stand in all at and below the nodes.
+/// Whether there are more than `limit` values in all at and below the nodes.
 bool exceeds(std::span<PlistNode* const> nodes, std::uint64_t limit) {
     std::vector<PlistValue> values;
     values.reserve(nodes.size());
@@ -156,7 +156,7 @@ void OutlineState::rebuildRows() {
     pruneSelection();
 }
 
-/// Makes only those rows anew that the noted changes may have made others.
+/// Rebuilds only the rows that the noted changes may have affected.
 void OutlineState::update() {
     PlistNode* top = root_ ? changes_.top(*root_, expanded_) : nullptr;
     if (filter_ || hintCorrections_.isFull()) {
@@ -185,7 +185,7 @@ void OutlineState::updateBelow(PlistNode& top) {
     }
 }
 
-/// Makes the row with the number `first` and those below it anew.
+/// Rebuilds the row with the number `first` and those below it.
 void OutlineState::updateSegment(std::size_t first) {
     const Signposter::Interval interval("Rows");
     const std::size_t oldEnd = endOfSegment(first);
@@ -199,8 +199,8 @@ void OutlineState::updateSegment(std::size_t first) {
     applyDifference(std::move(fresh), first, oldEnd - first);
 }
 
-/// Takes out, or makes, the rows of those children of an array that have gone or come, and numbers
-/// the items behind them anew.
+/// Removes or makes the rows of those children of an array that were removed or added, and
+/// renumbers the items after them.
 void OutlineState::updateRun(std::size_t parentRow, const PlistNodeRun& run) {
     const Signposter::Interval interval("Rows");
     const Row& parent = rows()[parentRow];

@@ -20,10 +20,10 @@ class PlistDocument;
 /// containers are expanded, which rows are selected, which cell is being edited, and which nodes a
 /// search leaves visible. Belongs to the main thread.
 ///
-/// `rebuild` makes the rows anew. With `follow` that happens once after each change of the tree,
-/// and only for the part of the rows in which something has changed. They are compared by node with
-/// those before, and the signals tell the smallest difference, each with an "about to" before
-/// `rows()` changes and a partner after it, as an item model needs them:
+/// `rebuild` makes the rows from the tree. With `follow` that happens once after each change of the
+/// tree, and only for the part of the rows in which something has changed. They are compared by
+/// node with those before, and the signals report the smallest difference, each with an "about to"
+/// before `rows()` changes and a partner after it, as an item model needs them:
 /// - a new root: one reset;
 /// - else at most one removal and then one insertion;
 /// - or, when rows in between stay or change places, one rearrangement;
@@ -66,13 +66,14 @@ public:
     /// The visible rows from top to bottom. Valid until the next change.
     const std::vector<Row>& rows() const noexcept { return rows_.rows(); }
 
-    /// Makes the rows anew from the tree. A root other than before starts expanded, takes over the
+    /// Makes the rows from the tree. A root other than before starts expanded, takes over the
     /// expansion of the old one wherever the same keys and positions lead, and clears selection
     /// and editing. Costs in proportion to the rows; collapsed parts are never touched.
     void rebuild(PlistNode& root);
 
     /// Shows a document: rebuilds now, and brings the rows up to date whenever an edit, an undo
-    /// step or a new root has made its tree another one. Once, and until either of the two is gone.
+    /// step or a new root has changed its tree. To be called once; lasts until either of the two is
+    /// destroyed.
     void follow(PlistDocument& document);
 
     /// The tree that the rows were made from; null before the first `rebuild`.
@@ -90,8 +91,8 @@ public:
     std::optional<int> rowOf(const PlistNode& node) const;
     std::optional<int> rowForId(NodeId id) const;
 
-    /// As `rowOf`, told from the node alone: at once also for a node without a row. Right while no
-    /// other outline shows the same nodes.
+    /// As `rowOf`, but by the node's hint alone: fast also for a node without a row. Reliable while
+    /// no other outline shows the same nodes.
     std::optional<int> hintedRowOf(const PlistNode& node) const;
 
     const std::optional<EditingField>& editing() const noexcept { return editing_; }
@@ -137,8 +138,8 @@ Q_SIGNALS:
     void rowsAboutToBeInserted(int first, int last);
     void rowsInserted();
 
-    /// Rows come, go and change places in one step. The receiver keeps what it wants to follow by
-    /// node and asks `rowOf` afterwards.
+    /// Rows are added, removed and moved in one step. The receiver remembers by node what it wants
+    /// to follow, and asks `rowOf` afterwards.
     void rowsAboutToBeRearranged();
     void rowsRearranged();
 
@@ -172,7 +173,7 @@ private:
     PlistNodePtr root_;
     OutlineRowList rows_;
     OutlineChanges changes_;              ///< since the rows were made
-    RowHintCorrections hintCorrections_;  ///< since a node was told its row
+    RowHintCorrections hintCorrections_;  ///< since the nodes were given their hints
     NodeIdSet selection_;
     NodeIdSet expanded_;
     std::optional<NodeIdSet> filter_;

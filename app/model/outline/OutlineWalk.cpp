@@ -45,7 +45,7 @@ std::vector<OutlineRow> OutlineWalk::run(const OutlineRow& parent, const PlistNo
     node.clear(PlistNode::touched);
     const auto depth = static_cast<std::uint32_t>(parent.depth());
     const auto first = static_cast<std::uint32_t>(run.first);
-    // The children behind the run are none of this walk.
+    // The children after the run keep their rows.
     const std::span<const PlistNodePtr> children = node.children().first(run.first + run.added);
     openContainers_.push_back({children, first, depth + 1, node.type()});
     addOpenContainers();

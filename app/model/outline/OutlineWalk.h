@@ -24,7 +24,7 @@ public:
     std::vector<OutlineRow> rows(PlistNode& root, std::size_t expectedCount);
 
     /// The row of one node and those below it. `top` is its row up to now, of which only expansion
-    /// and content may be others; its number stays `number`. Not for the root.
+    /// and content may have changed; its number stays `number`. Not for the root.
     std::vector<OutlineRow> segment(const OutlineRow& top, std::size_t number);
 
     /// The rows of the children that have come to the array in the row `parent`, and of what is

@@ -4,8 +4,9 @@
 #include <optional>
 #include <vector>
 
-/// How rows have moved since their nodes were told their numbers: where rows came and went in the
-/// middle, those behind them have other numbers, which nobody writes into a million nodes.
+/// How rows have moved since their nodes were given their numbers as hints: where rows are added or
+/// removed in the middle, all that follow have new numbers, which nobody writes into a million
+/// nodes.
 class RowHintCorrections {
 public:
     /// The most moves that are remembered. Looking for a node without a row costs their square.
@@ -13,17 +14,16 @@ public:
 
     bool isFull() const noexcept { return shifts_.size() >= limit; }
 
-    /// All nodes know their numbers.
+    /// All hints are right.
     void clear() noexcept { shifts_.clear(); }
 
-    /// The rows from `row` on have moved by `distance`; those before it know their numbers or have
-    /// moved earlier.
+    /// The rows from `row` on have moved by `distance`.
     void add(std::size_t row, std::ptrdiff_t distance) {
         shifts_.push_back({static_cast<std::ptrdiff_t>(row), distance});
     }
 
-    /// The number that the row once called `hint` has now, as far as `isRight` says so of one: it
-    /// is not known after which of the moves the hint was given.
+    /// The number that the row with the number `hint` has now: the first candidate that `isRight`
+    /// accepts, since it is not known after which of the moves the hint was given.
     template <typename Predicate>
     std::optional<int> find(int hint, const Predicate& isRight) const {
         for (std::size_t given = shifts_.size() + 1; given > 0; --given) {

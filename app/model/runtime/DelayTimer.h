@@ -14,13 +14,13 @@ public:
     virtual ~DelayTimer() = default;
 
     /// Calls `callback` on the caller's thread, never before `delay` has passed and never from
-    /// within this call. Replaces a callback that is still to come.
+    /// within this call. Replaces a pending callback.
     virtual void start(std::chrono::milliseconds delay, std::function<void()> callback);
 
-    /// Takes back the callback that is still to come, if any.
+    /// Cancels the pending callback, if any.
     virtual void stop();
 
-    /// Whether a callback is still to come.
+    /// Whether a callback is pending.
     virtual bool isRunning() const { return timer_.isActive(); }
 
 private:

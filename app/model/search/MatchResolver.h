@@ -24,7 +24,7 @@ struct MatchedNodes {
 };
 
 /// Finds the nodes of matches, all at once or some at a time: a million of them take longer than a
-/// window may leave its user without an answer. Belongs to the main thread.
+/// window may stay unresponsive. Belongs to the main thread.
 class MatchResolver {
 public:
     /// The most nodes that are made on the way to the matches. A container makes all its children

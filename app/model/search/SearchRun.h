@@ -9,7 +9,7 @@
 #include "app/model/runtime/Plist.h"
 
 /// One search through a value, on a thread of its own. It begins at once and ends soon after this
-/// object is destroyed, which waits for it: a search looks for the wish to stop at every value.
+/// object is destroyed, which waits for it: a search checks for a stop request at every value.
 /// Belongs to the main thread.
 class SearchRun : public QObject {
     Q_OBJECT

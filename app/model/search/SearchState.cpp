@@ -16,7 +16,7 @@ namespace {
 /// A turn of the event loop with so many takes some milliseconds.
 constexpr std::size_t stepsPerTurn = 50'000;
 
-bool isBlank(QChar character) {
+bool isSpaceOrTab(QChar character) {
     return character == QLatin1Char(' ') || character == QLatin1Char('\t');
 }
 
@@ -37,7 +37,7 @@ SearchState::SearchState(PlistDocument& document, std::unique_ptr<DelayTimer> ti
 
 SearchState::~SearchState() = default;
 
-// --- What is sought ---
+// --- The query ---
 
 void SearchState::setQuery(const QString& query) {
     MainThread::check();
@@ -49,14 +49,14 @@ void SearchState::setQuery(const QString& query) {
     update();
 }
 
-// Spaces and tabs alone: line breaks and other blanks can be meant.
+// Spaces and tabs alone: line breaks and other whitespace can be meant.
 QString SearchState::trimmedQuery() const {
     qsizetype begin = 0;
     qsizetype end = query_.size();
-    while (begin < end && isBlank(query_[begin])) {
+    while (begin < end && isSpaceOrTab(query_[begin])) {
         ++begin;
     }
-    while (end > begin && isBlank(query_[end - 1])) {
+    while (end > begin && isSpaceOrTab(query_[end - 1])) {
         --end;
     }
     return query_.mid(begin, end - begin);
@@ -110,8 +110,8 @@ void SearchState::search() {
 
 void SearchState::finish() {
     std::optional<PlistMatches> found = run_->takeMatches();
-    // Not at once: it is the sender. And not later than here: whoever hears of the results may
-    // start the next search.
+    // Not at once: it is the sender. And not later than here: listeners may start the next
+    // search.
     run_.release()->deleteLater();
     if (document_.treeVersion() != searchedVersion_) {
         beginPause();

@@ -18,18 +18,18 @@ class MatchResolver;
 class PlistDocument;
 class PlistNode;
 
-/// The search of one window: what is sought, which nodes match, which nodes stay visible, and at
-/// which match the user is. Belongs to the main thread.
+/// The search of one window: the query, the nodes that match, the nodes that stay visible, and the
+/// current match. Belongs to the main thread.
 ///
 /// Keeps itself up to date: the search runs again whenever the query or the content of the document
-/// becomes another one, after a pause in which typing may go on, and on a thread of its own. Until
-/// it has come to its end, and if it never does, the results before stay. A rename or an undone
+/// changes, after a pause in which typing may go on, and on a thread of its own. Until it has
+/// finished, and if it never does, the previous results stay. A rename or an undone
 /// sort alone does not start a search, but one that runs meanwhile starts over, because its places
 /// may name other nodes by now.
 ///
 /// Each signal of a property fires only when the property is set to a different value, and when all
-/// of them have been set; `visibleIDsChanged` comes before `currentMatchChanged`, so that whoever
-/// reveals the current match finds its row.
+/// of them have been set; `visibleIDsChanged` comes before `currentMatchChanged`, so that a
+/// listener that reveals the current match finds its row.
 class SearchState : public QObject {
     Q_OBJECT
 
@@ -77,7 +77,7 @@ public:
     qint64 focusRequest() const noexcept { return focusRequest_; }
     void requestFocus();
 
-    /// Whether the results are still to come: the pause or the search is under way.
+    /// Whether new results are pending: the pause or the search is under way.
     bool isUpdating() const;
 
 Q_SIGNALS:

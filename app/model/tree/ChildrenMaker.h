@@ -10,8 +10,7 @@
 class PlistNode;
 
 /// Makes the children of a node and finds out which of their keys are repeated, some at a time:
-/// with a million of them each of the two takes longer than a window may leave its user without an
-/// answer.
+/// with a million of them each of the two takes longer than a window may stay unresponsive.
 ///
 /// The node has none of the children before all are made. Belongs to the main thread.
 class ChildrenMaker {

@@ -121,13 +121,12 @@ public:
     /// Puts captured content back. Child nodes that are here now and not in it lose their parent.
     void restore(const Representation& representation);
 
-    /// Who hears of the changes of this node and all below it, while it has no parent. Null for
-    /// nobody. The observer must outlive the node or be taken away. Giving the node a parent takes
-    /// it away too.
+    /// Sets the observer of this node and all below it, while it has no parent. Null for none. The
+    /// observer must outlive the node or be taken away. Giving the node a parent takes it away too.
     void setObserver(PlistNodeObserver* observer);
 
-    /// Number of the row that showed this node last, or -1: a hint to be checked by whoever keeps
-    /// the rows. One outline at a time shows a tree.
+    /// The number of the row that last showed this node, or -1: a hint, to be checked against the
+    /// rows. One outline at a time shows a tree.
     int rowHint() const noexcept { return rowHint_; }
 
 private:
