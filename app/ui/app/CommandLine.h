@@ -4,12 +4,12 @@
 #include <QStringList>
 #include <span>
 
-/// What the program was asked to do when it was started.
+/// What the program was asked to do on its command line.
 struct CommandLine {
     /// The files to open.
     QStringList paths;
 
-    /// Where to leave a picture of the window that shows the only file; empty for none.
+    /// Where to save a screenshot of the window that shows the only file; empty for none.
     QString picturePath;
 
     /// Whether the arguments only ask for something to be printed, which needs no display.

@@ -9,8 +9,8 @@
 #include "app/desktop/recovery/RecoverableDocument.h"
 #include "app/desktop/saving/SafetyCopy.h"
 
-/// Looks for what a crash has left, and asks what shall become of it: the old content of files
-/// whose saves were interrupted, and documents with unsaved changes.
+/// Looks for what a crash has left, and asks what to do with it: the previous contents of files
+/// whose saving was interrupted, and documents with unsaved changes.
 class CrashRecovery : public QObject {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ public:
     void ask(QWidget& window);
 
 Q_SIGNALS:
-    /// A crash has left something, which is to be asked about.
+    /// A crash has left something to ask about.
     void found();
 
     void recoverChosen(const RecoverableDocument& document);

@@ -15,8 +15,8 @@
 
 namespace {
 
-/// The texts in the sources are English, but say nothing about singular and plural: that is in a
-/// catalogue, which is needed whatever the user's language is.
+/// The texts in the sources are English, but do not tell singular from plural: that is in a
+/// catalogue, which is needed whatever the user's language.
 void loadTexts() {
     auto* translator = new QTranslator(qApp);
     if (translator->load(QStringLiteral(":/i18n/tabulet_en.qm"))) {
@@ -24,7 +24,7 @@ void loadTexts() {
     }
 }
 
-/// Whether a window shows its file, and nobody has done anything to it yet.
+/// Whether a window shows its file, and the user has not done anything to it yet.
 bool isUntouched(DocumentWindow& window) {
     DocumentController& controller = window.controller();
     return controller.activity() == DocumentController::Activity::idle &&
@@ -75,7 +75,7 @@ void TabuletApp::start(const QStringList& paths) {
     } else {
         open(paths);
     }
-    // What is asked then stands over a window, which must have its place for that.
+    // The questions appear over a window, which must be in its place by then.
     DocumentWindow* window = windows_.first();
     connect(window, &DocumentWindow::documentShown, &crashRecovery_, &CrashRecovery::look);
     connect(&window->controller(), &DocumentController::openFailed, &crashRecovery_,
@@ -109,7 +109,7 @@ void TabuletApp::open(const QStringList& paths) {
 }
 
 void TabuletApp::takeOver(const QStringList& paths, const LaunchToken& token) {
-    // The user goes on working.
+    // The user continues to work.
     isQuitting_ = false;
     token.useForNextWindow();
     DocumentWindow* window = nullptr;
@@ -220,7 +220,7 @@ void TabuletApp::endWithoutAsking() {
 }
 
 bool TabuletApp::eventFilter(QObject* watched, QEvent* event) {
-    // The end of the desktop's session; what the user ends here has been asked about already.
+    // The desktop's session ends; where the user quits, the questions have been asked already.
     if (watched == qApp && event->type() == QEvent::Quit) {
         endWithoutAsking();
         return true;
@@ -240,7 +240,7 @@ void TabuletApp::quit() {
 void TabuletApp::forget(QObject* window) {
     windows_.removeIf([window](const DocumentWindow* one) { return one == window; });
     if (isQuitting_) {
-        // Not from within the end of the window before.
+        // Not from within the destructor of the window before.
         QTimer::singleShot(0, this, &TabuletApp::quit);
     }
 }

@@ -22,8 +22,8 @@ public:
     explicit TabuletApp(QObject* parent = nullptr);
     ~TabuletApp() override;
 
-    /// Names the application, which has the given version, and loads its texts; once, before
-    /// anything is shown.
+    /// Sets the name and the version of the application and loads its texts; once, before anything
+    /// is shown.
     static void setUp(const QString& version);
 
     /// Opens the files, or a new document if there are none.
@@ -31,22 +31,22 @@ public:
 
     DocumentWindow* newDocument();
 
-    /// Opens each file in a window of its own, or brings the window up that shows it already. A
-    /// window whose new document nobody has touched is used for the first.
+    /// Opens each file in a window of its own, or brings the window that shows it already to the
+    /// front. A window with an untouched new document is used for the first.
     void open(const QStringList& paths);
 
-    /// Does what another start of the program has handed over, and brings the last window of that
-    /// to the front. Without files that is a new document that nobody has touched.
+    /// Opens what another start of the program has handed over, and brings the last window of it to
+    /// the front. Without files that is an untouched new document.
     void takeOver(const QStringList& paths, const LaunchToken& token);
 
-    /// Keeps all unsaved documents for the next start and ends, all without a question: the system
-    /// wants the process to go.
+    /// Backs up all unsaved documents for the next start and quits without asking: the system wants
+    /// the process to end.
     void endWithoutAsking();
 
     /// Closes all windows, asking about unsaved changes, until the user refuses.
     void quit();
 
-    /// In the order in which they were made.
+    /// In the order in which they were created.
     const QList<DocumentWindow*>& windows() const noexcept { return windows_; }
 
 protected:

@@ -35,7 +35,7 @@ int showWindows(int argc, char** argv) {
     const QApplication application(argc, argv);
     TabuletApp::setUp(QStringLiteral(TABULET_VERSION));
     QApplication::setWindowIcon(windowIcon());
-    // Those that are meant for the toolkit have been taken out.
+    // The toolkit has taken out its own options.
     const CommandLine commandLine = CommandLine::parse({argv, static_cast<std::size_t>(argc)});
 
     if (!commandLine.picturePath.isEmpty()) {

@@ -9,10 +9,10 @@ class QWidget;
 /// they are closed; the caller connects to them and opens them.
 namespace FileDialogs {
 
-/// Chooses files to open, beginning in `folder`.
+/// Chooses files to open, starting in `folder`.
 QFileDialog* opening(QWidget& window, const QString& folder);
 
-/// Chooses where to save, beginning at `path` or, where that is empty, proposing `name`.
+/// Chooses where to save, starting at `path` or, where that is empty, suggesting `name`.
 QFileDialog* saving(QWidget& window, const QString& path, const QString& name);
 
 }  // namespace FileDialogs

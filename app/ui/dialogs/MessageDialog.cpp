@@ -23,7 +23,7 @@ QMessageBox* makeBox(QWidget& window, QMessageBox::Icon icon, const QString& tex
     box->setTextFormat(Qt::PlainText);
     box->setText(text);
     box->setInformativeText(explanation);
-    // The format of the box holds for its first text only.
+    // The box applies the format to its first text only.
     for (QLabel* label : box->findChildren<QLabel*>()) {
         label->setTextFormat(Qt::PlainText);
     }
@@ -84,14 +84,14 @@ QMessageBox* MessageDialog::askToRestore(QWidget& window, const QString& name) {
     box->setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Open);
     const auto rename = [box](QMessageBox::StandardButton button, const QString& text) {
         box->button(button)->setText(text);
-        // The icon would go with the old text.
+        // The icon belongs to the old text.
         box->button(button)->setIcon({});
     };
     rename(QMessageBox::Yes, translated("Restore"));
     rename(QMessageBox::No, translated("Keep Current"));
     rename(QMessageBox::Open, translated("Show Folder"));
     box->setDefaultButton(QMessageBox::Yes);
-    // What keeps everything as it is.
+    // Leaves everything as it is.
     box->setEscapeButton(QMessageBox::Open);
     box->open();
     return box;

@@ -15,13 +15,13 @@
 
 namespace {
 
-/// Where rows remember the document they stand for.
+/// Where rows remember the number of their document.
 constexpr int numberRole = Qt::UserRole;
 
-/// A width that shows most paths, in device-independent pixels.
+/// Wide enough for most paths, in device-independent pixels.
 constexpr int dialogWidth = 520;
 
-/// What keeps the rows of one document together.
+/// Keeps the lines of one document together.
 constexpr int rowSpacing = 3;
 
 QString placeOf(const RecoverableDocument& document) {

@@ -8,9 +8,9 @@
 class QListWidget;
 class QPushButton;
 
-/// Lists documents that a crash left unsaved, all of them selected, and asks what shall become of
-/// them. Whatever is not recovered or discarded stays for the next start. Deletes itself when it is
-/// closed, as it does when nothing is left in it.
+/// Lists the documents that a crash left unsaved, all of them selected, and asks what to do with
+/// them. Whatever is not recovered or discarded is offered again at the next start. Closes when
+/// nothing is left in it, and deletes itself when it is closed.
 class RecoveryDialog : public QDialog {
     Q_OBJECT
 
@@ -20,7 +20,7 @@ public:
 Q_SIGNALS:
     void recoverChosen(const RecoverableDocument& document);
 
-    /// The user wants to see where this file lies.
+    /// The user wants to see this file in a file manager.
     void showFolderChosen(const QString& path);
 
 private:

@@ -9,12 +9,11 @@ class PlistNode;
 class QMimeData;
 class QWidget;
 
-/// Items that come from the clipboard or out of a drag, from whatever program.
+/// Items from the clipboard or a drag, from whatever program.
 namespace TransferReading {
 
-/// The items in `data`, which are to go into `container`. Nothing if they cannot be read, or would
-/// make a document that nests too deep to be read again, which is explained in `window` below
-/// `headline`.
+/// The items in `data`, for insertion into `container`. Nothing if they cannot be read, or would
+/// nest too deep for the document to be read again; `window` then shows why, below `headline`.
 std::optional<PlistTransfer> read(const QMimeData& data, const PlistNode& container,
                                   QWidget& window, const QString& headline);
 

@@ -5,8 +5,8 @@
 class FormatPicker;
 class SearchField;
 
-/// The toolbar of a document window: adding and deleting items, the format for saving, and the
-/// search field.
+/// The toolbar of a document window: buttons to add and delete items, the format for saving, and
+/// the search field.
 class DocumentToolBar : public QToolBar {
     Q_OBJECT
 

@@ -41,7 +41,7 @@ DocumentView::~DocumentView() {
 }
 
 void DocumentView::makeLayout() {
-    // Both are there together, the empty state above: the table keeps the keyboard, and takes what
+    // Both are visible together, the empty state on top: the table keeps the focus, and takes what
     // is pasted and dropped.
     auto* content = new QStackedLayout;
     content->setStackingMode(QStackedLayout::StackAll);

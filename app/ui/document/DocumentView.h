@@ -15,14 +15,13 @@ class NoticeStrip;
 class PlistDocument;
 class PlistTable;
 
-/// What a window shows of one document: a notice about its format if there is one to give, the
-/// outline or, where nothing is in it yet, an invitation, and the number of matches of a search.
-/// Its toolbar belongs into the window.
+/// What a window shows of one document: the notice about a read-only format, the outline table or
+/// the empty state, and the number of matches of a search. Its toolbar belongs in the window.
 class DocumentView : public QWidget {
     Q_OBJECT
 
 public:
-    /// `document` must outlive the view. Without an undo manager edits cannot be taken back.
+    /// `document` must outlive the view. Without an undo manager edits cannot be undone.
     explicit DocumentView(PlistDocument& document, UndoManager* undoManager = nullptr,
                           QWidget* parent = nullptr);
     ~DocumentView() override;
@@ -31,24 +30,24 @@ public:
     SearchState& search() noexcept { return search_; }
     PlistTable& table() noexcept { return *table_; }
 
-    /// What is painted last when the view is: the rows, or the words that stand for them.
+    /// What is painted last when the view is: the rows, or the empty state.
     QList<QWidget*> paintedWidgets() const;
 
     /// What menu commands act through.
     DocumentActions actions() noexcept { return {document_, outline_, undoManager_.data()}; }
 
     /// Applies the text of an open field and closes it. False if the text is refused; then the
-    /// field says why and stays open. Before the document is saved or closed.
+    /// field says why and stays open. Call it before the document is saved or closed.
     bool commitEditing();
 
-    /// Applies the text of an open field, or drops it if it is refused, and closes the field.
-    /// Before anything else is done to the document.
+    /// Applies the text of an open field, or drops it if it is refused, and closes the field. Call
+    /// it before anything else is done to the document.
     void endEditing();
 
     /// Expands everything, or says why that is too much.
     void expandAll();
 
-    /// Made for the window to place; lives as long as the view unless the window takes it.
+    /// For the window to place; lives as long as the view unless the window takes ownership.
     DocumentToolBar* toolBar() const noexcept { return toolBar_; }
 
 private:

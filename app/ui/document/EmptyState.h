@@ -4,7 +4,7 @@
 
 class QLabel;
 
-/// What a document without items shows in place of rows. Mouse events go to the table below it.
+/// What a document without items shows instead of rows. Mouse events go to the table below it.
 class EmptyState : public QWidget {
     Q_OBJECT
 
@@ -13,7 +13,7 @@ public:
 
     QString text() const;
 
-    /// Frames it while something is held above it that can be dropped.
+    /// Draws a frame while something that can be dropped is dragged over it.
     void setDropTarget(bool isDropTarget);
     bool isDropTarget() const noexcept { return isDropTarget_; }
 

@@ -15,11 +15,11 @@ public:
 
     PlistFormat format() const;
 
-    /// Shows another choice; says nothing to anybody.
+    /// Shows another choice, without a signal.
     void setFormat(PlistFormat format);
 
 Q_SIGNALS:
-    /// The user has chosen.
+    /// The user has chosen a format.
     void formatPicked(PlistFormat format);
 
 private:

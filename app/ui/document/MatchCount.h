@@ -5,7 +5,7 @@
 class SearchState;
 class QLabel;
 
-/// A line below the outline that tells how many matches a search has; only there during a search.
+/// A line below the outline with the number of matches; visible only during a search.
 class MatchCount : public QWidget {
     Q_OBJECT
 

@@ -2,8 +2,8 @@
 
 #include <QLineEdit>
 
-/// The search field of a window. Return goes to the next match, with Shift to the one before;
-/// Escape empties the field, and leaves it when it is empty.
+/// The search field of a window. Return goes to the next match, with Shift to the previous one;
+/// Escape clears the field, or leaves it when it is empty.
 class SearchField : public QLineEdit {
     Q_OBJECT
 
@@ -14,10 +14,10 @@ public:
     void activate();
 
 Q_SIGNALS:
-    /// The user wants to see the match after (1) or before (-1) the current one.
+    /// The user wants to go to the next (1) or the previous (-1) match.
     void stepWanted(int direction);
 
-    /// The user is done here.
+    /// The user leaves the field for the table.
     void left();
 
 protected:

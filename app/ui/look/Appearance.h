@@ -2,12 +2,12 @@
 
 #include "app/desktop/session/ColorScheme.h"
 
-/// Keeps the colours of all windows as the user wants them: where dark windows are wanted and those
-/// of the desktop's theme are light, they get a dark palette of our own, and the theme's again when
-/// that ends. (Qt does not follow this wish by itself before version 6.5.)
+/// Follows the user's wish for dark or light windows: where dark ones are wanted and the desktop's
+/// theme is light, they get a dark palette of our own, until the wish ends. (Qt follows it by
+/// itself from version 6.5 on.)
 class Appearance {
 public:
-    /// Changes the palette of the application if it has to.
+    /// Changes the palette of the application if necessary.
     void follow(ColorScheme::Preference preference);
 
 private:

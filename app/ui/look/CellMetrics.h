@@ -10,16 +10,16 @@ public:
 
     int rowHeight() const noexcept { return rowHeight_; }
 
-    /// How far each level is moved in.
+    /// How far each level is indented.
     int indentation() const noexcept { return scaled(14); }
 
-    /// The edge of the square of the disclosure control, and of the other signs in a cell.
+    /// The size of the disclosure control, and of the other glyphs in a cell, which are square.
     int sign() const noexcept { return scaled(12); }
 
     /// Between the parts of a cell.
     int spacing() const noexcept { return scaled(4); }
 
-    /// Between the edges of a cell and what stands in it.
+    /// Between the edges of a cell and its contents.
     int padding() const noexcept { return scaled(6); }
 
     /// Any length given for a font of 13 pixels.

@@ -8,8 +8,8 @@ namespace DarkPalette {
 
 QPalette make();
 
-/// That of menus, which stand out from the rows that they lie over. Their edge and their check
-/// boxes are seen.
+/// The palette of menus, which stand out from the rows below them: their borders and check boxes
+/// can be seen.
 QPalette forMenus();
 
 }  // namespace DarkPalette

@@ -7,18 +7,17 @@
 
 class QPainter;
 
-/// The few signs that stand among text. They are drawn, not loaded: so they have the colour of the
-/// palette and are sharp at every scale.
+/// The few symbols that appear among text. They are drawn, not loaded, so that they have a colour
+/// of the palette and are sharp at every scale.
 namespace Glyph {
 
 enum class Disclosure : std::uint8_t { collapsed, expanded };
 
-/// A chevron that points on (to the right, or to the left where that is the direction of reading)
-/// or down.
+/// A chevron: collapsed it points in the direction of reading, expanded it points down.
 void paintDisclosure(QPainter& painter, const QRectF& square, const QColor& color,
                      Disclosure disclosure, Qt::LayoutDirection direction);
 
-/// A filled triangle; the exclamation mark in it shows `ground`.
+/// A filled triangle with an exclamation mark in the colour `ground`.
 void paintWarning(QPainter& painter, const QRectF& square, const QColor& color,
                   const QColor& ground);
 

@@ -4,8 +4,8 @@
 
 class QPainter;
 
-/// One of the signs that are drawn (see `Glyph`), in the colour of secondary text. Says nothing to
-/// a screen reader: the text beside it does.
+/// One of the symbols of `Glyph`, in the colour of secondary text. Screen readers skip it: the text
+/// beside it says the same.
 class GlyphLabel : public QWidget {
     Q_OBJECT
 

@@ -2,8 +2,8 @@
 
 #include <QLabel>
 
-/// A label whose text stands back (see `Colors`) and is always plain. It follows the
-/// palette when the desktop changes it.
+/// A label with plain, secondary text (see `Colors`). It follows the palette when the desktop
+/// changes it.
 class SecondaryLabel : public QLabel {
     Q_OBJECT
 

@@ -31,7 +31,7 @@ EditMenu::EditMenu(DocumentView& view, UndoManager& undoManager, PlistCommands& 
         }
     });
     connect(this, &QMenu::aboutToShow, this, &EditMenu::updateItems);
-    // While the menu is closed the keys reach the items, which check.
+    // While the menu is closed the shortcuts reach the items, which check.
     connect(this, &QMenu::aboutToHide, this, [this] {
         updateHistory();
         for (QAction* item : {cut_, copy_, paste_, delete_, selectAll_}) {
@@ -102,7 +102,7 @@ void EditMenu::addClipboard() {
 }
 
 void EditMenu::addSelection() {
-    // The table itself takes the key, which in a text field deletes characters.
+    // No shortcut: the table itself handles the key, which in a text field deletes characters.
     delete_ = add(tr("&Delete"), {}, "edit-delete");
     selectAll_ = add(tr("Select &All"), Qt::CTRL | Qt::Key_A, "edit-select-all");
     connect(delete_, &QAction::triggered, &view_, [this] {

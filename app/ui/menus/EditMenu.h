@@ -8,13 +8,13 @@ class PlistCommands;
 class QAction;
 class UndoManager;
 
-/// The Edit menu of a window: taking edits back and forth, what acts on the selection, and
-/// the search. While a text field has the keyboard, what there is to do with texts goes to it.
+/// The Edit menu of a window: undo and redo, the commands for the selection, and the search. While
+/// a text field has the focus, the commands that it knows go to it.
 class EditMenu : public QMenu {
     Q_OBJECT
 
 public:
-    /// All must outlive the menu or be gone together with the window.
+    /// All must outlive the menu or be deleted together with the window.
     EditMenu(DocumentView& view, UndoManager& undoManager, PlistCommands& commands,
              QWidget* parent);
 
@@ -24,26 +24,26 @@ private:
     void addClipboard();
     void addSelection();
 
-    /// Names and enables what can be taken back: by the document, or while the menu is shown by
-    /// the text field with the keyboard.
+    /// Names and enables Undo and Redo: for the document or, while the menu is shown, for the text
+    /// field with the focus.
     void updateHistory();
     void updateHistoryForField();
     void updateItems();
 
-    /// The text field that has the keyboard, of whatever kind; null if something else has it.
+    /// The text field that has the focus, of whatever kind; null if something else has it.
     QWidget* textField() const;
 
-    /// Has the text field with the keyboard do what it calls `command`; false if there is none.
+    /// Calls the slot `command` of the text field with the focus; false if there is none.
     bool passToTextField(const char* command) const;
 
-    /// The same, if `property` says that the field can.
+    /// The same, if the field's `property` is true.
     bool passIfPossible(const char* property, const char* command) const;
 
     bool hasSelection() const;
 
     DocumentView& view_;
     UndoManager& undoManager_;
-    /// What has the keyboard, or had it before the menu bar took it.
+    /// What has the focus, or had it before the menu bar took it.
     QPointer<QWidget> focused_;
     QAction* undo_ = nullptr;
     QAction* redo_ = nullptr;

@@ -15,7 +15,7 @@ QString titleFor(const QString& path, const QHash<QString, int>& namesakes) {
     const QString title = namesakes[name] > 1 ? FileMenu::tr("%1 (%2)").arg(
                                                     name, FilePath::shown(FilePath::folder(path)))
                                               : name;
-    // A single one would underline the letter behind it.
+    // A single ampersand would underline the letter after it.
     return QString(title).replace(u'&', QStringLiteral("&&"));
 }
 

@@ -4,8 +4,7 @@
 
 class QAction;
 
-/// The File menu of a window, with the files that were used last in a submenu. It only says what
-/// was chosen.
+/// The File menu of a window, with the recent files in a submenu. It only tells what was chosen.
 class FileMenu : public QMenu {
     Q_OBJECT
 
@@ -15,7 +14,7 @@ public:
     /// Whether Save and Save As can be chosen.
     void setSavingEnabled(bool isEnabled);
 
-    /// Whether there is anything to go back to.
+    /// Whether Revert to Saved can be chosen.
     void setRevertEnabled(bool isEnabled);
 
 Q_SIGNALS:

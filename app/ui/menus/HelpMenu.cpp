@@ -20,7 +20,7 @@ QString nameOf(const QKeySequence& keys) {
     return keys.toString(QKeySequence::NativeText);
 }
 
-/// Keys of the table and its fields, and second keys of commands: what no menu tells.
+/// The keys of the table and its fields, and second shortcuts of commands: what no menu shows.
 QList<KeyHelp> keyHelp() {
     const auto pair = [](int one, int other) {
         return HelpMenu::tr("%1 or %2").arg(nameOf(one), nameOf(other));

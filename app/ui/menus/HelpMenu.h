@@ -2,7 +2,7 @@
 
 #include <QMenu>
 
-/// The Help menu of a window: the keys that its menus do not show, and what this program is.
+/// The Help menu of a window: the keyboard shortcuts that its menus do not show, and the About box.
 class HelpMenu : public QMenu {
     Q_OBJECT
 

@@ -3,16 +3,16 @@
 class DocumentActions;
 class QWidget;
 
-/// Items on the clipboard of the desktop.
+/// Copies items to the desktop's clipboard and pastes them from it.
 namespace ItemClipboard {
 
-/// Copies the selected items. Without any the clipboard stays as it is.
+/// Copies the selected items. Without a selection the clipboard stays as it is.
 void copy(const DocumentActions& actions);
 
 /// Copies the selected items and deletes them.
 void cut(const DocumentActions& actions);
 
-/// Whether there is something on the clipboard that may be items, and a place for them.
+/// Whether the clipboard has something that may be items, and there is a place for them.
 bool canPaste(const DocumentActions& actions);
 
 /// Inserts what is on the clipboard; what cannot be read is explained in `window`.

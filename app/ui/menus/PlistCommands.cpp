@@ -19,8 +19,8 @@ bool always(const DocumentActions&) {
 
 PlistCommands::PlistCommands(DocumentView& view, QObject* parent) : QObject(parent), view_(view) {}
 
-// Many desktops keep Ctrl+Alt with an arrow to themselves, to go from one workspace to another:
-// what has such a key has a second one.
+// Many desktops reserve Ctrl+Alt with an arrow for switching workspaces: commands with such a
+// shortcut have a second one.
 void PlistCommands::addEditorItems(QMenu& menu) {
     add(menu, tr("Add &Item"), {Qt::CTRL | Qt::SHIFT | Qt::Key_N}, &DocumentActions::canAddItem,
         &DocumentActions::addItem);
@@ -70,8 +70,8 @@ QAction* PlistCommands::add(QMenu& menu, const QString& title, const QList<QKeyS
             action(view_.actions());
         }
     });
-    // Looked at when somebody looks at the menu: following every change of the selection of a
-    // million rows would cost more. While the menu is closed the keys reach the items, which check.
+    // Checked when the menu is shown: following every change of the selection of a million rows
+    // would cost more. While the menu is closed the shortcuts reach the items, which check.
     connect(&menu, &QMenu::aboutToShow, item,
             [this, item, condition] { item->setEnabled(isAvailable(condition)); });
     connect(&menu, &QMenu::aboutToHide, item, [item] { item->setEnabled(true); });

@@ -12,20 +12,20 @@ class QAction;
 class QIcon;
 class QMenu;
 
-/// The commands of a window that act on the items of its document and on its search. They are all
-/// unavailable while the document is being read. A text field that is open over a cell is applied
+/// The commands of a window that act on the items of its document and on its search. All are
+/// disabled while the document is being read. A text field that is open over a cell is applied
 /// before a command acts; if its text is refused, the field says why and the command does nothing.
 class PlistCommands : public QObject {
     Q_OBJECT
 
 public:
-    /// `view` must outlive the commands or be gone together with the window.
+    /// `view` must outlive the commands or be deleted together with the window.
     explicit PlistCommands(DocumentView& view, QObject* parent = nullptr);
 
     /// Fills the Editor menu.
     void addEditorItems(QMenu& menu);
 
-    /// Adds what finds items; for the end of the Edit menu.
+    /// Adds the find commands, at the end of the Edit menu.
     void addFindItems(QMenu& menu);
 
 private:

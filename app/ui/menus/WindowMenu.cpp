@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The name of the document, with a sign where it has unsaved changes.
+/// The name of the document, with an asterisk where it has unsaved changes.
 QString titleFor(const QWidget& window) {
     QString title = window.windowTitle();
     title.replace(QStringLiteral("[*]"),

@@ -4,7 +4,7 @@
 #include <QMenu>
 #include <functional>
 
-/// The menu of all windows of the application, of which it brings the chosen one up.
+/// The menu of all windows of the application, which brings the chosen one to the front.
 class WindowMenu : public QMenu {
     Q_OBJECT
 

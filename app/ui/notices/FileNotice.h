@@ -3,8 +3,8 @@
 #include "app/desktop/document/ExternalChanges.h"
 #include "app/ui/notices/NoticeStrip.h"
 
-/// The strip that says what other programs have done to the file of a document, and asks what to do
-/// about it. It is there only when there is something to say.
+/// The notice about what other programs have done to the file of a document, with buttons for what
+/// to do about it. It is visible only when there is something to say.
 class FileNotice : public NoticeStrip {
     Q_OBJECT
 
@@ -12,7 +12,7 @@ public:
     /// `follower` outlives the strip.
     explicit FileNotice(const ExternalChanges& follower, QWidget* parent = nullptr);
 
-    /// Shows what trouble there is with the file, which is called `name`.
+    /// Shows the trouble with the file, which is called `name`; hides where there is none.
     void showTrouble(const QString& name);
 
 Q_SIGNALS:

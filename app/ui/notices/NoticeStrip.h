@@ -7,7 +7,7 @@ class QLabel;
 class QPushButton;
 
 /// A strip across a window with something that the user should know about the document, and perhaps
-/// with buttons for what can be done about it.
+/// buttons for what can be done about it.
 class NoticeStrip : public QWidget {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ public:
     void setText(const QString& text);
 
 protected:
-    /// Adds a button at the end; `text` may mark a letter as its key.
+    /// Adds a button at the end; `text` may have a mnemonic.
     QPushButton* addButton(const QString& text);
 
     void paintEvent(QPaintEvent* event) override;

@@ -9,7 +9,7 @@ class ProgressReporter;
 class QLabel;
 
 /// What a window shows while its document is being read: nothing for a moment, so that small files
-/// appear without a flicker, then what goes on and a way to stop it.
+/// appear without flicker, then the progress and a button to cancel.
 class ProgressPage : public QWidget {
     Q_OBJECT
 
@@ -19,10 +19,10 @@ public:
 
     explicit ProgressPage(QWidget* parent = nullptr);
 
-    /// Begins anew, blank, with another text and the progress of another task.
+    /// Starts again, blank, with another text and the progress of another task.
     void start(const QString& text, std::shared_ptr<const ProgressReporter> progress);
 
-    /// Nothing more will be shown.
+    /// Shows nothing any more.
     void stop();
 
 Q_SIGNALS:

@@ -8,13 +8,13 @@ class ProgressBar;
 class ProgressReporter;
 class QLabel;
 
-/// The strip below a document that says that it is being saved. It comes only if that takes a
-/// while, and leaves the document alone.
+/// The strip below a document that says that it is being saved. It appears only if that takes a
+/// while; the document can be edited meanwhile.
 class SaveProgress : public QWidget {
     Q_OBJECT
 
 public:
-    /// After how long the strip comes, in milliseconds.
+    /// After how long the strip appears, in milliseconds.
     static constexpr int delay = 300;
 
     explicit SaveProgress(QWidget* parent = nullptr);
@@ -22,7 +22,7 @@ public:
     /// A document is being saved: `text` says so, and `progress` how far that has come.
     void start(const QString& text, std::shared_ptr<const ProgressReporter> progress);
 
-    /// The user waits for it: `text` says so at once.
+    /// The user is waiting for the save: shows `text` at once.
     void showNow(const QString& text);
 
     void stop();

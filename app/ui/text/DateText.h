@@ -11,8 +11,8 @@ namespace DateText {
 /// time zones mean nothing, are shown in the form "YYYY-MM-DDTHH:MM:SSZ" of the file format.
 QString text(double seconds, const QLocale& locale = QLocale());
 
-/// The locale's long form of a date without the name of the weekday and with a short name of the
-/// month: Qt offers a long and a short form only.
+/// The locale's long form of a date, without the weekday and with the short name of the month: Qt
+/// offers a long and a short form only.
 QString abbreviatedDateFormat(const QLocale& locale);
 
 /// The locale's long form of a time without the name of the time zone.

@@ -19,7 +19,7 @@ QString FileName::safe(const QString& text) {
     while (name.startsWith(u'.')) {
         name.remove(0, 1);
     }
-    // Whole characters go, so that none is cut in two.
+    // Whole characters are removed, so that none is cut in two.
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, name);
     finder.toEnd();
     while (name.left(finder.position()).toUtf8().size() > longestName) {

@@ -2,11 +2,11 @@
 
 #include <QString>
 
-/// Names of files made from texts of documents.
+/// File names made from the text of documents.
 namespace FileName {
 
-/// `text` without what a name of a file cannot or should not have: "/", control characters, dots in
-/// front, and more than 255 bytes of UTF-8. "Untitled" if nothing is left.
+/// `text` without what a file name cannot or should not have: slashes, control characters, leading
+/// dots, and more than 255 bytes of UTF-8. "Untitled" if nothing is left.
 QString safe(const QString& text);
 
 }  // namespace FileName

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Where a line that begins at `begin` ends: after the last blank within the length, or else
+/// Where a line that begins at `begin` ends: after the last whitespace within the length, or else
 /// between two characters.
 qsizetype lineEnd(const QString& text, qsizetype begin) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);

@@ -6,8 +6,8 @@
 
 class QWidget;
 
-/// Tooltips with text from documents: never taken for markup, broken into lines, and cut to what a
-/// person looks at in passing.
+/// Tooltips with text from documents: never taken for markup, broken into lines, and truncated to
+/// what a person reads in passing.
 namespace PlainToolTip {
 
 /// The longest line in characters, and the most lines.
@@ -17,10 +17,10 @@ inline constexpr int lineLimit = 20;
 /// Shows `text` near `position` (on the screen) until the pointer leaves `rect` of `widget`.
 void show(const QPoint& position, const QString& text, const QWidget* widget, const QRect& rect);
 
-/// The text in lines, as it is shown.
+/// The text broken into lines, as it is shown.
 QString wrapped(const QString& text);
 
-/// The markup that shows `text` word for word.
+/// The markup that shows `text` literally.
 QString markup(const QString& text);
 
 }  // namespace PlainToolTip

@@ -16,15 +16,16 @@ QString type(const OutlineRow& row);
 /// The value, or how many items there are.
 QString value(const OutlineRow& row);
 
-/// Whether the key or the value stands back behind what the file holds word for word.
+/// Whether the key or the value is shown as secondary text: it does not stand in the file
+/// literally.
 bool isKeySecondary(const OutlineRow& row);
 bool isValueSecondary(const OutlineRow& row);
 
-/// What is said about a key that another entry has too.
+/// The notice for a key that another entry has too.
 QString duplicateKeyNotice();
 
 /// What a screen reader adds to the key: the level, whether the row is expanded, and whether the
-/// key is there twice.
+/// key is a duplicate.
 QString keyDescription(const OutlineRow& row);
 
 }  // namespace RowText

@@ -40,12 +40,12 @@ void appendMark(QString& line, char16_t unit) {
     } else if (unit == 0x7F) {
         line += QChar(deletePicture);
     } else {
-        // There are no pictures of these: their numbers, as other editors show them.
+        // Unicode has no symbols for these: their code points, as other editors show them.
         line += QStringLiteral("[U+%1]").arg(QString::number(unit, 16).toUpper(), 4, u'0');
     }
 }
 
-/// The beginning of a text that has at most `count` bytes and does not end within a character.
+/// The longest prefix of at most `count` bytes that does not end within a character.
 std::string_view beginning(std::string_view utf8, std::size_t count) {
     while (count > 0 && (static_cast<unsigned char>(utf8[count]) & 0xC0) == 0x80) {
         --count;

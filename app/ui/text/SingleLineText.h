@@ -3,15 +3,15 @@
 #include <QString>
 #include <string_view>
 
-/// Text from documents, made fit to be shown on one line among other text.
+/// Text from documents, for a single line among other text.
 ///
 /// Line breaks and control characters become visible marks. So do the characters that embed,
-/// override or isolate the direction of text and thereby reorder what stands around them. Nothing
-/// else is changed; cells show the result as plain text.
+/// override or isolate the direction of text and thereby reorder what is around them. Nothing else
+/// is changed; cells show the result as plain text.
 namespace SingleLineText {
 
-/// The most bytes of a text that are looked at: several times what fits on a screen, so that
-/// the cost of showing a text does not follow its length.
+/// How many bytes of a text are looked at: several times what fits on a screen, so that showing a
+/// text costs the same whatever its length.
 inline constexpr qsizetype longest = 4000;
 
 /// The line for a text in UTF-8; what is longer than `longest` ends in an ellipsis.

@@ -36,7 +36,7 @@
 
 namespace {
 
-/// A name for the title bar, where "[*]" stands for the sign of unsaved changes.
+/// A name for the title bar, where "[*]" stands for the mark of unsaved changes.
 QString titleFor(QString name) {
     return name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) + QStringLiteral("[*]");
 }
@@ -51,8 +51,8 @@ QStringList localFilesOf(const QMimeData& data) {
     return paths;
 }
 
-/// Whether a dialog is open and asks or tells something of the document below it: one that asks
-/// what to open or to recover does not.
+/// Whether a dialog is open that is about the document below it: one that asks what to open or to
+/// recover is not.
 bool isAboutThisDocument(const QDialog* dialog) {
     const auto* files = qobject_cast<const QFileDialog*>(dialog);
     const bool isOpening = files != nullptr && files->acceptMode() == QFileDialog::AcceptOpen;
@@ -170,7 +170,7 @@ void DocumentWindow::followFile() {
     });
 }
 
-/// Whether the user has begun something that is no edit of the document yet.
+/// Whether the user has begun something that is not an edit of the document yet.
 bool DocumentWindow::hasInput() const {
     return view_->table().isEditing() || findChild<DataPopover*>() != nullptr;
 }
@@ -208,7 +208,7 @@ void DocumentWindow::updateFileMenu() {
 
 void DocumentWindow::dragEnterEvent(QDragEnterEvent* event) {
     if (!localFilesOf(*event->mimeData()).isEmpty()) {
-        // Never a move, after which a file manager would delete what was opened.
+        // Never a move: the file manager would delete the file after it.
         event->setDropAction(Qt::CopyAction);
         event->accept();
     }
@@ -267,7 +267,7 @@ void DocumentWindow::showDocument() {
 }
 
 bool DocumentWindow::eventFilter(QObject* watched, QEvent* event) {
-    // What is painted now is the document: tell when that is done.
+    // The document is being painted now: tell when that is done.
     if (awaitsPaint_ && event->type() == QEvent::Paint && pages_->currentWidget() == view_ &&
         controller().activity() != DocumentController::Activity::reading) {
         awaitsPaint_ = false;

@@ -22,7 +22,7 @@ class QFileDialog;
 class QStackedWidget;
 class QVBoxLayout;
 
-/// The window of one document: menus, toolbar, the document itself, and the questions about saving
+/// The window of one document: menus, toolbar, the document itself, and the dialogs about saving
 /// it. Deletes itself when it is closed.
 class DocumentWindow : public QMainWindow {
     Q_OBJECT
@@ -42,10 +42,10 @@ public:
     /// Reads a file into this window.
     void open(const QString& path);
 
-    /// Brings what a crash left unsaved into this window.
+    /// Recovers what a crash left unsaved in this window.
     void recover(const RecoverableDocument& lost);
 
-    /// Whether the document is there, nothing is asked over it, and nothing is being typed into it.
+    /// Whether the document is shown, no dialog is open over it, and nothing is being typed.
     /// Dialogs that ask what to open or to recover do not count.
     bool isUndisturbed() const;
 
@@ -53,13 +53,13 @@ public:
     void save();
     void saveAs();
 
-    /// Goes back to what the file holds; can be undone.
+    /// Goes back to what is in the file; can be undone.
     void revert();
 
-    /// Takes over what another program has written to the file; can be undone.
+    /// Loads what another program has written to the file; can be undone.
     void reload();
 
-    /// What the Window menu lists; this window alone without it.
+    /// What the Window menu lists; by default this window alone.
     void setWindowList(std::function<QList<QWidget*>()> windows) {
         allWindows_ = std::move(windows);
     }
@@ -70,13 +70,13 @@ Q_SIGNALS:
     void recentChosen(const QString& path);
     void quitChosen();
 
-    /// Local files were dropped on the window, which leaves opening them to its owner.
+    /// Local files were dropped on the window; its owner opens them.
     void filesDropped(const QStringList& paths);
 
     /// The user wants to keep the window after all.
     void closeRefused();
 
-    /// The document stands on the screen, complete.
+    /// The document has been painted on the screen, completely.
     void documentShown();
 
 protected:
