@@ -9,10 +9,8 @@
 
 #pragma GCC visibility push(default)
 
-namespace plist {
-
 /// The standard Base64 alphabet (RFC 4648, section 4), both ways.
-namespace Base64 {
+namespace plist::Base64 {
 
 /// The length of the encoding of `count` bytes, padding included.
 constexpr std::size_t encodedLength(std::size_t count) {
@@ -42,8 +40,6 @@ constexpr std::size_t decodedCapacity(std::size_t length) {
 /// end only; the spare bits before it need not be zero.
 std::optional<std::size_t> decode(std::string_view text, std::uint8_t* output) noexcept;
 
-}  // namespace Base64
-
-}  // namespace plist
+}  // namespace plist::Base64
 
 #pragma GCC visibility pop

@@ -11,11 +11,9 @@
 
 #pragma GCC visibility push(default)
 
-namespace plist {
-
 /// The one way from bytes to a value and back. Both operations are pure functions of their
 /// arguments and may be called from any thread.
-namespace PlistCodec {
+namespace plist::PlistCodec {
 
 /// Finds out which form the bytes are in and reads them. The result holds nothing of `bytes`.
 /// Throws `PlistError`.
@@ -41,8 +39,6 @@ struct WriteOptions {
 /// `InvalidValue` for a value that would run past `writtenValueLimit`.
 PlistBytes write(const PlistValue& value, PlistFormat format, const WriteOptions& options = {});
 
-}  // namespace PlistCodec
-
-}  // namespace plist
+}  // namespace plist::PlistCodec
 
 #pragma GCC visibility pop

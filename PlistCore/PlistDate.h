@@ -8,11 +8,9 @@
 
 #pragma GCC visibility push(default)
 
-namespace plist {
-
 /// The one text form of dates, "YYYY-MM-DDTHH:MM:SSZ". A date is a double count of seconds since
 /// 2001-01-01T00:00:00Z; calendar days are proleptic Gregorian with a year 0.
-namespace PlistDate {
+namespace plist::PlistDate {
 
 /// Seconds from 1970-01-01T00:00:00Z to the reference instant 2001-01-01T00:00:00Z.
 inline constexpr double referenceSince1970 = 978307200.0;
@@ -33,8 +31,6 @@ std::string_view formatDate(double seconds, std::span<char, longestDateText> buf
 /// end of its month runs over into the next one. No blanks, fractions or offsets.
 std::optional<double> parseDate(std::string_view text);
 
-}  // namespace PlistDate
-
-}  // namespace plist
+}  // namespace plist::PlistDate
 
 #pragma GCC visibility pop

@@ -13,11 +13,9 @@
 
 #pragma GCC visibility push(default)
 
-namespace plist {
-
 /// The rules between values and the text that people type and read: one grammar for the editor and
 /// for the content of XML elements. Nothing here depends on the locale.
-namespace PlistText {
+namespace plist::PlistText {
 
 /// A whole number, decimal or "0x" hexadecimal, with a sign; white space and line breaks around it
 /// are ignored. Nothing if the text is no such number or lies outside the valid range.
@@ -55,8 +53,6 @@ std::string_view realText(double number, std::span<char, longestRealText> buffer
 /// becomes the default value of the type.
 PlistValue converted(const PlistValue& value, PlistType type);
 
-}  // namespace PlistText
-
-}  // namespace plist
+}  // namespace plist::PlistText
 
 #pragma GCC visibility pop

@@ -4,10 +4,8 @@
 #include <concepts>
 #include <cstring>
 
-namespace plist::detail {
-
 /// Numbers in the byte order of binary property lists.
-namespace BigEndian {
+namespace plist::detail::BigEndian {
 
 /// Puts the bytes of `number` in the opposite order if this processor is little-endian: from its
 /// own order to big-endian and back. Compilers make one instruction of it.
@@ -37,6 +35,4 @@ void store(Number number, void* place) noexcept {
     std::memcpy(place, &number, sizeof number);
 }
 
-}  // namespace BigEndian
-
-}  // namespace plist::detail
+}  // namespace plist::detail::BigEndian

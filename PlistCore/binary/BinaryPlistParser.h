@@ -5,11 +5,9 @@
 
 #include "PlistCore/PlistValue.h"
 
-namespace plist::detail {
-
 /// Reads binary property lists ("bplist00"). Survives any input: every offset, count and reference
 /// is checked before use, and objects that are referenced often are converted once.
-namespace BinaryPlistParser {
+namespace plist::detail::BinaryPlistParser {
 
 /// The most non-empty containers that may be open inside each other.
 inline constexpr int nestingLimit = 512;
@@ -21,6 +19,4 @@ inline constexpr std::uint64_t referencesPerByte = 16;
 /// The root value. Throws `PlistError`, with a byte offset where there is one.
 PlistValue parse(std::span<const std::uint8_t> bytes);
 
-}  // namespace BinaryPlistParser
-
-}  // namespace plist::detail
+}  // namespace plist::detail::BinaryPlistParser

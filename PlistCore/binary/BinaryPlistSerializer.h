@@ -5,11 +5,9 @@
 #include "PlistCore/PlistBytes.h"
 #include "PlistCore/PlistValue.h"
 
-namespace plist::detail {
-
 /// Writes binary property lists ("bplist00"). Equal scalars share one object; equal trees give
 /// identical bytes; any depth is written.
-namespace BinaryPlistSerializer {
+namespace plist::detail::BinaryPlistSerializer {
 
 /// Which texts are equal enough to become one object.
 enum class EqualTexts : std::uint8_t {
@@ -20,6 +18,4 @@ enum class EqualTexts : std::uint8_t {
 /// The binary form of `value`. Never fails but for lack of memory.
 PlistBytes serialize(const PlistValue& value, EqualTexts equalTexts = EqualTexts::equivalent);
 
-}  // namespace BinaryPlistSerializer
-
-}  // namespace plist::detail
+}  // namespace plist::detail::BinaryPlistSerializer

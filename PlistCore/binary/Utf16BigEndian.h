@@ -3,10 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
-namespace plist::detail {
-
 /// Text between UTF-8, as values hold it, and big-endian UTF-16, as binary files hold it.
-namespace Utf16BigEndian {
+namespace plist::detail::Utf16BigEndian {
 
 /// How many UTF-16 code units the valid UTF-8 text `utf8` takes.
 std::size_t unitCount(std::string_view utf8) noexcept;
@@ -23,6 +21,4 @@ inline constexpr std::size_t mostBytesPerUnit = 3;
 /// each unit.
 char* decode(std::string_view units, char* out) noexcept;
 
-}  // namespace Utf16BigEndian
-
-}  // namespace plist::detail
+}  // namespace plist::detail::Utf16BigEndian

@@ -2,12 +2,10 @@
 
 #include <cstddef>
 
-namespace plist::detail {
-
 /// Large pieces of memory straight from the system: zero, and without cost where they are never
 /// touched. They are in huge pages where the system has them to give: touching fresh memory page by
 /// page costs more than most of what is done with it.
-namespace LargeMemory {
+namespace plist::detail::LargeMemory {
 
 /// The size of a huge page, to whose multiples sizes and addresses are rounded.
 inline constexpr std::size_t unit = std::size_t{1} << 21;
@@ -28,6 +26,4 @@ void preferHugePages(void* memory, std::size_t size) noexcept;
 /// Gives back what `map` gave.
 void unmap(void* memory, std::size_t size) noexcept;
 
-}  // namespace LargeMemory
-
-}  // namespace plist::detail
+}  // namespace plist::detail::LargeMemory

@@ -6,12 +6,10 @@
 #include <sanitizer/asan_interface.h>
 #endif
 
-namespace plist::detail {
-
 /// Tells AddressSanitizer which parts of mapped memory hold nothing, so that it reports whoever
 /// touches them: a view that was kept for too long, or a step past the end. Nothing in other
 /// builds.
-namespace MemoryPoison {
+namespace plist::detail::MemoryPoison {
 
 /// Nobody may touch these bytes. Those that share a word of eight with bytes in use stay as they
 /// are.
@@ -30,6 +28,4 @@ inline void unpoison([[maybe_unused]] const void* memory,
 #endif
 }
 
-}  // namespace MemoryPoison
-
-}  // namespace plist::detail
+}  // namespace plist::detail::MemoryPoison

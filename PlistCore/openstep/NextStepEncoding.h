@@ -3,11 +3,9 @@
 #include <array>
 #include <cstdint>
 
-namespace plist::detail {
-
 /// The character set of the system that brought the OpenStep form: octal escapes in its strings
 /// name characters of this set, not of Unicode.
-namespace NextStepEncoding {
+namespace plist::detail::NextStepEncoding {
 
 /// The Unicode characters of the bytes 0x80 to 0xFF, by the Unicode Consortium's table
 /// (VENDORS/NEXT/NEXTSTEP.TXT). The two bytes without a character are U+FFFD.
@@ -35,6 +33,4 @@ constexpr char32_t character(std::uint8_t byte) {
     return byte < 0x80 ? byte : upperHalf[byte - 0x80];
 }
 
-}  // namespace NextStepEncoding
-
-}  // namespace plist::detail
+}  // namespace plist::detail::NextStepEncoding

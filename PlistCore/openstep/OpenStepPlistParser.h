@@ -4,14 +4,12 @@
 
 #include "PlistCore/PlistValue.h"
 
-namespace plist::detail {
-
 /// Reads the old OpenStep text form: `{ key = value; }`, `( item, item )`, `<hex>`, quoted and bare
 /// strings, files of `"key" = "value";` without braces, and the typed extensions `<*I5>`,
 /// `<*R1.5>`,
 /// `<*BY>`, `<*D...>`. Entries are sorted by key (`UnicodeText::compare`); of repeated keys the
 /// last wins.
-namespace OpenStepPlistParser {
+namespace plist::detail::OpenStepPlistParser {
 
 /// The most containers that may be open inside each other.
 inline constexpr int nestingLimit = 512;
@@ -20,6 +18,4 @@ inline constexpr int nestingLimit = 512;
 /// line and column, or `NestingTooDeep`), without a location.
 PlistValue parse(std::string_view text);
 
-}  // namespace OpenStepPlistParser
-
-}  // namespace plist::detail
+}  // namespace plist::detail::OpenStepPlistParser

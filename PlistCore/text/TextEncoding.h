@@ -6,10 +6,8 @@
 #include <string>
 #include <string_view>
 
-namespace plist::detail {
-
 /// Which character set the bytes of a text file are in, and the way to UTF-8.
-namespace TextEncoding {
+namespace plist::detail::TextEncoding {
 
 /// "UTF-16" or "UTF-32" in one of its two byte orders, if the bytes begin with that byte-order mark
 /// or with "<?xml" in UTF-16; nothing otherwise.
@@ -32,6 +30,4 @@ bool contradictsDeclaration(std::span<const std::uint8_t> bytes, std::string_vie
 /// and "The text is not valid x.".
 std::string toUtf8(std::span<const std::uint8_t> bytes, std::string_view encoding);
 
-}  // namespace TextEncoding
-
-}  // namespace plist::detail
+}  // namespace plist::detail::TextEncoding

@@ -5,10 +5,8 @@
 #include <string>
 #include <string_view>
 
-namespace plist::detail {
-
 /// What the library needs to know about Unicode. All texts are UTF-8.
-namespace UnicodeText {
+namespace plist::detail::UnicodeText {
 
 /// Whether every byte is below 0x80.
 bool isAscii(std::string_view bytes) noexcept;
@@ -65,6 +63,4 @@ std::string_view trimmed(std::string_view text) noexcept;
 /// feed, carriage return, U+0085, U+2028, U+2029).
 std::string_view trimmedWithLineBreaks(std::string_view text) noexcept;
 
-}  // namespace UnicodeText
-
-}  // namespace plist::detail
+}  // namespace plist::detail::UnicodeText

@@ -2,10 +2,8 @@
 
 #include <string_view>
 
-namespace plist::detail {
-
 /// Whether long texts are well-formed UTF-8, 16 bytes at a time.
-namespace Utf8Validation {
+namespace plist::detail::Utf8Validation {
 
 /// Whether this processor has the instructions that `isValid` needs. Asked once.
 bool isAvailable() noexcept;
@@ -16,6 +14,4 @@ bool isAvailable() noexcept;
 /// one byte and one of the next, and three table look-ups, joined by "and", tell which.
 bool isValid(std::string_view bytes) noexcept;
 
-}  // namespace Utf8Validation
-
-}  // namespace plist::detail
+}  // namespace plist::detail::Utf8Validation

@@ -4,16 +4,12 @@ namespace plist {
 class PlistValue;
 }  // namespace plist
 
-namespace plist::detail {
-
 /// Equality of whole values.
-namespace PlistEquality {
+namespace plist::detail::PlistEquality {
 
 /// See `operator==` of `PlistValue`. Walks with an explicit stack; containers that both sides share
 /// are skipped unless a NaN stands in them, and values that share much within themselves are
 /// compared once for each pair of containers and not once for each place.
 bool equal(const PlistValue& left, const PlistValue& right);
 
-}  // namespace PlistEquality
-
-}  // namespace plist::detail
+}  // namespace plist::detail::PlistEquality

@@ -5,10 +5,8 @@
 
 #include "PlistCore/value/PlistCell.h"
 
-namespace plist::detail {
-
 /// Text as XML content: "&", "<" and ">" become entities, every other byte stays as it is.
-namespace XMLEscaping {
+namespace plist::detail::XMLEscaping {
 
 /// The most bytes that one byte of text becomes ("&amp;").
 inline constexpr std::size_t growth = 5;
@@ -23,6 +21,4 @@ char* write(std::string_view text, char* out) noexcept;
 /// The same for a text that lies in place in `cell`.
 char* writeInPlace(const PlistCell& cell, char* out) noexcept;
 
-}  // namespace XMLEscaping
-
-}  // namespace plist::detail
+}  // namespace plist::detail::XMLEscaping

@@ -5,11 +5,9 @@
 
 #include "PlistCore/PlistValue.h"
 
-namespace plist::detail {
-
 /// Reads XML property lists: a scanner for just this vocabulary over the bytes as they stand, not a
 /// general XML parser.
-namespace XMLPlistParser {
+namespace plist::detail::XMLPlistParser {
 
 /// The most containers that may be open inside each other.
 inline constexpr int nestingLimit = 512;
@@ -27,6 +25,4 @@ enum class Paths : std::uint8_t {
 /// The root value. Throws `PlistError`, always with a line and a column.
 PlistValue parse(std::span<const std::uint8_t> bytes, Paths paths = Paths::fastAndPlain);
 
-}  // namespace XMLPlistParser
-
-}  // namespace plist::detail
+}  // namespace plist::detail::XMLPlistParser
