@@ -21,7 +21,8 @@ WithoutEncodingModules::~WithoutEncodingModules() {
     areMissing = false;
 }
 
-// Stands before the one of the C library, for the whole program.
+// Stands before the one of the C library, for the whole program. Its names are reserved.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 iconv_t iconv_open(const char* to, const char* from) {
     if (areMissing) {
         errno = EINVAL;

@@ -96,7 +96,7 @@ std::optional<std::string> decodedByTheCLibrary(std::string bytes, iconv_t descr
 TEST(CommonEncodingsTest, agreesWithTheCLibrary) {
     std::mt19937 random(8859);
     for (const char* name : {"UTF-16LE", "UTF-16BE", "UTF-32LE", "UTF-32BE", "ISO-8859-1"}) {
-        const iconv_t descriptor = iconv_open("UTF-8", name);
+        iconv_t descriptor = iconv_open("UTF-8", name);
         if (descriptor == reinterpret_cast<iconv_t>(static_cast<std::intptr_t>(-1))) {
             GTEST_SKIP() << "The C library has no module for " << name << ".";
         }
