@@ -6,6 +6,7 @@
 
 using plist::allPlistFormats;
 using plist::allPlistTypes;
+using plist::decimalText;
 using plist::displayName;
 using plist::greatestPlistInteger;
 using plist::isContainer;
