@@ -74,16 +74,12 @@ longPackages=(
     "clang|the compiler with libFuzzer"
     "clang-19|a new compiler for those who use the library"
     "doxygen|the library's reference"
+    "lintian|checks the packages"
+    "mmdebstrap|a fresh Debian to install them in"
 )
 
 # To build Debian packages.
 packagePackages=(
     "debhelper|builds the packages"
     "dpkg-dev|builds the packages"
-)
-
-# To look at the packages, in the long run of the tests.
-packageTestPackages=(
-    "lintian|checks the packages"
-    "mmdebstrap|a fresh Debian to install them in"
 )
