@@ -14,7 +14,7 @@ cmake --install "$build" --prefix "$scratch/prefix" --component Tabulet >/dev/nu
     diff "$source/tests/system/installedFiles.txt" -
 
 # The bus starts the program where it was installed.
-grep -qx "Exec=$scratch/prefix/bin/tabulet" \
+grep -qE "^Exec=$scratch/prefix/bin/tabulet( |\$)" \
     "$scratch/prefix/share/dbus-1/services/com.ventrel.Tabulet.service"
 
 mv "$scratch/prefix" "$scratch/elsewhere"
