@@ -81,7 +81,9 @@ QString recoveredName(const QString& title) {
 }  // namespace
 
 DocumentController::DocumentController(QString untitledName, QObject* parent)
-    : QObject(parent), untitledName_(std::move(untitledName)) {
+    : QObject(parent),
+      untitledName_(std::move(untitledName)),
+      savedState_(undoManager_.savedState()) {
     connect(&undoManager_, &UndoManager::isModifiedChanged, this,
             &DocumentController::modifiedChanged);
 }
@@ -160,10 +162,8 @@ void DocumentController::beginReading(const QString& path,
 }
 
 void DocumentController::save() {
-    beginWriting(path_, [base = baseDigest_, chosen = overwritable_,
-                         attempted = attemptedDigest_](const ContentDigest& present) {
-        return present == base || present == chosen || present == attempted;
-    });
+    beginWriting(
+        path_, [file = file_](const ContentDigest& present) { return file.mayOverwrite(present); });
 }
 
 void DocumentController::save(const QString& path) {
@@ -184,7 +184,7 @@ void DocumentController::beginWriting(const QString& path,
                 return;
             }
             if (path == path_ && result.digest) {
-                attemptedDigest_ = result.digest;
+                file_.attempted = result.digest;
             }
             Q_EMIT saveFailed(*result.error);
         });
@@ -211,7 +211,7 @@ void DocumentController::finishReading(const QString& path, const FreshRoot& fre
     document_.apply(fresh.root, fresh.format);
     setPath(path);
     undoManager_.clear();
-    setBase(fresh.digest, undoManager_.state());
+    setInStep(fresh.digest, undoManager_.state());
     Q_EMIT opened();
 }
 
@@ -222,11 +222,11 @@ void DocumentController::finishRecovering(const RecoverableDocument& lost, const
     untitledName_ = recoveredName(record.title);
     if (lost.hasFile()) {
         path_ = lost.filePath();
-        baseDigest_ = ContentDigest::fromHex(record.baseDigest);
     }
     Q_EMIT pathChanged();
     undoManager_.clear();
-    undoManager_.setSavedState(std::nullopt);
+    setInStep(lost.hasFile() ? ContentDigest::fromHex(record.baseDigest) : std::nullopt,
+              std::nullopt);
     Q_EMIT opened();
 }
 
@@ -248,43 +248,45 @@ void DocumentController::finishReloading(const FreshRoot& fresh, bool mayReplace
 void DocumentController::replaceContent(const FreshRoot& fresh, const QString& actionName) {
     const PlistEditor editor(document_, &undoManager_);
     editor.replaceContent(fresh.root, fresh.format, actionName);
-    setBase(fresh.digest, undoManager_.state());
+    setInStep(fresh.digest, undoManager_.state());
 }
 
 void DocumentController::finishWriting(const QString& path, UndoManager::State state,
                                        const ContentDigest& digest) {
     setPath(path);
-    setBase(digest, state);
+    setInStep(digest, state);
     Q_EMIT saved();
-}
-
-void DocumentController::setBase(const ContentDigest& digest, UndoManager::State state) {
-    baseDigest_ = digest;
-    overwritable_.reset();
-    attemptedDigest_.reset();
-    isFileLost_ = false;
-    undoManager_.setSavedState(state);
 }
 
 // --- What becomes of the file ---
 
-bool DocumentController::hasEdits() const noexcept {
-    return undoManager_.state() != (isFileLost_ ? stateBeforeLoss_ : undoManager_.savedState());
+void DocumentController::setInStep(const std::optional<ContentDigest>& base,
+                                   std::optional<UndoManager::State> state) {
+    savedState_ = state;
+    setFile(FileState::inStepWith(base));
 }
 
-void DocumentController::loseFile() {
-    if (!isFileLost_) {
-        isFileLost_ = true;
-        stateBeforeLoss_ = undoManager_.savedState();
-        undoManager_.setSavedState(std::nullopt);
-    }
+void DocumentController::setFile(const FileState& file) {
+    file_ = file;
+    undoManager_.setSavedState(file_.isLost() ? std::nullopt : savedState_);
 }
 
-void DocumentController::regainFile() {
-    if (isFileLost_) {
-        isFileLost_ = false;
-        undoManager_.setSavedState(stateBeforeLoss_);
-    }
+void DocumentController::seeFile(const FileContent& content) {
+    FileState file = file_;
+    file.see(content);
+    setFile(file);
+}
+
+void DocumentController::overruleFile() {
+    FileState file = file_;
+    file.overruled = file.present;
+    setFile(file);
+}
+
+void DocumentController::setFileUnreadable() {
+    FileState file = file_;
+    file.unreadable = file.present;
+    setFile(file);
 }
 
 void DocumentController::setActivity(Activity activity) {

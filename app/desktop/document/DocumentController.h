@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include "app/desktop/document/FileState.h"
 #include "app/desktop/files/ContentDigest.h"
 #include "app/desktop/files/FileError.h"
 #include "app/model/editing/PlistDocument.h"
@@ -46,15 +47,8 @@ public:
         return activity_ == Activity::reading ? readPath_ : path_;
     }
 
-    /// What the file held when it was read or written last, whichever was later. Nothing for a
-    /// document without a file.
-    const std::optional<ContentDigest>& baseDigest() const noexcept { return baseDigest_; }
-
-    /// What the last save was to put into the file, if it failed and nothing was read or saved
-    /// since. It may be there nevertheless: a system can fail when the content is in place.
-    const std::optional<ContentDigest>& attemptedDigest() const noexcept {
-        return attemptedDigest_;
-    }
+    /// What is known of the file.
+    const FileState& fileState() const noexcept { return file_; }
 
     /// What to call the document: the last component of the path, or the untitled name.
     QString name() const;
@@ -95,19 +89,20 @@ public:
     /// gone is made again. Only while idle, and for a document that has a file.
     void save();
 
-    /// Lets `save` write over a file that holds this, though it was never read. Until the document
-    /// is read or saved again.
-    void allowOverwriting(const ContentDigest& content) { overwritable_ = content; }
+    /// The file was seen to hold something else than before. Where that means that it is lost to
+    /// the document, no state of the document counts as saved.
+    void seeFile(const FileContent& content);
 
-    /// The file has gone, or holds something that the document shall not follow: no state of the
-    /// document is saved, until it is read or saved again or `regainFile` is called.
-    void loseFile();
+    /// The user wants the document as it is: no state of it counts as saved, and `save` may write
+    /// over what the file has been seen to hold.
+    void overruleFile();
 
-    /// The file holds again what was read or written last: undoes `loseFile`.
-    void regainFile();
+    /// What the file has been seen to hold cannot be read. What the document holds may be all that
+    /// is left, so that no state of it counts as saved.
+    void setFileUnreadable();
 
-    /// Whether there are edits since the document was read or saved, also after `loseFile`.
-    bool hasEdits() const noexcept;
+    /// Whether there are edits since the document was read or saved, also where the file is lost.
+    bool hasEdits() const noexcept { return undoManager_.state() != savedState_; }
 
     /// Begins to write the document as it is now to `path`, in its format, and makes that its
     /// file, whatever that holds. Ends with `saved` or `saveFailed`; after a failure the document
@@ -149,7 +144,9 @@ private:
     void finishReverting(const FreshRoot& fresh);
     void finishReloading(const FreshRoot& fresh, bool mayReplace);
     void beginWriting(const QString& path, std::function<bool(const ContentDigest&)> mayReplace);
-    void setBase(const ContentDigest& digest, UndoManager::State state);
+    void setFile(const FileState& file);
+    void setInStep(const std::optional<ContentDigest>& base,
+                   std::optional<UndoManager::State> state);
     void finishWriting(const QString& path, UndoManager::State state, const ContentDigest& digest);
     void setActivity(Activity activity);
     void setPath(const QString& path);
@@ -159,11 +156,8 @@ private:
     QString untitledName_;
     QString path_;
     QString readPath_;
-    std::optional<ContentDigest> baseDigest_;
-    std::optional<ContentDigest> overwritable_;
-    std::optional<ContentDigest> attemptedDigest_;
-    std::optional<UndoManager::State> stateBeforeLoss_;  ///< the saved one
-    bool isFileLost_ = false;
+    FileState file_;
+    std::optional<UndoManager::State> savedState_;  ///< which the base of the file has
     Activity activity_ = Activity::idle;
     std::shared_ptr<ProgressReporter> progress_;
 };

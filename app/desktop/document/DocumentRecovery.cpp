@@ -80,7 +80,7 @@ RecoveryRecord DocumentRecovery::record() const {
     RecoveryRecord record;
     record.file = FilePath::encoded(controller_.path());
     record.title = controller_.name();
-    if (const auto& digest = controller_.baseDigest()) {
+    if (const auto& digest = controller_.fileState().base) {
         record.baseDigest = digest->hex();
     }
     record.format = controller_.document().format();

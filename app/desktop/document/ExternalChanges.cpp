@@ -4,7 +4,7 @@
 
 ExternalChanges::ExternalChanges(DocumentController& controller, std::chrono::milliseconds rest,
                                  QObject* parent)
-    : QObject(parent), controller_(controller), monitor_(rest, this) {
+    : QObject(parent), controller_(controller), detector_(rest, this) {
     connect(&controller, &DocumentController::activityChanged, this,
             &ExternalChanges::followActivity);
     connect(&controller, &DocumentController::opened, this, &ExternalChanges::followFile);
@@ -12,84 +12,71 @@ ExternalChanges::ExternalChanges(DocumentController& controller, std::chrono::mi
     connect(&controller, &DocumentController::reverted, this, &ExternalChanges::followFile);
     connect(&controller, &DocumentController::reloaded, this, &ExternalChanges::followFile);
     connect(&controller, &DocumentController::reloadFailed, this, [this](const FileError& error) {
-        setTrouble(Trouble::unreadable, error.failureReason());
-        // What the document holds may be all that is left of the content.
-        controller_.loseFile();
+        reason_ = error.failureReason();
+        controller_.setFileUnreadable();
+        setTrouble(Trouble::unreadable);
     });
     connect(&controller, &DocumentController::reloadOvertaken, this,
             [this] { setTrouble(Trouble::changed); });
-    connect(&monitor_, &FileChangeDetector::changed, this, &ExternalChanges::handleChange);
-    connect(&monitor_, &FileChangeDetector::deleted, this, &ExternalChanges::handleDeletion);
-    connect(&monitor_, &FileChangeDetector::restored, this, &ExternalChanges::handleReturn);
+    connect(&detector_, &FileChangeDetector::found, this, &ExternalChanges::handleContent);
 }
 
 ExternalChanges::~ExternalChanges() = default;
 
 void ExternalChanges::followActivity() {
     if (controller_.activity() == DocumentController::Activity::idle) {
-        monitor_.resume();
+        detector_.resume();
     } else {
-        monitor_.pause();
+        detector_.pause();
     }
 }
 
 void ExternalChanges::followFile() {
-    present_.reset();
-    keepsMine_ = false;
     setTrouble(Trouble::none);
-    if (controller_.baseDigest()) {
-        monitor_.follow(controller_.path(), *controller_.baseDigest());
+    if (const auto& base = controller_.fileState().base) {
+        detector_.follow(controller_.path(), *base);
     }
 }
 
-bool ExternalChanges::mayReload() const {
-    return !keepsMine_ && !controller_.hasEdits() && !(hasInput_ && hasInput_());
+FileState::Verdict ExternalChanges::verdict() const {
+    const bool hasWork = controller_.hasEdits() || (hasInput_ && hasInput_());
+    return controller_.fileState().verdict(hasWork);
 }
 
-void ExternalChanges::handleChange(const ContentDigest& content) {
-    present_ = content;
-    if (content == controller_.attemptedDigest()) {
-        // No other program's, but no state of the document counts as saved either.
-        controller_.loseFile();
-        setTrouble(Trouble::none);
-        return;
-    }
-    if (trouble_ == Trouble::deleted && !keepsMine_) {
-        controller_.regainFile();
-    }
-    if (mayReload()) {
-        controller_.reload([this] { return mayReload(); });
-    } else {
-        setTrouble(Trouble::changed);
-    }
-}
-
-void ExternalChanges::handleDeletion() {
-    present_.reset();
-    controller_.loseFile();
-    setTrouble(Trouble::deleted);
-}
-
-void ExternalChanges::handleReturn() {
-    present_.reset();
-    keepsMine_ = false;
-    controller_.regainFile();
-    setTrouble(Trouble::none);
+void ExternalChanges::handleContent(const FileContent& content) {
+    controller_.seeFile(content);
+    act();
 }
 
 void ExternalChanges::keepMine() {
-    if (present_) {
-        controller_.allowOverwriting(*present_);
-    }
-    keepsMine_ = true;
-    controller_.loseFile();
-    setTrouble(Trouble::none);
+    controller_.overruleFile();
+    act();
 }
 
-void ExternalChanges::setTrouble(Trouble trouble, const QString& reason) {
-    if (trouble_ != trouble || reason_ != reason) {
+void ExternalChanges::act() {
+    switch (verdict()) {
+        case FileState::Verdict::inStep:
+        case FileState::Verdict::settled:
+            setTrouble(Trouble::none);
+            break;
+        case FileState::Verdict::reload:
+            controller_.reload([this] { return verdict() == FileState::Verdict::reload; });
+            break;
+        case FileState::Verdict::ask:
+            setTrouble(Trouble::changed);
+            break;
+        case FileState::Verdict::unreadable:
+            setTrouble(Trouble::unreadable);
+            break;
+        case FileState::Verdict::missing:
+            setTrouble(Trouble::deleted);
+            break;
+    }
+}
+
+void ExternalChanges::setTrouble(Trouble trouble) {
+    if (trouble_ != trouble || trouble == Trouble::unreadable) {
         trouble_ = trouble;
-        reason_ = reason;
         Q_EMIT troubleChanged();
     }
 }

@@ -4,8 +4,8 @@
 #include <QString>
 #include <cstdint>
 #include <functional>
-#include <optional>
 
+#include "app/desktop/document/FileState.h"
 #include "app/desktop/files/FileError.h"
 #include "app/desktop/watching/FileChangeDetector.h"
 
@@ -36,13 +36,13 @@ public:
     Trouble trouble() const noexcept { return trouble_; }
 
     /// Why the file is unreadable; else empty.
-    const QString& reason() const noexcept { return reason_; }
+    QString reason() const { return trouble_ == Trouble::unreadable ? reason_ : QString(); }
 
     /// Has what the user is just typing into a field, which is no edit yet, count as one.
     void setInputCheck(std::function<bool()> hasInput) { hasInput_ = std::move(hasInput); }
 
     /// Looks whether something has happened that the system did not tell of.
-    void check() { monitor_.check(); }
+    void check() { detector_.check(); }
 
     /// The user wants the document as it is: it counts as modified, and saving replaces what the
     /// file holds now. Another change of the file is told of again.
@@ -54,17 +54,14 @@ Q_SIGNALS:
 private:
     void followActivity();
     void followFile();
-    void handleChange(const ContentDigest& content);
-    void handleDeletion();
-    void handleReturn();
-    void setTrouble(Trouble trouble, const QString& reason = {});
-    bool mayReload() const;
+    void handleContent(const FileContent& content);
+    void act();
+    void setTrouble(Trouble trouble);
+    FileState::Verdict verdict() const;
 
     DocumentController& controller_;
-    FileChangeDetector monitor_;
+    FileChangeDetector detector_;
     std::function<bool()> hasInput_;
-    std::optional<ContentDigest> present_;  ///< what the file holds, if it is not what was read
     Trouble trouble_ = Trouble::none;
-    QString reason_;
-    bool keepsMine_ = false;
+    QString reason_;  ///< of the last read that failed
 };

@@ -47,9 +47,7 @@ FileChangeDetector::~FileChangeDetector() = default;
 void FileChangeDetector::follow(const QString& path, const ContentDigest& known) {
     ++generation_;
     path_ = FilePath::encoded(path);
-    known_ = known;
-    told_.reset();
-    reported_ = Report::known;
+    known_ = {known};
     concluded_.reset();
     seen_.reset();
     events_.watch(path_);
@@ -140,30 +138,16 @@ void FileChangeDetector::conclude(const Sight& sight) {
     const bool isNews = sight.stamp != concluded_;
     concluded_ = sight.stamp;
     seen_.reset();
-    if (isNews) {
-        report(sight);
+    const bool isKnowable = sight.digest || sight.stamp.kind == FileStamp::Kind::missing;
+    if (isNews && isKnowable) {
+        report({sight.digest});
     }
     Q_EMIT examined();
 }
 
-void FileChangeDetector::report(const Sight& sight) {
-    if (sight.digest) {
-        reportContent(*sight.digest);
-    } else if (sight.stamp.kind == FileStamp::Kind::missing && reported_ != Report::deleted) {
-        reported_ = Report::deleted;
-        Q_EMIT deleted();
-    }
-}
-
-void FileChangeDetector::reportContent(const ContentDigest& content) {
-    if (content == known_) {
-        if (reported_ != Report::known) {
-            reported_ = Report::known;
-            Q_EMIT restored();
-        }
-    } else if (reported_ != Report::changed || told_ != content) {
-        reported_ = Report::changed;
-        told_ = content;
-        Q_EMIT changed(content);
+void FileChangeDetector::report(const FileContent& content) {
+    if (content != known_) {
+        known_ = content;
+        Q_EMIT found(content);
     }
 }

@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "app/desktop/files/ContentDigest.h"
+#include "app/desktop/watching/FileContent.h"
 #include "app/desktop/watching/FileWatch.h"
 
 /// What the system tells about a file without reading it. Two equal stamps nearly always mean that
@@ -65,16 +66,10 @@ public:
     void check();
 
 Q_SIGNALS:
-    /// The file holds something else than what is known and what was told of last.
-    void changed(const ContentDigest& content);
+    /// Something else is there than what was known or told of last.
+    void found(const FileContent& content);
 
-    /// There is no file any more.
-    void deleted();
-
-    /// After `changed` or `deleted`: the file holds again what is known.
-    void restored();
-
-    /// The file was looked at. After the other signals, if there are any.
+    /// The file was looked at. After `found`, if there is that.
     void examined();
 
 private:
@@ -83,22 +78,18 @@ private:
         FileStamp stamp;
         std::optional<ContentDigest> digest;
     };
-    enum class Report : std::uint8_t { known, changed, deleted };
 
     static Sight look(const QByteArray& path, const std::optional<FileStamp>& before);
     void handleEvent();
     void beginLook();
     void handleSight(const Sight& sight);
     void conclude(const Sight& sight);
-    void report(const Sight& sight);
-    void reportContent(const ContentDigest& content);
+    void report(const FileContent& content);
 
     FileWatch events_;
     QTimer rest_;
     QByteArray path_;
-    std::optional<ContentDigest> known_;
-    std::optional<ContentDigest> told_;
-    Report reported_ = Report::known;
+    FileContent known_;                   ///< by whoever listens
     std::optional<FileStamp> concluded_;  ///< nothing to find out while the file has this stamp
     std::optional<FileStamp> seen_;       ///< when it was looked at, since the last event
     std::uint64_t generation_ = 0;        ///< what is being looked at: sights of others are stale

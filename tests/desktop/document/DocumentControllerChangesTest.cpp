@@ -64,7 +64,7 @@ private Q_SLOTS:
         QCOMPARE(failure_->failureReason(), QStringLiteral("It has been left untouched."));
         QCOMPARE(content(), second);
         QVERIFY(controller_->isModified());
-        QCOMPARE(controller_->baseDigest(), std::optional(digestOf(first)));
+        QCOMPARE(controller_->fileState().base, std::optional(digestOf(first)));
     }
 
     void makesAFileThatHasGone() {
@@ -75,7 +75,8 @@ private Q_SLOTS:
 
     void overwritesWhatWasChosen() {
         write(second);
-        controller_->allowOverwriting(digestOf(second));
+        controller_->seeFile({digestOf(second)});
+        controller_->overruleFile();
         QVERIFY(isSaved());
         // That choice was for once.
         write(second);
@@ -84,7 +85,8 @@ private Q_SLOTS:
     }
 
     void overwritesNothingElseThanWhatWasChosen() {
-        controller_->allowOverwriting(digestOf(second));
+        controller_->seeFile({digestOf(second)});
+        controller_->overruleFile();
         write("{ other = 1; }");
         QVERIFY(!isSaved());
         QCOMPARE(content(), QByteArray("{ other = 1; }"));
@@ -114,7 +116,7 @@ private Q_SLOTS:
         QCOMPARE(controller_->document().revision(), revision + 1);
         QCOMPARE(controller_->document().root().childCount(), 2);
         QVERIFY(!controller_->isModified());
-        QCOMPARE(controller_->baseDigest(), std::optional(digestOf(second)));
+        QCOMPARE(controller_->fileState().base, std::optional(digestOf(second)));
 
         QCOMPARE(controller_->undoManager().undoActionName(), QStringLiteral("Reload"));
         controller_->undoManager().undo();
@@ -144,13 +146,13 @@ private Q_SLOTS:
         QVERIFY(overtaken.wait());
         QCOMPARE(controller_->document().root().childCount(), 1);
         QVERIFY(controller_->isModified());
-        QCOMPARE(controller_->baseDigest(), std::optional(digestOf(first)));
+        QCOMPARE(controller_->fileState().base, std::optional(digestOf(first)));
     }
 
     // --- Without a file ---
 
     void isModifiedWithoutItsFile() {
-        controller_->loseFile();
+        controller_->seeFile({});
         QVERIFY(controller_->isModified());
         QVERIFY(!controller_->hasEdits());
         edit();
@@ -161,25 +163,30 @@ private Q_SLOTS:
     }
 
     void isCleanWhenTheFileIsBack() {
-        controller_->loseFile();
-        controller_->loseFile();
-        controller_->regainFile();
+        controller_->seeFile({});
+        controller_->seeFile({});
+        controller_->seeFile({digestOf(first)});
         QVERIFY(!controller_->isModified());
         edit();
-        controller_->regainFile();
+        controller_->seeFile({digestOf(first)});
         QVERIFY(controller_->isModified());
         QVERIFY(controller_->hasEdits());
     }
 
     void isCleanWhenItIsSavedAgain() {
-        controller_->loseFile();
+        controller_->seeFile({});
         edit();
         QVERIFY(isSaved());
         QVERIFY(!controller_->isModified());
         QVERIFY(!controller_->hasEdits());
-        // The state before the loss counts no longer.
-        controller_->regainFile();
+    }
+
+    void isModifiedBesideWhatCannotBeRead() {
+        controller_->seeFile({digestOf(second)});
         QVERIFY(!controller_->isModified());
+        controller_->setFileUnreadable();
+        QVERIFY(controller_->isModified());
+        QVERIFY(!controller_->hasEdits());
     }
 
 private:

@@ -277,24 +277,24 @@ private Q_SLOTS:
 
     void knowsWhatTheFileHeld() {
         DocumentController controller(QStringLiteral("Untitled"));
-        QVERIFY(!controller.baseDigest());
+        QVERIFY(!controller.fileState().base);
         QSignalSpy opened(&controller, &DocumentController::opened);
         const QString path = fileWith("base.plist", openStepText);
         controller.open(path);
         QVERIFY(opened.wait());
-        QCOMPARE(controller.baseDigest(), std::optional(digestOf(path)));
+        QCOMPARE(controller.fileState().base, std::optional(digestOf(path)));
 
         QSignalSpy saved(&controller, &DocumentController::saved);
         controller.save(path);
         QVERIFY(saved.wait());
         QVERIFY(contentOf(path) != openStepText);
-        QCOMPARE(controller.baseDigest(), std::optional(digestOf(path)));
+        QCOMPARE(controller.fileState().base, std::optional(digestOf(path)));
 
         fileWith("base.plist", "{ name = other; }");
         QSignalSpy reverted(&controller, &DocumentController::reverted);
         controller.revert();
         QVERIFY(reverted.wait());
-        QCOMPARE(controller.baseDigest(), std::optional(digestOf(path)));
+        QCOMPARE(controller.fileState().base, std::optional(digestOf(path)));
     }
 
     /// What could not be read or written does not count.
@@ -304,7 +304,7 @@ private Q_SLOTS:
         const QString path = fileWith("kept.plist", openStepText);
         controller.open(path);
         QVERIFY(opened.wait());
-        const std::optional<ContentDigest> base = controller.baseDigest();
+        const std::optional<ContentDigest> base = controller.fileState().base;
 
         fileWith("kept.plist", "<plist>");
         QSignalSpy notReverted(&controller, &DocumentController::revertFailed);
@@ -313,7 +313,7 @@ private Q_SLOTS:
         QSignalSpy notSaved(&controller, &DocumentController::saveFailed);
         controller.save(folder_.filePath(QStringLiteral("missing/kept.plist")));
         QVERIFY(notSaved.wait());
-        QCOMPARE(controller.baseDigest(), base);
+        QCOMPARE(controller.fileState().base, base);
     }
 
     void reportsWhatCannotBeWritten() {

@@ -175,7 +175,7 @@ private Q_SLOTS:
         store_->wait();
         const RecoveryRecord record = onlyRecord();
         QCOMPARE(record.file, QFile::encodeName(path));
-        QCOMPARE(record.baseDigest, controller_->baseDigest()->hex());
+        QCOMPARE(record.baseDigest, controller_->fileState().base->hex());
     }
 
     void forgetsADocumentThatIsClosed() {
@@ -223,7 +223,7 @@ private Q_SLOTS:
         const RecoveryRecord record = onlyRecord();
         QCOMPARE(record.file, QFile::encodeName(path));
         QCOMPARE(record.title, QStringLiteral("a.plist"));
-        QCOMPARE(record.baseDigest, controller_->baseDigest()->hex());
+        QCOMPARE(record.baseDigest, controller_->fileState().base->hex());
         QCOMPARE(record.format, PlistFormat::binary);
         QVERIFY(record.wasReadOnlyFormat);
         QVERIFY(record.keptAt.isValid());

@@ -165,7 +165,7 @@ private Q_SLOTS:
         recover(controller, found.front());
         QCOMPARE(controller.path(), path);
         QCOMPARE(controller.name(), QStringLiteral("base.plist"));
-        QCOMPARE(controller.baseDigest(), ContentDigest::of(bytesOf("{ a = b; }")));
+        QCOMPARE(controller.fileState().base, ContentDigest::of(bytesOf("{ a = b; }")));
         QVERIFY(controller.isModified());
         QVERIFY(controller.document().wasReadOnlyFormat());
         QCOMPARE(controller.document().root().childCount(), std::size_t{2});
@@ -182,7 +182,7 @@ private Q_SLOTS:
         recover(controller, found.front());
         QCOMPARE(controller.path(), QString());
         QCOMPARE(controller.name(), QStringLiteral("base (recovered)"));
-        QVERIFY(!controller.baseDigest());
+        QVERIFY(!controller.fileState().base);
         QVERIFY(controller.isModified());
         QCOMPARE(controller.document().root().childCount(), std::size_t{2});
     }

@@ -8,7 +8,7 @@
 
 #include "app/desktop/watching/FileWatch.h"
 
-/// What the monitor makes of the events is tested with it.
+/// What the detector makes of the events is tested with it.
 class FileWatchTest : public QObject {
     Q_OBJECT
 
