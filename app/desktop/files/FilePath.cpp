@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QUrl>
+#include <algorithm>
 #include <climits>
 #include <cstdint>
 
@@ -40,6 +41,17 @@ qsizetype characterSize(QByteArrayView bytes, qsizetype start) {
 /// Whether a low surrogate has its other half in front of it.
 bool isPaired(const QString& text, qsizetype position) {
     return position > 0 && text[position - 1].isHighSurrogate();
+}
+
+/// Whether a text begins as the address of a file does, or with the name of a protocol and "://".
+bool isAddress(const QString& text) {
+    const auto isOfProtocol = [](QChar character) {
+        return character.unicode() < 0x80 &&
+               (character.isLetterOrNumber() || QStringView(u"+-.").contains(character));
+    };
+    const qsizetype end = text.indexOf(QLatin1String("://"));
+    return text.startsWith(QLatin1String("file:"), Qt::CaseInsensitive) ||
+           (end > 0 && std::all_of(text.begin(), text.begin() + end, isOfProtocol));
 }
 
 bool isLink(const QByteArray& path) {
@@ -192,4 +204,17 @@ std::optional<QString> FilePath::fromUri(const QUrl& uri) {
         return std::nullopt;
     }
     return decoded(bytes);
+}
+
+std::optional<QString> FilePath::fromInput(const QString& input) {
+    if (!isAddress(input) || exists(input)) {
+        return input;
+    }
+    QByteArray uri;
+    for (const char byte : encoded(input)) {
+        // What an address must not contain stands for itself.
+        uri += byte > ' ' && byte < '\x7F' ? QByteArray(1, byte)
+                                           : QByteArray(1, byte).toPercentEncoding();
+    }
+    return fromUri(QUrl::fromEncoded(uri));
 }

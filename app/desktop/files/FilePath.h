@@ -51,4 +51,8 @@ QByteArray toUri(const QString& path);
 /// The path that the address of a file on this machine names; nothing for other addresses.
 std::optional<QString> fromUri(const QUrl& uri);
 
+/// The path that somebody has typed, as such or as the address of a file; nothing for other
+/// addresses. A file whose name looks like an address is found by it.
+std::optional<QString> fromInput(const QString& input);
+
 }  // namespace FilePath

@@ -43,13 +43,14 @@ public Q_SLOTS:
     /// Opens the files at these addresses.
     void Open(const QStringList& uris, const QVariantMap& platformData);  // NOLINT
 
-    /// The program has no actions.
+    /// Does what the desktop entry offers as an action: "new-window".
     void ActivateAction(const QString& name, const QVariantList& parameters,  // NOLINT
                         const QVariantMap& platformData);
 
 Q_SIGNALS:
     void activated(const LaunchToken& token);
     void opened(const QStringList& paths, const LaunchToken& token);
+    void newWindowChosen(const LaunchToken& token);
 
 private:
     /// Answers the call with an error after `stop` and after its deadline.
@@ -63,6 +64,9 @@ namespace {
 // The names of the Desktop Entry Specification.
 constexpr QLatin1String activationKey("activation-token");
 constexpr QLatin1String startupKey("desktop-startup-id");
+
+// That of the desktop entry.
+constexpr QLatin1String newWindowAction("new-window");
 
 // Ours. The clock is the same for all processes: it counts from the start of the system.
 constexpr QLatin1String deadlineKey("com.ventrel.Tabulet.deadline");
@@ -163,7 +167,12 @@ void ApplicationService::Open(const QStringList& uris, const QVariantMap& platfo
 
 void ApplicationService::ActivateAction(const QString& name, const QVariantList& /*parameters*/,
                                         const QVariantMap& platformData) {
-    if (!refuses(platformData)) {
+    if (refuses(platformData)) {
+        return;
+    }
+    if (name == newWindowAction) {
+        Q_EMIT newWindowChosen(tokenIn(platformData));
+    } else {
         sendErrorReply(QDBusError::InvalidArgs,
                        QStringLiteral("There is no action “%1”.").arg(name));
     }
@@ -194,6 +203,8 @@ SingleInstance::SingleInstance(const QDBusConnection& bus, QObject* parent)
     connect(service_.get(), &ApplicationService::activated, this,
             [this](const LaunchToken& token) { Q_EMIT handedOver({}, token); });
     connect(service_.get(), &ApplicationService::opened, this, &SingleInstance::handedOver);
+    connect(service_.get(), &ApplicationService::newWindowChosen, this,
+            &SingleInstance::newWindowChosen);
 }
 
 SingleInstance::~SingleInstance() {

@@ -54,6 +54,9 @@ Q_SIGNALS:
     /// files.
     void handedOver(const QStringList& paths, const LaunchToken& token);
 
+    /// The desktop's menu for the program was asked for a new window.
+    void newWindowChosen(const LaunchToken& token);
+
 private:
     enum class Answer : std::uint8_t { taken, refused, none };
 

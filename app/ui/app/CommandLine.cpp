@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 #include <string_view>
 
 #include "app/desktop/files/FilePath.h"
@@ -17,8 +18,27 @@ QString translated(const char* text) {
 }
 
 [[noreturn]] void fail(const QString& message) {
-    std::cerr << qUtf8Printable(message) << '\n';
+    std::cerr << "tabulet: " << qUtf8Printable(message) << '\n';
     std::exit(2);
+}
+
+QStringList pathsNamedBy(const QStringList& arguments) {
+    QStringList paths;
+    for (const QString& argument : arguments) {
+        const std::optional<QString> path = FilePath::fromInput(argument);
+        if (!path) {
+            fail(translated("“%1” is not the address of a file on this computer.")
+                     .arg(FilePath::shown(argument)));
+        }
+        paths += *path;
+    }
+    return paths;
+}
+
+/// The arguments before "--", behind which there are only files.
+std::span<char* const> optionsIn(std::span<char* const> arguments) {
+    const auto end = std::find(arguments.begin(), arguments.end(), std::string_view("--"));
+    return {arguments.begin(), end};
 }
 
 }  // namespace
@@ -26,8 +46,21 @@ QString translated(const char* text) {
 bool CommandLine::asksForText(std::span<char* const> arguments) {
     constexpr std::array<std::string_view, 5> words = {"-h", "--help", "--help-all", "-v",
                                                        "--version"};
-    const auto end = std::find(arguments.begin(), arguments.end(), std::string_view("--"));
-    return std::find_first_of(arguments.begin(), end, words.begin(), words.end()) != end;
+    const auto options = optionsIn(arguments);
+    return std::find_first_of(options.begin(), options.end(), words.begin(), words.end()) !=
+           options.end();
+}
+
+bool CommandLine::hasDisplay(std::span<char* const> arguments) {
+    constexpr std::array<const char*, 3> variables = {"DISPLAY", "WAYLAND_DISPLAY",
+                                                      "QT_QPA_PLATFORM"};
+    const auto isSet = [](const char* variable) { return !qEnvironmentVariableIsEmpty(variable); };
+    const auto choosesPlatform = [](std::string_view argument) {
+        return argument == "-platform" || argument == "--platform" ||
+               argument.starts_with("-platform=") || argument.starts_with("--platform=");
+    };
+    return std::ranges::any_of(variables, isSet) ||
+           std::ranges::any_of(optionsIn(arguments), choosesPlatform);
 }
 
 CommandLine CommandLine::parse(std::span<char* const> arguments) {
@@ -47,11 +80,18 @@ CommandLine CommandLine::parse(std::span<char* const> arguments) {
     parser.addOption(picture);
     parser.addPositionalArgument(QStringLiteral("file"), translated("The property lists to open."),
                                  QStringLiteral("[file\u2026]"));
+    QCommandLineOption service(QStringLiteral("service"));
+    service.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOption(service);
+    if (!parser.parse(texts)) {
+        fail(parser.errorText());
+    }
     parser.process(texts);
 
-    CommandLine result{parser.positionalArguments(), parser.value(picture)};
+    CommandLine result{pathsNamedBy(parser.positionalArguments()), parser.isSet(service),
+                       parser.value(picture)};
     if (parser.isSet(picture) && (result.paths.size() != 1 || result.picturePath.isEmpty())) {
-        fail(translated("tabulet: --picture needs a path and exactly one file."));
+        fail(translated("--picture needs a path and exactly one file."));
     }
     return result;
 }

@@ -9,8 +9,15 @@ struct CommandLine {
     /// The files to open.
     QStringList paths;
 
+    /// Whether the message bus has started the program and will say what to open.
+    bool isService = false;
+
     /// Where to save a screenshot of the window that shows the only file; empty for none.
     QString picturePath;
+
+    /// Whether there is something to show windows on: a display, or what the arguments or the
+    /// environment have chosen instead.
+    static bool hasDisplay(std::span<char* const> arguments);
 
     /// Whether the arguments only ask for something to be printed, which needs no display.
     static bool asksForText(std::span<char* const> arguments);

@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <QTranslator>
 #include <algorithm>
+#include <chrono>
 
 #include "app/desktop/files/FilePath.h"
 #include "app/desktop/files/StateFolder.h"
@@ -75,10 +76,21 @@ void TabuletApp::start(const QStringList& paths) {
     } else {
         open(paths);
     }
-    // The questions appear over a window, which must be in its place by then.
-    DocumentWindow* window = windows_.first();
-    connect(window, &DocumentWindow::documentShown, &crashRecovery_, &CrashRecovery::look);
-    connect(&window->controller(), &DocumentController::openFailed, &crashRecovery_,
+}
+
+void TabuletApp::waitForCalls() {
+    constexpr std::chrono::seconds patience{10};
+    QTimer::singleShot(patience, this, [this] {
+        if (windows_.isEmpty()) {
+            quit();
+        }
+    });
+}
+
+/// The questions appear over a window, which must be in its place by then.
+void TabuletApp::lookForLosses(DocumentWindow& window) {
+    connect(&window, &DocumentWindow::documentShown, &crashRecovery_, &CrashRecovery::look);
+    connect(&window.controller(), &DocumentController::openFailed, &crashRecovery_,
             &CrashRecovery::look);
 }
 
@@ -120,6 +132,14 @@ void TabuletApp::takeOver(const QStringList& paths, const LaunchToken& token) {
         window = pristineWindow();
     }
     bringToFront(window != nullptr ? *window : *newDocument());
+    token.endStartup();
+}
+
+void TabuletApp::openNewWindow(const LaunchToken& token) {
+    isQuitting_ = false;
+    token.useForNextWindow();
+    bringToFront(*newDocument());
+    token.endStartup();
 }
 
 DocumentWindow* TabuletApp::openOne(const QString& path) {
@@ -142,6 +162,9 @@ DocumentWindow* TabuletApp::makeWindow() {
         untitledCount_ == 1 ? tr("Untitled") : tr("Untitled %1").arg(untitledCount_);
     auto* window = new DocumentWindow(name);
     windows_ += window;
+    if (windows_.size() == 1) {
+        lookForLosses(*window);
+    }
     window->session().keepIn(recoveryStore_);
     connect(window, &DocumentWindow::newChosen, this, &TabuletApp::newDocument);
     connect(window, &DocumentWindow::openChosen, this, [this, window] { askForFiles(*window); });

@@ -29,6 +29,9 @@ public:
     /// Opens the files, or a new document if there are none.
     void start(const QStringList& paths);
 
+    /// Opens nothing yet: what to open will be handed over. Ends the program if that does not come.
+    void waitForCalls();
+
     DocumentWindow* newDocument();
 
     /// Opens each file in a window of its own, or brings the window that shows it already to the
@@ -38,6 +41,9 @@ public:
     /// Opens what another start of the program has handed over, and brings the last window of it to
     /// the front. Without files that is an untouched new document.
     void takeOver(const QStringList& paths, const LaunchToken& token);
+
+    /// Shows a new document, whatever is open.
+    void openNewWindow(const LaunchToken& token);
 
     /// Backs up all unsaved documents for the next start and quits without asking: the system wants
     /// the process to end.
@@ -58,6 +64,7 @@ private:
     void recover(const RecoverableDocument& lost);
     DocumentWindow* windowFor(const RecoverableDocument& lost);
     DocumentWindow* makeWindow();
+    void lookForLosses(DocumentWindow& window);
     DocumentWindow* windowShowing(const QString& path) const;
     DocumentWindow* pristineWindow() const;
     DocumentWindow* openOne(const QString& path);

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <cstddef>
+#include <iostream>
 #include <span>
 
 #include "app/desktop/session/LaunchToken.h"
@@ -18,6 +19,15 @@ int printText(int argc, char** argv) {
     TabuletApp::setUp(QStringLiteral(TABULET_VERSION));
     CommandLine::parse({argv, static_cast<std::size_t>(argc)});
     return 0;
+}
+
+/// Says why nothing can be shown, which the toolkit would answer with an abort. What is wrong with
+/// the arguments comes first.
+int refuseWithoutDisplay(int argc, char** argv) {
+    printText(argc, argv);
+    std::cerr << "tabulet: There is no display to show windows on: neither DISPLAY nor "
+                 "WAYLAND_DISPLAY is set.\n";
+    return 1;
 }
 
 /// The icon of the user's theme, or ours where it has none and the program is not installed.
@@ -43,7 +53,8 @@ int showWindows(int argc, char** argv) {
         return QApplication::exec();
     }
     SingleInstance instance;
-    if (instance.start(commandLine.paths, token) == SingleInstance::Role::handedOver) {
+    const SingleInstance::Role role = instance.start(commandLine.paths, token);
+    if (role == SingleInstance::Role::handedOver) {
         return 0;
     }
     TabuletApp app;
@@ -51,7 +62,12 @@ int showWindows(int argc, char** argv) {
     // Nothing more can be taken over when the program is about to end.
     QObject::connect(&application, &QGuiApplication::lastWindowClosed, &instance,
                      &SingleInstance::stop);
-    app.start(commandLine.paths);
+    QObject::connect(&instance, &SingleInstance::newWindowChosen, &app, &TabuletApp::openNewWindow);
+    if (commandLine.isService && role == SingleInstance::Role::first) {
+        app.waitForCalls();
+    } else {
+        app.start(commandLine.paths);
+    }
     return QApplication::exec();
 }
 
@@ -59,6 +75,10 @@ int showWindows(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     TerminationSignals::block();
-    const bool isText = CommandLine::asksForText({argv, static_cast<std::size_t>(argc)});
-    return isText ? printText(argc, argv) : showWindows(argc, argv);
+    const std::span<char* const> arguments(argv, static_cast<std::size_t>(argc));
+    if (CommandLine::asksForText(arguments)) {
+        return printText(argc, argv);
+    }
+    return CommandLine::hasDisplay(arguments) ? showWindows(argc, argv)
+                                              : refuseWithoutDisplay(argc, argv);
 }

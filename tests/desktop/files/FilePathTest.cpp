@@ -145,6 +145,36 @@ private Q_SLOTS:
         QTEST(path ? FilePath::encoded(*path) : QByteArray(), "path");
     }
 
+    void takesPathsAndAddresses_data() {
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<QByteArray>("path");
+        QTest::newRow("path") << QByteArray("a/b c%20.plist") << QByteArray("a/b c%20.plist");
+        QTest::newRow("colon") << QByteArray("12:30.plist") << QByteArray("12:30.plist");
+        QTest::newRow("word and colon") << QByteArray("note: a") << QByteArray("note: a");
+        QTest::newRow("bytes") << latin1 << latin1;
+        QTest::newRow("address") << QByteArray("file:///a%20b") << QByteArray("/a b");
+        QTest::newRow("capitals") << QByteArray("FILE:/a") << QByteArray("/a");
+        QTest::newRow("address with bytes") << QByteArray("file:///\xE9") << QByteArray("/\xE9");
+        QTest::newRow("another machine") << QByteArray("file://other/a") << QByteArray();
+        QTest::newRow("web") << QByteArray("https://example.org/a") << QByteArray();
+        QTest::newRow("no path") << QByteArray("file:a") << QByteArray();
+    }
+
+    void takesPathsAndAddresses() {
+        QFETCH(const QByteArray, input);
+        const std::optional<QString> path = FilePath::fromInput(FilePath::decoded(input));
+        QTEST(path ? FilePath::encoded(*path) : QByteArray(), "path");
+    }
+
+    void takesAFileWhoseNameLooksLikeAnAddress() {
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(folder_.path()));
+        make("file:a");
+        const std::optional<QString> path = FilePath::fromInput(QStringLiteral("file:a"));
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(path, std::optional(QStringLiteral("file:a")));
+    }
+
     void followsLinksOfBothKinds() {
         make("a");
         QVERIFY(QFile::link(path("a"), path("soft")));

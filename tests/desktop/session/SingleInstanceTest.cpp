@@ -264,22 +264,37 @@ private Q_SLOTS:
         QCOMPARE(spy.first().first().toStringList(), QStringList(QStringLiteral("/b.plist")));
     }
 
-    void hasNoActions() {
+    void makesNewWindows() {
+        SingleInstance first(bus_->connect());
+        QCOMPARE(first.start({}, {}), Role::first);
+        QSignalSpy spy(&first, &SingleInstance::newWindowChosen);
+        const QDBusMessage reply =
+            call(QLatin1String(SingleInstance::serviceName), QStringLiteral("ActivateAction"),
+                 {QStringLiteral("new-window"), QVariantList()},
+                 {{QStringLiteral("desktop-startup-id"), QStringLiteral("id")}});
+        QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.first().first().value<LaunchToken>().startupId, QByteArray("id"));
+    }
+
+    void hasNoOtherActions() {
         SingleInstance first(bus_->connect());
         QCOMPARE(first.start({}, {}), Role::first);
         const QDBusMessage reply =
             call(QLatin1String(SingleInstance::serviceName), QStringLiteral("ActivateAction"),
                  {QStringLiteral("fly"), QVariantList()});
         QCOMPARE(QDBusError(reply).type(), QDBusError::InvalidArgs);
+        QCOMPARE(reply.errorMessage(), QStringLiteral("There is no action “fly”."));
     }
 
 private:
     /// What the object at the name answers to a call from another connection.
-    QDBusMessage call(const QString& name, const QString& method, const QVariantList& arguments) {
+    QDBusMessage call(const QString& name, const QString& method, const QVariantList& arguments,
+                      const QVariantMap& platformData = {}) {
         QDBusMessage message =
             QDBusMessage::createMethodCall(name, QLatin1String(SingleInstance::objectPath),
                                            QStringLiteral("org.freedesktop.Application"), method);
-        message.setArguments(arguments + QVariantList{QVariantMap()});
+        message.setArguments(arguments + QVariantList{platformData});
         const QDBusPendingCall pending = bus_->connect().asyncCall(message);
         [&pending] { QTRY_VERIFY(pending.isFinished()); }();
         return pending.reply();

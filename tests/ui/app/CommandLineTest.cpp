@@ -38,6 +38,52 @@ private Q_SLOTS:
         QCOMPARE(FilePath::encoded(line.paths.first()), QByteArray("\xE9\xC3\xA9 .plist"));
     }
 
+    void takesAddressesOfFiles() {
+        const CommandLine line = parsed({"tabulet", "file:///a%20b.plist", "c.plist"});
+        QCOMPARE(line.paths,
+                 (QStringList{QStringLiteral("/a b.plist"), QStringLiteral("c.plist")}));
+    }
+
+    void isStartedByTheBus() {
+        QVERIFY(parsed({"tabulet", "--service"}).isService);
+        QVERIFY(!parsed({"tabulet"}).isService);
+    }
+
+    void findsADisplay_data() {
+        QTest::addColumn<QByteArray>("variable");
+        QTest::addColumn<QByteArray>("argument");
+        QTest::addColumn<bool>("hasDisplay");
+        QTest::newRow("none") << QByteArray() << QByteArray() << false;
+        QTest::newRow("X11") << QByteArray("DISPLAY") << QByteArray() << true;
+        QTest::newRow("Wayland") << QByteArray("WAYLAND_DISPLAY") << QByteArray() << true;
+        QTest::newRow("platform") << QByteArray("QT_QPA_PLATFORM") << QByteArray() << true;
+        QTest::newRow("option") << QByteArray() << QByteArray("-platform") << true;
+        QTest::newRow("two dashes") << QByteArray() << QByteArray("--platform=vnc") << true;
+        QTest::newRow("file") << QByteArray() << QByteArray("platform") << false;
+    }
+
+    void findsADisplay() {
+        QFETCH(const QByteArray, variable);
+        QFETCH(QByteArray, argument);
+        const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
+        for (const char* each : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+            qunsetenv(each);
+        }
+        if (!variable.isEmpty()) {
+            qputenv(variable.constData(), "x");
+        }
+        QByteArray program = "tabulet";
+        QByteArray end = "--";
+        const std::array<char*, 2> first = {program.data(), argument.data()};
+        const std::array<char*, 3> behind = {program.data(), end.data(), argument.data()};
+        const bool found = CommandLine::hasDisplay(first);
+        const bool foundBehind = CommandLine::hasDisplay(behind);
+        qunsetenv(variable.constData());
+        qputenv("QT_QPA_PLATFORM", chosen);
+        QTEST(found, "hasDisplay");
+        QCOMPARE(foundBehind, !variable.isEmpty());
+    }
+
     void takesPicture() {
         const CommandLine line = parsed({"tabulet", "--picture", "p.png", "a.plist"});
         QCOMPARE(line.picturePath, QStringLiteral("p.png"));
