@@ -163,10 +163,10 @@ void DocumentWindow::followFile() {
     connect(notice_, &FileNotice::keepChosen, &changes, &ExternalChanges::keepMine);
     connect(notice_, &FileNotice::saveChosen, this, &DocumentWindow::save);
     connect(&controller(), &DocumentController::aboutToReload, this,
-            [this] { keptPlace_.emplace(*view_); });
+            [this] { viewPosition_.emplace(view_->table()); });
     connect(&controller(), &DocumentController::reloaded, this, [this] {
-        keptPlace_->restore(*view_);
-        keptPlace_.reset();
+        viewPosition_->restore(view_->table());
+        viewPosition_.reset();
     });
 }
 

@@ -9,7 +9,7 @@
 
 #include "app/desktop/document/DocumentSession.h"
 #include "app/ui/dialogs/MessageDialog.h"
-#include "app/ui/window/KeptPlace.h"
+#include "app/ui/table/view/ViewPosition.h"
 
 class CloseProtocol;
 class DocumentView;
@@ -107,7 +107,7 @@ private:
     void saveDespiteChange(MessageDialog::ChangeAnswer answer);
 
     DocumentSession session_;
-    std::optional<KeptPlace> keptPlace_;
+    std::optional<ViewPosition> viewPosition_;
     QStackedWidget* pages_;
     ProgressPage* progress_;
     DocumentView* view_;

@@ -98,7 +98,7 @@ AccessibleCell::AccessibleCell(OutlineView& view, PlistNodePtr node, int column)
 AccessibleCell::~AccessibleCell() = default;
 
 QModelIndex AccessibleCell::index() const {
-    const std::optional<int> row = view().outlineModel().outline().hintedRowOf(*node_);
+    const std::optional<int> row = view().outline().hintedRowOf(*node_);
     return row ? view().outlineModel().index(*row, column()) : QModelIndex();
 }
 

@@ -47,7 +47,7 @@ void AccessibleTable::announceSelection(OutlineView& view) {
 }
 
 AccessibleTable::AccessibleTable(OutlineView& view) : QAccessibleWidget(&view, QAccessible::Table) {
-    const OutlineState* outline = &view.outlineModel().outline();
+    const OutlineState* outline = &view.outline();
     QObject::connect(outline, &OutlineState::rowsChanged, &context_,
                      [this] { dropCellsWithoutRow(); });
     QObject::connect(&view.outlineModel(), &QAbstractItemModel::dataChanged, &context_,

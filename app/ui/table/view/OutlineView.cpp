@@ -33,9 +33,11 @@ OutlineState& OutlineView::outline() const noexcept {
 }
 
 void OutlineView::followOutline(const OutlineState& outline) {
-    connect(&outline, &OutlineState::rowsAboutToBeRemoved, this, &OutlineView::rememberSight);
-    connect(&outline, &OutlineState::rowsAboutToBeInserted, this, &OutlineView::rememberSight);
-    connect(&outline, &OutlineState::rowsAboutToBeRearranged, this, &OutlineView::rememberSight);
+    connect(&outline, &OutlineState::rowsAboutToBeRemoved, this, &OutlineView::rememberVisibleRows);
+    connect(&outline, &OutlineState::rowsAboutToBeInserted, this,
+            &OutlineView::rememberVisibleRows);
+    connect(&outline, &OutlineState::rowsAboutToBeRearranged, this,
+            &OutlineView::rememberVisibleRows);
     connect(&outline, &OutlineState::rowsAboutToBeReset, this, [this] { isChangingRows_ = true; });
     connect(&outline, &OutlineState::rowsChanged, this, &OutlineView::rowsChanged);
 }
@@ -147,51 +149,50 @@ void OutlineView::placeEditor(QWidget& editor, const QModelIndex& index) const {
 
 void OutlineView::rowsChanged() {
     isChangingRows_ = false;
-    restoreSight();
+    scrollBack(std::exchange(visibleBefore_, {}),
+               [this](const PlistNode& node) { return outline().hintedRowOf(node); });
 }
 
-void OutlineView::rememberSight() {
+void OutlineView::rememberVisibleRows() {
     isChangingRows_ = true;
-    if (sight_.empty()) {
-        sight_ = seenRows();
+    if (visibleBefore_.empty()) {
+        visibleBefore_ = visibleRows();
     }
 }
 
-std::vector<OutlineView::SeenRow> OutlineView::seenRows() const {
-    std::vector<SeenRow> rows;
-    const auto add = [this, &rows](int row) {
-        rows.push_back({PlistNodePtr(&model_->row(row).node()), rowViewportPosition(row)});
-    };
+std::vector<OutlineView::VisibleRow> OutlineView::visibleRows() const {
+    std::vector<VisibleRow> rows;
     const int height = viewport()->height();
+    const auto addVisible = [this, height, &rows](int row) {
+        const int top = rowViewportPosition(row);
+        const bool isVisible = top < height;
+        if (isVisible) {
+            rows.push_back({PlistNodePtr(&model_->row(row).node()), top});
+        }
+        return isVisible;
+    };
     const int current = currentIndex().row();
-    if (current >= 0 && rowViewportPosition(current) >= 0 &&
-        rowViewportPosition(current) < height) {
-        add(current);
+    if (current >= 0 && rowViewportPosition(current) >= 0) {
+        addVisible(current);
     }
-    const int first = rowAt(0);
-    for (int row = first; row >= 0 && row < model_->rowCount(); ++row) {
-        if (rowViewportPosition(row) >= height) {
+    for (int row = rowAt(0); row >= 0 && row < model_->rowCount(); ++row) {
+        if (!addVisible(row)) {
             break;
         }
-        add(row);
     }
     return rows;
 }
 
-void OutlineView::restoreSight() {
-    const std::vector<SeenRow> seen = std::exchange(sight_, {});
-    for (const SeenRow& anchor : seen) {
-        if (const std::optional<int> row = outline().hintedRowOf(*anchor.node)) {
-            scrollRowTo(*row, anchor.top);
-            return;
+bool OutlineView::scrollBack(const std::vector<VisibleRow>& rows,
+                             const std::function<std::optional<int>(const PlistNode&)>& rowOf) {
+    for (const VisibleRow& before : rows) {
+        if (const std::optional<int> row = rowOf(*before.node)) {
+            // The scroll bar must know of the rows before it can be set.
+            doItemsLayout();
+            const int moved = rowViewportPosition(*row) - before.top;
+            verticalScrollBar()->setValue(verticalScrollBar()->value() + moved);
+            return true;
         }
     }
-}
-
-void OutlineView::scrollRowTo(int row, int top) {
-    // The range of the scroll bar must know of the rows before it can be set.
-    executeDelayedItemsLayout();
-    updateGeometries();
-    const int moved = rowViewportPosition(row) - top;
-    verticalScrollBar()->setValue(verticalScrollBar()->value() + moved);
+    return false;
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QTableView>
+#include <functional>
+#include <optional>
 #include <vector>
 
 #include "app/model/outline/OutlineState.h"
@@ -23,6 +25,22 @@ public:
     ~OutlineView() override;
 
     OutlineTableModel& outlineModel() const noexcept { return *model_; }
+    OutlineState& outline() const noexcept;
+
+    /// A row in sight, and where it begins in the viewport.
+    struct VisibleRow {
+        PlistNodePtr node;
+        int top = 0;
+    };
+
+    /// The rows in sight from top to bottom, but first the current one if it is among them: that is
+    /// what the user looks at.
+    std::vector<VisibleRow> visibleRows() const;
+
+    /// Scrolls so that the first of `rows` that is still there begins where it began. `rowOf` tells
+    /// the number of a node's row, or nothing. False if none of them is there.
+    bool scrollBack(const std::vector<VisibleRow>& rows,
+                    const std::function<std::optional<int>(const PlistNode&)>& rowOf);
 
     /// Whether a point of the viewport is on the control that expands and collapses a row, or so
     /// close that it is meant.
@@ -55,7 +73,6 @@ Q_SIGNALS:
     void expansionRefused();
 
 protected:
-    OutlineState& outline() const noexcept;
     KeyCell& keyCell() const noexcept { return *keyCell_; }
 
     /// Begins to show the rows. Not in the constructor, because screen readers ask about them at
@@ -73,27 +90,18 @@ protected:
     void updateGeometries() override;
 
 private:
-    /// A row that was in sight, and where.
-    struct SeenRow {
-        PlistNodePtr node;
-        int top = 0;
-    };
-
     void setUpAppearance();
     void setUpCells();
     void followOutline(const OutlineState& outline);
     void applyFont();
     QStyleOptionViewItem cellOption(const QModelIndex& index) const;
 
-    void rememberSight();
-    void restoreSight();
-    void scrollRowTo(int row, int top);
-    std::vector<SeenRow> seenRows() const;
+    void rememberVisibleRows();
 
     OutlineHeader* header_;
     OutlineTableModel* model_ = nullptr;
     KeyCell* keyCell_ = nullptr;
     ValueCell* valueCell_ = nullptr;
-    std::vector<SeenRow> sight_;
+    std::vector<VisibleRow> visibleBefore_;
     bool isChangingRows_ = false;
 };
