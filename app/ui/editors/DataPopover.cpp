@@ -26,7 +26,7 @@
 
 namespace {
 
-/// The widest line of the dump: offset, blanks, and 16 bytes in four groups.
+/// The widest line of the dump: offset, spaces, and 16 bytes in four groups.
 constexpr int dumpColumns = 8 + 2 + 32 + 3;
 
 QPlainTextEdit* makeEditor(const QString& name, QWidget* parent) {
@@ -37,11 +37,11 @@ QPlainTextEdit* makeEditor(const QString& name, QWidget* parent) {
     return editor;
 }
 
-/// Their Base64 is 76 characters, the longest line of mail (RFC 2045, section 6.8).
+/// Their Base64 has 76 characters, the longest line in mail (RFC 2045, section 6.8).
 constexpr std::size_t bytesPerLine = 57;
 static_assert(DataPopover::bytesPerTurn % bytesPerLine == 0);
 
-/// More than a person types: to read it takes longer than an answer may.
+/// Longer than anything typed: decoding it takes so long that the window would not respond.
 constexpr qsizetype longText = 1'000'000;
 
 std::optional<std::vector<std::uint8_t>> bytesOf(QString text) {
@@ -54,16 +54,16 @@ std::optional<std::vector<std::uint8_t>> bytesOf(QString text) {
 // --- The Base64 of many bytes ---
 
 /// Fills a text editor with the Base64 of bytes, in lines: an editor is slow with a single line of
-/// megabytes. Many bytes go there in several turns of the event loop, because millions of lines
-/// take longer than a window may leave its user without an answer.
+/// megabytes. Many bytes are added in several turns of the event loop, because with millions of
+/// lines the window would not respond.
 class DataPopover::Base64Filler {
 public:
-    /// `editor` must outlive the filler. `done` is called when all bytes are there, if that took
+    /// `editor` must outlive the filler. `done` is called when all bytes are shown, if that took
     /// more than one turn.
     Base64Filler(QPlainTextEdit& editor, std::function<void()> done);
 
-    /// Replaces the text. The bytes must stay as they are until all are there; meanwhile the editor
-    /// is read-only. Starting again gives up what was not done.
+    /// Replaces the text. The bytes must stay unchanged until all are shown; until then the editor
+    /// is read-only. Starting again abandons what is left.
     void start(Bytes bytes);
 
     bool isDone() const noexcept { return rest_.empty(); }
@@ -88,7 +88,7 @@ void DataPopover::Base64Filler::start(Bytes bytes) {
     next_.stop();
     rest_ = bytes;
     const bool isLong = bytes.size() > bytesPerTurn;
-    // Wrapped, all lines would be laid out whenever the window gets another size.
+    // If wrapped, all lines would be laid out again whenever the window is resized.
     editor_.setLineWrapMode(isLong ? QPlainTextEdit::NoWrap : QPlainTextEdit::WidgetWidth);
     editor_.setReadOnly(isLong);
     editor_.setPlainText(takeLines());
@@ -141,7 +141,7 @@ DataPopover::DataPopover(Bytes bytes, const QString& name, std::function<void(By
     connect(base64_, &QPlainTextEdit::textChanged, this, [this] { isEdited_ = true; });
     filler_ = std::make_unique<Base64Filler>(*base64_, [this] {
         isEdited_ = false;
-        finish();
+        endActivity();
     });
     setBytes(bytes);
 }
@@ -163,16 +163,16 @@ void DataPopover::makeLayout() {
     connect(import, &QPushButton::clicked, this, &DataPopover::askForImport);
     connect(save, &QPushButton::clicked, this, &DataPopover::askForExport);
     connect(apply, &QPushButton::clicked, this, &DataPopover::applyText);
-    // Else Return in the dump would ask for a file: dialogs press their first button.
+    // Otherwise Return in the dump would open a file dialog: dialogs press their first button.
     apply->setDefault(true);
     layout->addWidget(progress_);
     layout->addWidget(buttons_);
-    // How long it will take is not known: a bar that only moves.
+    // The duration is not known: an indeterminate bar.
     progress_->setRange(0, 0);
     progress_->hide();
-    patience_.setSingleShot(true);
-    patience_.setInterval(ProgressPage::delay);
-    connect(&patience_, &QTimer::timeout, progress_, &QWidget::show);
+    progressDelay_.setSingleShot(true);
+    progressDelay_.setInterval(ProgressPage::delay);
+    connect(&progressDelay_, &QTimer::timeout, progress_, &QWidget::show);
     const int character = dump_->fontMetrics().horizontalAdvance(u'0');
     resize((dumpColumns + 10) * character, 30 * dump_->fontMetrics().height());
 }
@@ -186,10 +186,10 @@ void DataPopover::setBytes(Bytes bytes) {
     filler_->start(bytes_);
     isEdited_ = false;
     if (wasFilling) {
-        finish();
+        endActivity();
     }
     if (!filler_->isDone()) {
-        begin(tr("Showing the bytes as Base64\u2026"));
+        beginActivity(tr("Showing the bytes as Base64\u2026"));
     }
     setInvalid(false);
 }
@@ -204,18 +204,18 @@ void DataPopover::applyText() {
         apply(bytesOf(text));
         return;
     }
-    begin(tr("Applying\u2026"));
+    beginActivity(tr("Applying\u2026"));
     base64_->setReadOnly(true);
     BackgroundTask::run(
         *this, [text] { return bytesOf(text); },
         [this](const std::optional<std::vector<std::uint8_t>>& bytes) {
             base64_->setReadOnly(false);
-            finish();
+            endActivity();
             apply(bytes);
         });
 }
 
-/// Nothing was no Base64.
+/// Without bytes: the text was not valid Base64.
 void DataPopover::apply(const std::optional<std::vector<std::uint8_t>>& bytes) {
     setInvalid(!bytes);
     if (bytes) {
@@ -252,11 +252,11 @@ void DataPopover::askForExport() {
 }
 
 void DataPopover::importFrom(const QString& path) {
-    begin(tr("Importing\u2026"));
+    beginActivity(tr("Importing\u2026"));
     BackgroundTask::run(
         *this, [path] { return ByteFile::read(path); },
         [this, path](const ByteFile::Content& content) {
-            finish();
+            endActivity();
             if (content.error.isEmpty()) {
                 apply_({reinterpret_cast<const std::uint8_t*>(content.bytes.constData()),
                         static_cast<std::size_t>(content.bytes.size())});
@@ -268,13 +268,13 @@ void DataPopover::importFrom(const QString& path) {
 }
 
 void DataPopover::exportTo(const QString& path) {
-    begin(tr("Exporting\u2026"));
+    beginActivity(tr("Exporting\u2026"));
     const QByteArray bytes(reinterpret_cast<const char*>(bytes_.data()),
                            static_cast<qsizetype>(bytes_.size()));
     BackgroundTask::run(
         *this, [path, bytes] { return ByteFile::write(path, bytes); },
         [this, path](const QString& error) {
-            finish();
+            endActivity();
             if (!error.isEmpty()) {
                 const FileError failure(FileError::Code::writeFailed, path, error);
                 MessageDialog::show(
@@ -285,20 +285,21 @@ void DataPopover::exportTo(const QString& path) {
         });
 }
 
-/// The buttons have to wait until all is done: what they began, and the text after an undo.
-void DataPopover::begin(const QString& activity) {
+/// The buttons are disabled until everything has ended: what they began, and the filling with
+/// Base64.
+void DataPopover::beginActivity(const QString& activity) {
     ++activities_;
     buttons_->setEnabled(false);
     progress_->setAccessibleName(activity);
     progress_->setFormat(activity);
-    patience_.start();
+    progressDelay_.start();
 }
 
-void DataPopover::finish() {
+void DataPopover::endActivity() {
     if (--activities_ > 0) {
         return;
     }
-    patience_.stop();
+    progressDelay_.stop();
     progress_->hide();
     buttons_->setEnabled(true);
 }

@@ -15,27 +15,27 @@ class QLabel;
 class QPlainTextEdit;
 class QProgressBar;
 
-/// The bytes of one data item: looked at as hexadecimal digits, edited as Base64, and brought from
-/// and to files.
+/// The bytes of one data item: shown as a hex dump, edited as Base64, imported from files and
+/// exported to them.
 class DataPopover : public QDialog {
     Q_OBJECT
 
 public:
     using Bytes = std::span<const std::uint8_t>;
 
-    /// The most bytes that are shown as Base64 at once; more follow in further turns of the event
-    /// loop.
+    /// How many bytes at most are shown as Base64 at once; the rest follow in further turns of the
+    /// event loop.
     static constexpr std::size_t bytesPerTurn = std::size_t{57} * 1024;
 
-    /// `name` is proposed as the name of a file; `apply` takes new bytes into the document.
+    /// `name` is suggested as a file name; `apply` puts new bytes into the document.
     DataPopover(Bytes bytes, const QString& name, std::function<void(Bytes)> apply,
                 QWidget* parent);
     ~DataPopover() override;
 
-    /// The item has other bytes now. A text that the user has begun to edit is replaced.
+    /// Shows other bytes, which the item has now. What the user has typed is replaced.
     void setBytes(Bytes bytes);
 
-    /// Whether the text was applied and is no Base64.
+    /// Whether the text that was applied last is not valid Base64.
     bool isInvalid() const noexcept { return isInvalid_; }
 
 private:
@@ -47,8 +47,8 @@ private:
     void setInvalid(bool isInvalid);
     void askForImport();
     void askForExport();
-    void begin(const QString& activity);
-    void finish();
+    void beginActivity(const QString& activity);
+    void endActivity();
     void importFrom(const QString& path);
     void exportTo(const QString& path);
 
@@ -61,10 +61,10 @@ private:
     std::unique_ptr<Base64Filler> filler_;
     QLabel* problem_;
     QDialogButtonBox* buttons_;
-    /// Appears when something takes its time.
+    /// Appears when an activity takes long.
     QProgressBar* progress_;
-    QTimer patience_;
-    int activities_ = 0;     ///< how many things have not come to their end
-    bool isEdited_ = false;  ///< the text may be other bytes
+    QTimer progressDelay_;
+    int activities_ = 0;     ///< how many have not ended
+    bool isEdited_ = false;  ///< the text may stand for other bytes
     bool isInvalid_ = false;
 };

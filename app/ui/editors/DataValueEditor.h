@@ -6,12 +6,12 @@
 class DataPopover;
 class QWidget;
 
-/// Edits the bytes of a data item of a document.
+/// Opens the bytes of a data item of a document for editing.
 namespace DataValueEditor {
 
-/// Opens the bytes of the item that `row` shows over `window`. What is typed or imported there
-/// becomes the item's value, in one step that can be undone; the bytes follow the item however it
-/// changes, and go when it is no longer data. The popover deletes itself when it is closed.
+/// Opens a popover over `window` with the bytes of the item in `row`. What is typed or imported
+/// there becomes the item's value, as a single undo step. The popover follows every change of the
+/// item, closes when it is no longer data, and deletes itself when it is closed.
 DataPopover* open(const DocumentActions& actions, const OutlineRow& row, QWidget& window);
 
 }  // namespace DataValueEditor

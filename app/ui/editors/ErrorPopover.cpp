@@ -11,15 +11,15 @@
 
 namespace {
 
-/// How far the popover stays away from its anchor.
+/// The distance between the popover and its anchor.
 constexpr int distance = 4;
 
-constexpr int greatestTextWidth = 360;
+constexpr int maximumTextWidth = 360;
 
-/// A label wraps its text into a narrow column of its own choice: let it be as wide as the text, up
-/// to the greatest width.
+/// Labels wrap their text into a narrow column by themselves: this one is as wide as the text, up
+/// to the maximum.
 int widthOf(const QLabel& label) {
-    const QRect bounds = label.fontMetrics().boundingRect(QRect(0, 0, greatestTextWidth, 10'000),
+    const QRect bounds = label.fontMetrics().boundingRect(QRect(0, 0, maximumTextWidth, 10'000),
                                                           Qt::TextWordWrap, label.text());
     return bounds.width() + 2;
 }

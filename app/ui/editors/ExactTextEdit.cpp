@@ -8,11 +8,12 @@
 
 namespace {
 
-/// Where to cut a line that is too long: after a blank if there is one, and not within a character.
+/// Where to split a line that is too long: after a space if there is one, and not within a
+/// character.
 qsizetype cutIn(QStringView line) {
-    const qsizetype blank = line.first(LongLines::longest).lastIndexOf(u' ');
-    if (blank >= 0) {
-        return blank + 1;
+    const qsizetype space = line.first(LongLines::longest).lastIndexOf(u' ');
+    if (space >= 0) {
+        return space + 1;
     }
     return line[LongLines::longest - 1].isHighSurrogate() ? LongLines::longest - 1
                                                           : LongLines::longest;
@@ -29,7 +30,7 @@ void appendSections(QString& sections, QStringView line) {
     sections += line;
 }
 
-/// The kind of line breaks that a text has. If it has several, any of them: no choice keeps all.
+/// The kind of line break that a text has. If it has several, any of them: none would keep all.
 QString lineBreakOf(const QString& text) {
     for (const QString& kind : {QStringLiteral("\r\n"), QStringLiteral("\n"), QStringLiteral("\r"),
                                 QStringLiteral("\u2029")}) {
@@ -112,7 +113,7 @@ QString ExactTextEdit::exactText() const {
 
 void ExactTextEdit::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::InsertLineSeparator) && !isReadOnly()) {
-        // The base would insert U+2028, which looks like a line break and is none in most files.
+        // The base would insert U+2028, which looks like a line break but is not one in most files.
         textCursor().insertBlock();
         ensureCursorVisible();
         event->accept();
@@ -125,14 +126,15 @@ void ExactTextEdit::keyPressEvent(QKeyEvent* event) {
     QPlainTextEdit::keyPressEvent(event);
 }
 
-/// The cursor and the ends of a selection never stand between a section and its mark: a mark that
-/// is deleted without what parts the sections would leave a line break.
+/// Keeps the cursor and the ends of a selection from being between a section and its mark: a mark
+/// that is deleted without the separator before it would leave a line break.
 void ExactTextEdit::stayOffMarks() {
     QTextCursor cursor = textCursor();
     const int position = cursor.position();
     const int anchor = cursor.anchor();
     lastPosition_ = placeOffMark(position, lastPosition_ == position + 1);
-    // Where three clicks begin to select, for one. A selection becomes smaller rather than larger.
+    // A triple click begins its selection there, for example. A selection shrinks rather than
+    // grows.
     const int newAnchor =
         anchor == position ? lastPosition_ : placeOffMark(anchor, anchor > position);
     if (lastPosition_ != position || newAnchor != anchor) {
@@ -142,7 +144,7 @@ void ExactTextEdit::stayOffMarks() {
     }
 }
 
-/// The place before or behind a mark and what parts the sections there, instead of between them.
+/// The place before the separator of two sections or after the mark, instead of between them.
 int ExactTextEdit::placeOffMark(int place, bool isBefore) const {
     if (document()->characterAt(place) != LongLines::mark) {
         return place;
@@ -150,8 +152,8 @@ int ExactTextEdit::placeOffMark(int place, bool isBefore) const {
     return isBefore && place > 0 ? place - 1 : place + 1;
 }
 
-/// Joins the sections between which something is about to be deleted: the key shall delete what is
-/// seen, not what parts them.
+/// Joins the sections between which something is about to be deleted: the key is to delete what is
+/// visible, not their separator.
 void ExactTextEdit::joinSections(QTextCursor::MoveOperation reach) {
     QTextCursor deleted = textCursor();
     deleted.movePosition(reach, QTextCursor::KeepAnchor);

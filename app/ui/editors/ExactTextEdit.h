@@ -3,34 +3,34 @@
 #include <QPlainTextEdit>
 #include <QString>
 
-/// Long lines cut into sections for text editors, which lay out each line as a whole and take
+/// Long lines split into sections for text editors, which lay out each line as a whole and take
 /// seconds for one of megabytes.
 ///
-/// The sections of a line stand on lines of their own, and each but the first holds a mark that is
-/// drawn as nothing. It says that the section belongs to the line above it, wherever in the section
-/// it stands: so whatever is edited before, behind or across it, what was meant stays clear.
+/// Each section is a line of its own, and all but the first contain a mark that is invisible. It
+/// says that the section continues the line above, wherever in the section it is: so the meaning
+/// stays clear, whatever is edited before, after or across it.
 namespace LongLines {
 
-/// The mark. Not assigned in Unicode and set aside there for what is not to be drawn, so texts
-/// hardly hold it; one that does cannot be brought back by `joined`.
+/// The mark. Unicode has not assigned it and reserves it for characters that are not drawn, so
+/// hardly any text contains it; one that does cannot be restored by `joined`.
 inline constexpr QChar mark(0xFFF0);
 
-/// The most characters of a section: some lines of the screen.
+/// How long a section is at most, in UTF-16 code units: some lines on the screen.
 inline constexpr qsizetype longest = 5000;
 
-/// `text`, whose line breaks are "\n", with its long lines in sections.
+/// `text`, whose line breaks are "\n", with its long lines split into sections.
 QString inSections(const QString& text);
 
-/// The text without marks, the lines set apart by `lineBreak`. In `sections` they are set apart by
-/// U+2029, as text documents give them.
+/// The text without marks, its lines separated by `lineBreak`. In `sections` they are separated by
+/// U+2029, as text documents return them.
 QString joined(const QString& sections, const QString& lineBreak);
 
 }  // namespace LongLines
 
-/// A text editor of many lines that gives back its text exactly, unlike its base, which makes every
-/// kind of line break and of blank the common one. Lines of megabytes do not hold it up.
+/// A text editor of many lines that returns its text exactly, unlike its base, which normalizes
+/// line breaks and spaces. It stays fast with lines of megabytes.
 ///
-/// One kind of line break at a time can be kept: that which the text has, or "\n" if it has none.
+/// It keeps one kind of line break at a time: the one that the text has, or "\n" if it has none.
 /// Return inserts one of that kind.
 class ExactTextEdit : public QPlainTextEdit {
     Q_OBJECT
@@ -38,7 +38,7 @@ class ExactTextEdit : public QPlainTextEdit {
 public:
     explicit ExactTextEdit(QWidget* parent = nullptr);
 
-    /// Shows a text. False if it would not come back exactly; it can then only be looked at.
+    /// Shows a text. False if it could not be returned exactly; it is read-only then.
     bool setExactText(const QString& text);
 
     /// The text as it is now. Takes time in proportion to its length.

@@ -7,8 +7,8 @@
 
 class ErrorPopover;
 
-/// The field in which a key or a value is edited inside its cell. It shows what is wrong with a
-/// text that is refused, and tells its owner when the edit has ended; it never commits twice.
+/// The field in which a key or a value is edited inside its cell. It shows why a text is refused
+/// and tells its owner when the edit has ended; it never commits twice.
 ///
 /// An edit ends by Return, Escape, Tab or by the focus going elsewhere in the window. It does not
 /// end when the window is deactivated or a menu or popup opens. (The stock editor of item views
@@ -21,14 +21,14 @@ public:
     struct Owner {
         /// Applies a text; returns what to tell the user if it is refused.
         std::function<std::optional<QString>(const QString&)> commit;
-        /// The edit has ended.
+        /// Called when the edit has ended.
         std::function<void()> finish;
-        /// After `finish`, if the text was applied and Tab ended the edit. May be empty.
+        /// Called after `finish` if the text was applied and Tab ended the edit. May be empty.
         std::function<void()> onTab;
     };
 
     /// Begins an edit of `text`, all of it selected. The field takes the focus one turn of the
-    /// event loop later, when it stands in its place.
+    /// event loop later, when it has been placed.
     InlineTextField(const QString& text, Owner owner, QWidget* parent);
     ~InlineTextField() override;
 
@@ -36,10 +36,10 @@ public:
     /// edit goes on. For what needs the document complete, such as saving.
     bool commitNow();
 
-    /// Ends the edit without applying the text and without a word to the owner: the cell has gone.
+    /// Ends the edit without applying the text or telling the owner: the cell is gone.
     void abandon();
 
-    /// The message of the last text that was refused; empty once it was edited or dismissed.
+    /// Why the text was refused last; empty once it is edited or the message dismissed.
     QString error() const;
 
 protected:

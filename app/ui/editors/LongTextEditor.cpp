@@ -15,7 +15,7 @@ namespace {
 constexpr int columns = 80;
 constexpr int lines = 28;
 
-/// From one tab stop to the next.
+/// The distance of tab stops.
 constexpr int tabColumns = 4;
 
 }  // namespace
@@ -36,7 +36,7 @@ LongTextEditor::LongTextEditor(const QString& text, InlineTextField::Owner owner
 }
 
 void LongTextEditor::makeLayout() {
-    // Else the buttons would be out of reach for the keyboard.
+    // Otherwise the buttons could not be reached by keyboard.
     text_->setTabChangesFocus(true);
     text_->installEventFilter(this);
     notice_->setTextFormat(Qt::PlainText);

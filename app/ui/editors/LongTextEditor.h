@@ -8,10 +8,10 @@ class ExactTextEdit;
 class QLabel;
 
 /// The window in which a key or a value is edited that is too long for a field in its cell. Return
-/// inserts a line break, Ctrl+Return is OK; undo and clipboard work on the text alone.
+/// inserts a line break, Ctrl+Return is OK; undo and clipboard apply to the text alone.
 ///
-/// Like the field it never commits twice, and a text that is not edited is not committed at all. A
-/// text that would not survive the editing exactly is shown read-only.
+/// Like the field it never commits twice, and a text that was not edited is not committed at all. A
+/// text that could not be returned exactly is read-only.
 class LongTextEditor : public QDialog {
     Q_OBJECT
 
@@ -22,20 +22,20 @@ public:
     /// Begins an edit of `text`.
     LongTextEditor(const QString& text, InlineTextField::Owner owner, QWidget* parent);
 
-    /// What the window is called, and the text for screen readers.
+    /// Sets the title of the window, and the name of the text for screen readers.
     void setNames(const QString& title, const QString& accessibleName);
 
     /// Applies the text as the button OK does. False if it was refused, which the window shows;
     /// then the edit goes on.
     bool commitNow();
 
-    /// Ends the edit without applying the text and without a word to the owner: the cell has gone.
+    /// Ends the edit without applying the text or telling the owner: the cell is gone.
     void abandon();
 
     /// Why the text cannot be edited, or why it was refused last; empty in general.
     QString notice() const;
 
-    /// Both buttons, Escape and the close button of the window come here.
+    /// Both buttons, Escape and the close button of the window end up here.
     void done(int result) override;
 
 protected:

@@ -17,11 +17,11 @@ TypeMenu::TypeMenu(const DocumentActions& actions, const PlistNodePtr& node, QWi
         }
         const std::string_view name = displayName(type);
         QAction* item = addAction(QString::fromUtf8(name.data(), qsizetype(name.size())));
-        // Without a group, which some styles mark by dots in place of check marks.
+        // Not in a group, for which some styles show dots instead of check marks.
         item->setCheckable(true);
         item->setChecked(type == node->type());
         connect(item, &QAction::triggered, this, [actions, node, type] {
-            // A change to a container would show it expanded.
+            // Choosing the same type would expand a container.
             if (node->type() != type) {
                 actions.changeType(*node, type);
             }

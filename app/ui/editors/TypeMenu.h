@@ -5,15 +5,14 @@
 #include "app/model/actions/DocumentActions.h"
 #include "app/model/tree/PlistNodePtr.h"
 
-/// The choice of a type for one item: all types but that of archiver references, which only an
-/// archiver makes.
+/// The menu of types for one item: every type except UID, which only archivers create.
 class TypeMenu : public QMenu {
     Q_OBJECT
 
 public:
-    /// Whether the type of the item can be chosen at all.
+    /// Whether the type of the item can be changed at all.
     static bool isFor(const PlistNode& node);
 
-    /// What `actions` names must outlive the menu.
+    /// Whatever `actions` refers to must outlive the menu.
     TypeMenu(const DocumentActions& actions, const PlistNodePtr& node, QWidget* parent);
 };

@@ -44,7 +44,7 @@ QItemSelection selectionOf(std::vector<int> rows, const QAbstractItemModel& mode
     return selection;
 }
 
-/// Whether an open text field has the key for itself.
+/// Whether the key belongs to the text field while one is open.
 bool isKeyForFields(const QKeyEvent& event) {
     switch (event.key()) {
         case Qt::Key_Return:
@@ -80,7 +80,7 @@ PlistTable::PlistTable(const DocumentActions& actions, QWidget* parent)
       editors_(new CellEditors(*this, actions)),
       editing_(new InlineEditing(*this, actions)),
       dropping_(new RowDropping(*this, actions, *new RowDragging(*this, actions))) {
-    // First, as changes of what is on the screen make screen readers ask at once.
+    // First, because screen readers ask as soon as something appears on the screen.
     AccessibleTable::install();
     showRows();
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -100,7 +100,7 @@ void PlistTable::focusInEvent(QFocusEvent* event) {
     const bool hadCurrent = currentIndex().isValid();
     OutlineView::focusInEvent(event);
     if (!hadCurrent) {
-        // The first arrow key shall go to the first row, not past it.
+        // The first arrow key is to go to the first row, not past it.
         selectionModel()->clearCurrentIndex();
     }
     AccessibleTable::announceCurrent(*this);
@@ -118,7 +118,7 @@ void PlistTable::updateGeometries() {
 }
 
 void PlistTable::rowsChanged() {
-    // First the table knows of the new rows, then what stands over them.
+    // First the table knows of the new rows, then what is placed over them.
     OutlineView::rowsChanged();
     editing_->rowsChanged();
     editors_->rowsChanged();
@@ -129,7 +129,7 @@ void PlistTable::rowsChanged() {
 
 void PlistTable::keyPressEvent(QKeyEvent* event) {
     if (isKeyForFields(*event) && editing_->isOpen()) {
-        // Comes from the open field, which has done with it what there was to do.
+        // It comes from the open field, which has handled it.
         event->ignore();
     } else if (!handleKey(*event)) {
         OutlineView::keyPressEvent(event);
@@ -150,15 +150,15 @@ bool PlistTable::handleKey(const QKeyEvent& event) {
             actions_.collapseSelected(reachFor(event.modifiers()));
             return true;
         case Qt::Key_Space:
-            return event.modifiers() == Qt::NoModifier && editors_->workCurrent();
+            return event.modifiers() == Qt::NoModifier && editors_->activateCurrent();
         case Qt::Key_F4:
-            // Of what is being typed, too.
+            // What is being typed may be refused, and then stays open.
             if (commitEditing()) {
-                editors_->chooseTypeOfCurrent();
+                editors_->showTypeMenuOfCurrent();
             }
             return true;
         case Qt::Key_F10:
-            // The toolkit knows only the key that is made for it, which many keyboards lack.
+            // The toolkit knows only the menu key, which many keyboards lack.
             if (event.modifiers() != Qt::ShiftModifier) {
                 return false;
             }
@@ -229,7 +229,7 @@ void PlistTable::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void PlistTable::mouseDoubleClickEvent(QMouseEvent* event) {
-    // Two quick clicks on the control are two clicks.
+    // A double click on the control is two clicks.
     const bool isHandled = event->button() == Qt::LeftButton &&
                            toggleAt(event->position().toPoint(), event->modifiers());
     if (isHandled) {
@@ -285,10 +285,10 @@ void PlistTable::activateCell(const QModelIndex& cell) {
             actions_.beginEditing(OutlineState::Column::key);
             break;
         case OutlineTableModel::typeColumn:
-            editors_->chooseTypeOfCurrent();
+            editors_->showTypeMenuOfCurrent();
             break;
         default:
-            if (!editors_->workCurrent()) {
+            if (!editors_->activateCurrent()) {
                 actions_.beginEditing(OutlineState::Column::value);
             }
     }
@@ -316,7 +316,7 @@ void PlistTable::takeSelectionFromOutline() {
 }
 
 void PlistTable::giveSelectionToOutline() {
-    // While rows come and go the outline looks after its selection itself.
+    // While rows come and go the outline maintains its selection itself.
     if (isSharingSelection_ || isChangingRows()) {
         return;
     }
@@ -330,8 +330,8 @@ void PlistTable::giveSelectionToOutline() {
     outline().select(ids);
 }
 
-// The base of these two tells screen readers of child numbers that are not those of the table's
-// accessible children, and lists all selected cells for it.
+// In these two the base class would tell screen readers child numbers that are not those of the
+// table's accessible children, after listing all selected cells.
 
 void PlistTable::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     // NOLINTNEXTLINE(bugprone-parent-virtual-call)

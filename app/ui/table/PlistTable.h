@@ -10,20 +10,20 @@ class InlineEditing;
 class CellEditors;
 class RowDropping;
 
-/// The outline as a table of keys, types and values. It shows rows, passes on what the user does to
-/// the actions and to the outline, and changes no document itself.
+/// The outline as a table of keys, types and values. It passes on what the user does to the actions
+/// and to the outline, and does not change the document itself.
 class PlistTable : public OutlineView {
     Q_OBJECT
 
 public:
-    /// What `actions` name must outlive the table.
+    /// Whatever `actions` refers to must outlive the table.
     explicit PlistTable(const DocumentActions& actions, QWidget* parent = nullptr);
     ~PlistTable() override;
 
-    /// What is dragged over the table and dropped on it.
+    /// Handles what is dragged over the table and dropped on it.
     RowDropping& dropping() const noexcept { return *dropping_; }
 
-    /// The nodes that a search has found, which are marked.
+    /// Sets the nodes that a search has found, which are marked.
     void setMatchIDs(std::span<const NodeId> ids);
 
     /// Applies the text of an open field and closes it. False if the text is refused; then the

@@ -10,7 +10,7 @@ class RowMenu : public QMenu {
     Q_OBJECT
 
 public:
-    /// What `actions` names must outlive the menu.
+    /// Whatever `actions` refers to must outlive the menu.
     RowMenu(const DocumentActions& actions, QWidget* parent);
 
 Q_SIGNALS:

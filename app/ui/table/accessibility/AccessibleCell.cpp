@@ -103,7 +103,7 @@ QModelIndex AccessibleCell::index() const {
 }
 
 void AccessibleCell::announceChange() {
-    // There is no event for an expansion that a screen reader would hear: the words carry it.
+    // Screen readers get no event for an expansion: the description says it.
     for (const QAccessible::Event kind :
          {QAccessible::NameChanged, QAccessible::DescriptionChanged}) {
         QAccessibleEvent event(this, kind);
@@ -111,7 +111,7 @@ void AccessibleCell::announceChange() {
     }
 }
 
-// --- The cell in the tree of what is on the screen ---
+// --- The cell among accessible objects ---
 
 bool AccessibleCell::isValid() const {
     return index().isValid();
@@ -207,7 +207,7 @@ QList<QAccessibleInterface*> AccessibleCell::rowHeaderCells() const {
     if (column() == OutlineTableModel::keyColumn) {
         return {};
     }
-    // The key says which item the type and the value belong to.
+    // The key tells which item the type and the value belong to.
     return {parent()->tableInterface()->cellAt(rowIndex(), OutlineTableModel::keyColumn)};
 }
 

@@ -8,8 +8,8 @@
 
 class OutlineView;
 
-/// What the headers and the cells of the outline have in common as a screen reader sees them: they
-/// are no widgets, belong to one column, and contain nothing unless they say so.
+/// What headers and cells of the outline have in common for screen readers: they are not widgets,
+/// belong to one column, and have no children unless they say so.
 class AccessiblePart : public QAccessibleInterface {
 public:
     /// `view` must outlive the part; `column` is one of the model's.
@@ -34,7 +34,7 @@ private:
     int column_;
 };
 
-/// The header of a column of the outline as a screen reader sees it.
+/// The header of a column of the outline, for screen readers.
 class AccessibleHeader : public AccessiblePart {
 public:
     using AccessiblePart::AccessiblePart;
@@ -45,8 +45,8 @@ public:
     QAccessible::State state() const override;
 };
 
-/// A cell of the outline as a screen reader sees it: its text, where it stands in the tree, and
-/// what can be done with it. It follows its node wherever the row of that goes.
+/// A cell of the outline, for screen readers: its text, its level in the tree, and what can be done
+/// with it. It follows its node wherever the row of that moves.
 class AccessibleCell : public AccessiblePart,
                        public QAccessibleTableCellInterface,
                        public QAccessibleActionInterface {
@@ -60,7 +60,7 @@ public:
     /// Where the cell is now; invalid if its node has no row.
     QModelIndex index() const;
 
-    /// Says the name and the description anew; for a row that shows something else than before.
+    /// Announces the name and the description again, because the row shows something else now.
     void announceChange();
 
     bool isValid() const override;

@@ -260,5 +260,5 @@ bool AccessibleTable::setRow(int row, QItemSelectionModel::SelectionFlags comman
 }
 
 void AccessibleTable::modelChange(QAccessibleTableModelChangeEvent*) {
-    // Cells follow their nodes, and the outline tells when rows have gone.
+    // Cells follow their nodes, and the outline says when rows are gone.
 }

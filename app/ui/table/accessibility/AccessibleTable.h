@@ -11,20 +11,20 @@
 class AccessibleCell;
 class OutlineView;
 
-/// The outline as a screen reader sees it. The one that comes with Qt knows neither levels nor
-/// expansion, and goes through all selected cells with each change of the selection.
+/// The outline for screen readers. Qt's own accessible table knows neither levels nor expansion,
+/// and visits all selected cells whenever the selection changes.
 ///
-/// Its children are the three headers and then the cells, row by row. Cells are made when somebody
-/// asks for them and dropped when their rows have gone.
+/// Its children are the three headers and then the cells, row by row. Cells are created when they
+/// are asked for and dropped when their rows are gone.
 class AccessibleTable : public QAccessibleWidget, public QAccessibleTableInterface {
 public:
-    /// Has every `OutlineView` from now on represented by this.
+    /// From now on every `OutlineView` is represented by this class.
     static void install();
 
-    /// Says that another cell has the keyboard.
+    /// Announces that another cell has the keyboard focus.
     static void announceCurrent(OutlineView& view);
 
-    /// Says that other rows are selected.
+    /// Announces that other rows are selected.
     static void announceSelection(OutlineView& view);
 
     explicit AccessibleTable(OutlineView& view);
@@ -71,5 +71,5 @@ private:
 
     mutable QHash<Place, QAccessible::Id> cells_;
     mutable QHash<int, QAccessible::Id> headers_;
-    QObject context_;  ///< ends what this has connected
+    QObject context_;  ///< its connections end with this object
 };

@@ -10,11 +10,11 @@
 
 class QAbstractScrollArea;
 
-/// Scrolls an area up and down while a drag rests near its upper or lower edge, faster the longer
-/// it does.
+/// Scrolls an area while a drag rests near its upper or lower edge; the longer it rests, the
+/// faster.
 class DragAutoScroll {
 public:
-    /// Between two steps, as in the item views of Qt.
+    /// The time between two steps, as in Qt's item views.
     static constexpr std::chrono::milliseconds interval{50};
 
     /// By how much each step is longer than the one before, in pixels.
@@ -27,13 +27,13 @@ public:
     /// Takes another timer, for tests.
     void setTimer(std::unique_ptr<DelayTimer> timer) { timer_ = std::move(timer); }
 
-    /// How far from an edge the area scrolls, in pixels: the height of a row.
+    /// How close to an edge the area scrolls, in pixels: the height of a row.
     int margin() const;
 
     /// The drag is at this point of the viewport.
     void follow(const QPoint& position);
 
-    /// The drag has gone.
+    /// The drag has left.
     void stop();
 
 private:

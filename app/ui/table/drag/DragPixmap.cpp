@@ -18,7 +18,7 @@ struct Layout {
         for (const QString& name : names) {
             width = std::max(width, text.horizontalAdvance(name));
         }
-        // The advance is rounded, and what does not fit by a fraction would be cut.
+        // The advance is rounded, and a name that is a fraction too wide would be elided.
         nameWidth = std::min(width + 1, metrics.scaled(widestName));
         if (!count.isEmpty()) {
             // At least a circle.
@@ -75,7 +75,7 @@ QPixmap DragPixmap::of(const QStringList& names, qsizetype count, const QWidget&
     const qreal scale = widget.devicePixelRatioF();
     QPixmap picture(size * scale);
     picture.setDevicePixelRatio(scale);
-    // No transparent parts: without a compositor they would be black.
+    // Nothing is transparent: without a compositor it would be black.
     picture.fill(widget.palette().color(QPalette::Base));
 
     QPainter painter(&picture);

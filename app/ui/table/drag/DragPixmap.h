@@ -5,14 +5,14 @@
 
 class QWidget;
 
-/// What the pointer carries while rows are dragged.
+/// The picture at the pointer while rows are dragged.
 namespace DragPixmap {
 
-/// The most names that are shown.
+/// How many names are shown at most.
 inline constexpr qsizetype longest = 3;
 
-/// A sheet with the names of the first items, at most `longest`, and the number of all if there are
-/// several. In the font and the colors of `widget`, and sharp on its screen.
+/// The names of the first items, at most `longest`, and a badge with the number of all if there are
+/// several. In the font and the colors of `widget`, and at the resolution of its screen.
 QPixmap of(const QStringList& names, qsizetype count, const QWidget& widget);
 
 }  // namespace DragPixmap

@@ -15,14 +15,14 @@ namespace {
 
 constexpr int thickness = 2;
 
-/// Around line and ring, so that they stand out from selected rows, which have their color.
+/// Around line and ring, which have the color of selected rows, so that they stand out from them.
 constexpr int halo = 1;
 
 QRect rowRect(int row, const OutlineView& view) {
     return {0, view.rowViewportPosition(row), view.viewport()->width(), view.rowHeight(row)};
 }
 
-/// Where the line stands from above, all of it in sight.
+/// The top of the line, placed so that all of it is visible.
 int lineTop(qint64 position, const OutlineView& view, int height) {
     const int last = static_cast<int>(std::min<qint64>(position, view.model()->rowCount())) - 1;
     const int between = last < 0 ? view.rowViewportPosition(0)
@@ -31,7 +31,7 @@ int lineTop(qint64 position, const OutlineView& view, int height) {
     return std::clamp(between - height / 2, std::min(halo, lowest), lowest);
 }
 
-/// Around the place of the disclosure control of a row of this depth.
+/// Where a row of this depth has its disclosure control.
 QRect ringRect(qint64 depth, const QRect& line, const OutlineView& view,
                const CellMetrics& metrics) {
     const int column = OutlineTableModel::keyColumn;
@@ -65,7 +65,7 @@ DropIndicator DropIndicator::below(qint64 position, const PlistNode& container,
 }
 
 void DropIndicator::paint(QPainter& painter, const QPalette& palette) const {
-    // Whatever the window: it need not be the active one to be dropped on.
+    // The colors of an active window: a drop can go to a window that is not.
     const QColor color = palette.color(QPalette::Active, QPalette::Highlight);
     const QColor ground = palette.color(QPalette::Active, QPalette::Base);
     painter.save();

@@ -17,7 +17,8 @@
 
 namespace {
 
-/// Where the pointer holds the picture: it stands beside the pointer, off the drop line.
+/// The hot spot of the picture, which is beside the pointer so that it does not cover the drop
+/// indicator.
 constexpr QPoint grip{-12, -8};
 
 }  // namespace
@@ -53,17 +54,16 @@ bool RowDragging::eventFilter(QObject* watched, QEvent* event) {
 void RowDragging::notePress(const QMouseEvent& event) {
     const QPoint position = event.position().toPoint();
     const QModelIndex index = view_.indexAt(position);
-    // With the modifiers the mouse selects several rows.
-    const bool takesHold = event.button() == Qt::LeftButton &&
-                           event.modifiers() == Qt::NoModifier && index.isValid() &&
-                           index.column() == OutlineTableModel::keyColumn &&
-                           !view_.isOnDisclosure(position);
+    // With a modifier the mouse extends the selection.
+    const bool canDrag = event.button() == Qt::LeftButton && event.modifiers() == Qt::NoModifier &&
+                         index.isValid() && index.column() == OutlineTableModel::keyColumn &&
+                         !view_.isOnDisclosure(position);
     pressed_ =
-        takesHold ? PlistNodePtr(&view_.outlineModel().row(index.row()).node()) : PlistNodePtr();
+        canDrag ? PlistNodePtr(&view_.outlineModel().row(index.row()).node()) : PlistNodePtr();
     pressedAt_ = position;
 }
 
-/// Whether the move is for a drag, and not for the view, which would select what it passes.
+/// Whether the move belongs to a drag. The view would select the rows that it passes.
 bool RowDragging::followMove(const QMouseEvent& event) {
     if (!pressed_ || !event.buttons().testFlag(Qt::LeftButton)) {
         return false;
@@ -87,7 +87,7 @@ void RowDragging::drag(PlistNode& node) {
         dragged_.insert(id);
     }
     auto* drag = new QDrag(&view_);
-    // The window may be closed before the drag ends, and Qt deletes the drag when it has ended.
+    // The window may be closed before the drag ends; Qt deletes the drag by itself.
     drag->setParent(nullptr);
     drag->setPixmap(pixmap(transfer));
     drag->setHotSpot(grip);

@@ -12,16 +12,15 @@ class QMouseEvent;
 class QPixmap;
 struct PlistTransfer;
 
-/// Lets the user take hold of the rows of a table by their keys and drag them away. Watches what
-/// the mouse does in the table.
+/// Lets the user drag the rows of a view by their keys. Watches the mouse in the view.
 ///
-/// What is dragged stays where it is: it is moved only by being dropped on the same view, and
+/// Dragging itself changes nothing: rows are moved only by being dropped on the same view, and
 /// nothing is deleted because another window or program took a copy.
 class RowDragging : public QObject {
     Q_OBJECT
 
 public:
-    /// Belongs to `view`; what `actions` name must outlive it.
+    /// Belongs to `view`; whatever `actions` refers to must outlive it.
     RowDragging(OutlineView& view, const DocumentActions& actions);
 
     /// Whether the node is being dragged, by itself or with an ancestor.

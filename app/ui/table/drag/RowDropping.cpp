@@ -19,9 +19,9 @@
 
 namespace {
 
-/// Whether exactly these nodes stand on both or one side of the place already, so that moving them
-/// there would only be an entry in the undo list.
-bool standAt(const InsertionPoint& place, const std::vector<NodeId>& ids) {
+/// Whether exactly these nodes are next to the place already, on one or both sides, so that moving
+/// them there would only add an entry to the undo history.
+bool areAlreadyAt(const InsertionPoint& place, const std::vector<NodeId>& ids) {
     if (ids.empty()) {
         return false;
     }
@@ -84,7 +84,7 @@ bool RowDropping::eventFilter(QObject* watched, QEvent* event) {
 
 // --- Events ---
 
-bool RowDropping::isWelcome(const QDropEvent& event) const {
+bool RowDropping::canAccept(const QDropEvent& event) const {
     const QMimeData& data = *event.mimeData();
     return actions_.canAddItem() && PasteboardData::hasTransfer(data) && !data.hasUrls();
 }
@@ -94,7 +94,7 @@ Qt::DropAction RowDropping::actionFor(const QDropEvent& event) const {
 }
 
 void RowDropping::follow(QDropEvent& event) {
-    if (!isWelcome(event)) {
+    if (!canAccept(event)) {
         event.ignore();
         return;
     }
@@ -105,7 +105,7 @@ void RowDropping::follow(QDropEvent& event) {
         Q_EMIT hoveredChanged(true);
     }
     event.setDropAction(actionFor(event));
-    // Who declines to be entered hears of no moves, which may lead to a better place.
+    // A target that refuses the entry gets no moves, which may lead to a better place.
     event.setAccepted(event.type() == QEvent::DragEnter || indicator_.has_value());
 }
 
@@ -123,7 +123,7 @@ void RowDropping::drop(QDropEvent& event) {
     leave();
     event.ignore();
     const std::optional<InsertionPoint> place = placeFor(position);
-    if (!isWelcome(event) || !place) {
+    if (!canAccept(event) || !place) {
         return;
     }
     const std::optional<PlistTransfer> transfer =
@@ -136,7 +136,7 @@ void RowDropping::drop(QDropEvent& event) {
     event.accept();
     view_.setFocus();
     view_.endEditing();
-    if (event.source() == &view_ && standAt(*place, transfer->sourceIDs)) {
+    if (event.source() == &view_ && areAlreadyAt(*place, transfer->sourceIDs)) {
         return;
     }
     const auto origin = event.source() == nullptr ? DocumentActions::DragOrigin::elsewhere
@@ -174,7 +174,7 @@ qint64 RowDropping::positionAt(const QPoint& point) const {
     return point.y() < middle ? row : row + 1;
 }
 
-/// Nothing where no place is: rows cannot be put into themselves.
+/// Nothing if a drop is not possible there: rows cannot be put into themselves.
 std::optional<InsertionPoint> RowDropping::placeFor(qint64 position) const {
     const std::optional<InsertionPoint> place =
         InsertionPoint::forDrop(actions_.outline(), actions_.document().root(), position);

@@ -17,41 +17,41 @@ class QDropEvent;
 class QPainter;
 class RowDragging;
 
-/// Takes what is dropped between the rows of a table: items of this and of other windows and
-/// programs. Watches the drags over the view, and shows where they would go.
+/// Accepts what is dropped between the rows of a view: items of this and of other windows and
+/// programs. Watches drags over the view and shows where they would go.
 ///
-/// Rows of the same table are moved. Everything else is copied, whatever its source proposes, which
-/// so never has a reason to delete it. Files are left to the window.
+/// Rows of the same view are moved. Everything else is copied, whatever its source proposes, so
+/// that no source has a reason to delete it. Files are left to the window.
 class RowDropping : public QObject {
     Q_OBJECT
 
 public:
-    /// Belongs to `view`; `dragging`, and what `actions` name, must outlive it.
+    /// Belongs to `view`; `dragging` and whatever `actions` refers to must outlive it.
     RowDropping(OutlineView& view, const DocumentActions& actions, const RowDragging& dragging);
     ~RowDropping() override;
 
-    /// Takes other clocks, for tests: for what opens below a resting drag, and what scrolls.
+    /// Takes other timers, for tests: that of spring loading and that of scrolling.
     void setTimers(std::unique_ptr<DelayTimer> hover, std::unique_ptr<DelayTimer> scroll);
 
-    /// Where the drag over the table would go; nothing without one, or if it cannot be dropped
+    /// Where the drag over the view would go; nothing without a drag, or if it cannot be dropped
     /// there.
     const std::optional<DropIndicator>& indicator() const noexcept { return indicator_; }
 
-    /// The table has other rows: the drag over it would go elsewhere.
+    /// The view has other rows: the drag over it would go elsewhere.
     void rowsChanged() { update(); }
 
     /// Paints the indicator over the rows.
     void paint(QPainter& painter) const;
 
 Q_SIGNALS:
-    /// Something that can be dropped has come over the view, or has gone.
+    /// A drag that can be dropped has entered the view, or has left it.
     void hoveredChanged(bool isHovered);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    bool isWelcome(const QDropEvent& event) const;
+    bool canAccept(const QDropEvent& event) const;
     Qt::DropAction actionFor(const QDropEvent& event) const;
     void follow(QDropEvent& event);
     void leave();

@@ -21,7 +21,7 @@ void SpringLoading::follow(PlistNode* container) {
 }
 
 void SpringLoading::expand() {
-    // Expanding makes rows, upon which this is told what is below the pointer then.
+    // First, because expanding adds rows, and then `follow` is told what is under the pointer.
     const PlistNodePtr container = std::exchange(container_, PlistNodePtr());
     if (outline_.rowOf(*container)) {
         outline_.setExpanded(*container, OutlineState::Expansion::expand,

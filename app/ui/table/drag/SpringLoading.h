@@ -10,10 +10,10 @@
 class OutlineState;
 class PlistNode;
 
-/// Opens a collapsed container on which a drag rests, so that something can be dropped into it.
+/// Expands a collapsed container on which a drag rests, so that something can be dropped into it.
 class SpringLoading {
 public:
-    /// How long a drag rests before that happens: what GTK's tree views wait too.
+    /// How long a drag rests before that happens; tree views of GTK wait as long.
     static constexpr std::chrono::milliseconds delay{500};
 
     /// `outline` must outlive this.
@@ -23,11 +23,11 @@ public:
     /// Takes another timer, for tests.
     void setTimer(std::unique_ptr<DelayTimer> timer) { timer_ = std::move(timer); }
 
-    /// The collapsed container below the pointer; null for anything else. The delay begins anew
-    /// with each other container.
+    /// Tells the collapsed container under the pointer, or null for anything else. The delay starts
+    /// again with each other container.
     void follow(PlistNode* container);
 
-    /// The drag has gone.
+    /// The drag has left.
     void stop() { follow(nullptr); }
 
 private:

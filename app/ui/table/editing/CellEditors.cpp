@@ -14,14 +14,14 @@
 
 CellEditors::CellEditors(OutlineView& view, const DocumentActions& actions)
     : QObject(&view), view_(view), actions_(actions) {
-    // The field covers its cell wherever that goes.
+    // The field covers its cell wherever that moves.
     connect(view.verticalScrollBar(), &QScrollBar::valueChanged, this, &CellEditors::placeDate);
     connect(view.horizontalScrollBar(), &QScrollBar::valueChanged, this, &CellEditors::placeDate);
 }
 
 void CellEditors::click(const QModelIndex& index, const QPoint& position) {
     if (index.column() == OutlineTableModel::typeColumn) {
-        chooseType(index);
+        showTypeMenu(index);
     } else if (index.column() == OutlineTableModel::valueColumn &&
                view_.checkBoxRect(index).contains(position)) {
         toggle(index);
@@ -38,7 +38,7 @@ void CellEditors::doubleClick(const QModelIndex& index) {
     }
 }
 
-bool CellEditors::workCurrent() {
+bool CellEditors::activateCurrent() {
     const QModelIndex current = view_.currentIndex();
     if (!current.isValid()) {
         return false;
@@ -64,10 +64,10 @@ QWidget* CellEditors::fieldAt(const QModelIndex& index) const {
     return isOver ? dateEditor_.data() : nullptr;
 }
 
-void CellEditors::chooseTypeOfCurrent() {
+void CellEditors::showTypeMenuOfCurrent() {
     const QModelIndex current = view_.currentIndex();
     if (current.isValid()) {
-        chooseType(current.siblingAtColumn(OutlineTableModel::typeColumn));
+        showTypeMenu(current.siblingAtColumn(OutlineTableModel::typeColumn));
     }
 }
 
@@ -76,7 +76,7 @@ void CellEditors::toggle(const QModelIndex& index) {
     actions_.changeValue(*node, PlistValue::boolean(!node->scalar().booleanValue()));
 }
 
-void CellEditors::chooseType(const QModelIndex& index) {
+void CellEditors::showTypeMenu(const QModelIndex& index) {
     const PlistNodePtr node(&view_.outlineModel().row(index.row()).node());
     if (!TypeMenu::isFor(*node)) {
         return;
@@ -134,7 +134,7 @@ void CellEditors::closeDate() {
         DateValueEditor* editor = std::exchange(dateEditor_, nullptr);
         editor->abandon();
         editor->hide();
-        // Not at once: it may be the field that ends the edit.
+        // Not at once: the field itself may be what ends the edit.
         editor->deleteLater();
     }
 }

@@ -18,7 +18,7 @@ namespace {
 
 using Column = OutlineState::Column;
 
-/// What the edit begins with: the whole text, which the cell may show only the beginning of.
+/// The initial text of the edit: all of it, where the cell may show only the beginning.
 QString editedText(const PlistNode& node, Column column) {
     return QString::fromStdString(column == Column::key ? std::string(node.key().view())
                                                         : PlistText::displayText(node.scalar()));
@@ -39,7 +39,7 @@ InlineTextField::Owner ownerFor(const DocumentActions& actions, const PlistNodeP
     return owner;
 }
 
-/// What screen readers call the text.
+/// The name of the field for screen readers.
 QString accessibleName(const OutlineRow& row, Column column) {
     return column == Column::key ? InlineEditing::tr("Key")
                                  : InlineEditing::tr("Value of %1").arg(RowText::key(row));
@@ -58,7 +58,7 @@ void InlineEditing::follow() {
     close();
     const std::optional<OutlineState::EditingField> edited = outline().editing();
     const std::optional<int> row = edited ? outline().rowForId(edited->nodeId) : std::nullopt;
-    // Behind a filter a new item may have no row yet.
+    // While a filter is set a new item may have no row yet.
     if (row) {
         open(*edited, *row);
     }
@@ -119,7 +119,7 @@ void InlineEditing::closeField() {
         field->abandon();
         takeFocusFrom(*field);
         field->hide();
-        // Not at once: it may be the field that ends the edit.
+        // Not at once: the field itself may be what ends the edit.
         field->deleteLater();
     }
 }
@@ -134,8 +134,8 @@ void InlineEditing::closeWindow() {
     }
 }
 
-/// Brings the keyboard back to the view, but not if the user has gone on to another widget, which
-/// shall keep it.
+/// Returns the keyboard focus to the view, unless the user has moved on to another widget, which
+/// is to keep it.
 void InlineEditing::takeFocusFrom(const QWidget& editor) {
     const QWidget* focus = QApplication::focusWidget();
     if (focus == nullptr || focus == &editor || editor.isAncestorOf(focus) ||

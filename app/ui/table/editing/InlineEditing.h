@@ -11,22 +11,22 @@ class LongTextEditor;
 class OutlineView;
 
 /// The text field that is open in a view, or the window for a text that is too long for one:
-/// opens, places and closes it as the outline says which cell is edited. There is one at most.
+/// opens, places and closes it as the outline says which cell is edited. There is at most one.
 class InlineEditing : public QObject {
     Q_OBJECT
 
 public:
-    /// Belongs to `view`; what `actions` name must outlive it.
+    /// Belongs to `view`; whatever `actions` refers to must outlive it.
     InlineEditing(OutlineView& view, const DocumentActions& actions);
 
-    /// Applies the text of the open field and closes it. False if the text is refused, which the
-    /// field shows and stays open for.
+    /// Applies the text of the open field and closes it. False if the text is refused; then the
+    /// field says why and stays open.
     bool commit();
 
     /// Applies the text, or drops it if it is refused, and closes the field.
     void end();
 
-    /// Whether a field or a window is there; not yet where the edited item has no row.
+    /// Whether a field or a window is open. Neither is while the edited item has no row.
     bool isOpen() const;
 
     /// The field if it is open over this cell, else null.
@@ -35,7 +35,7 @@ public:
     /// Puts the field where its cell is now.
     void place();
 
-    /// The table has other rows: the field follows its item, and is closed when that has no row.
+    /// The view has other rows: the field follows its item, and closes when that has no row.
     void rowsChanged();
 
 private:

@@ -6,22 +6,22 @@
 #include "app/model/tree/NodeIdSet.h"
 #include "app/ui/table/view/OutlineDelegate.h"
 
-/// The key column: indentation, the disclosure control of a container, the key, and a sign where
-/// the key is there twice.
+/// Paints the key column: indentation, the disclosure control of a container, the key, and a
+/// warning sign where the key is a duplicate.
 class KeyCell : public OutlineDelegate {
     Q_OBJECT
 
 public:
     using OutlineDelegate::OutlineDelegate;
 
-    /// Where the parts of a cell stand; a part that is not there has an empty rectangle.
+    /// Where the parts of a cell are; a part that the cell does not have is an empty rectangle.
     struct Parts {
         QRect disclosure;
         QRect text;
         QRect duplicateSign;
     };
 
-    /// The nodes whose cells are marked as matches of a search.
+    /// Sets the nodes whose cells are marked as matches of a search.
     void setMatchIDs(std::span<const NodeId> ids);
 
     Parts parts(const QStyleOptionViewItem& option, const QModelIndex& index) const;

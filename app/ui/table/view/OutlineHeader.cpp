@@ -54,7 +54,7 @@ void OutlineHeader::fill(int width) {
     if (count() <= lastSection) {
         return;
     }
-    room_ = width;
+    viewportWidth_ = width;
     const QScopedValueRollback adjusting(isAdjusting_, true);
     int rest = width;
     for (int section = 0; section < lastSection; ++section) {
@@ -68,10 +68,10 @@ void OutlineHeader::initStyleOptionForIndex(QStyleOptionHeader* option, int sect
     option->text.clear();
 }
 
-/// Styles give titles a narrow margin of their own; here they stand right above what is in the
+/// Styles give titles a narrow margin of their own; here they are aligned with what is in the
 /// cells.
 void OutlineHeader::paintSection(QPainter* painter, const QRect& rect, int section) const {
-    // Styles leave the painter with a clip of their own.
+    // Styles leave the painter with a clip set.
     painter->save();
     QHeaderView::paintSection(painter, rect, section);
     painter->restore();
@@ -97,5 +97,5 @@ void OutlineHeader::keepWithinLimits(int section, int width) {
     if (section == lastSection) {
         wantedLastWidth_ = kept;
     }
-    fill(room_);
+    fill(viewportWidth_);
 }

@@ -2,8 +2,8 @@
 
 #include <QHeaderView>
 
-/// The header of the outline: columns with widths of their own limits. The last column takes what
-/// the others leave, and more if the user pulls it wider.
+/// The header of the outline, whose columns have minimum and maximum widths. The last column takes
+/// what the others leave, and more if the user drags it wider.
 class OutlineHeader : public QHeaderView {
     Q_OBJECT
 
@@ -19,10 +19,10 @@ public:
 
     Limits limits(int section) const;
 
-    /// Gives all columns their ideal widths; once, when the columns are there.
+    /// Gives all columns their ideal widths; to be called once, when the columns exist.
     void applyIdealWidths();
 
-    /// Lets the last column fill `width`, the room of the table.
+    /// Lets the last column fill `width`, the width of the viewport.
     void fill(int width);
 
 protected:
@@ -32,7 +32,7 @@ protected:
 private:
     void keepWithinLimits(int section, int width);
 
-    int room_ = 0;
+    int viewportWidth_ = 0;
     int wantedLastWidth_ = 0;
     bool isAdjusting_ = false;
 };

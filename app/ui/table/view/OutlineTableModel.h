@@ -7,15 +7,15 @@
 #include "app/model/outline/OutlineState.h"
 #include "app/model/tree/PlistNodePtr.h"
 
-/// The rows of an outline as a table of keys, types and values. Holds nothing of its own for a row:
-/// every answer comes from the outline and costs the same however many rows there are.
+/// The rows of an outline as a table of keys, types and values. It stores nothing for a row: every
+/// answer comes from the outline and costs the same however many rows there are.
 class OutlineTableModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
     enum Column { keyColumn, typeColumn, valueColumn, columnTotal };
 
-    /// From this many characters on, as people count them, a text has a tooltip.
+    /// A text of this many characters, as people count them, or more has a tooltip.
     static constexpr int tooltipLength = 61;
 
     /// `outline` must outlive the model.
@@ -24,7 +24,7 @@ public:
 
     OutlineState& outline() const noexcept { return *outline_; }
 
-    /// The row with this number, which must be there. Valid until the next change.
+    /// The row with this number, which must exist. Valid until the next change.
     const OutlineRow& row(int number) const {
         return outline_->rows()[static_cast<std::size_t>(number)];
     }
@@ -36,7 +36,7 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
-    /// An index that somebody keeps, with the node that it shall follow.
+    /// A persistent index, with the node that it has to follow.
     struct Kept {
         QModelIndex index;
         PlistNodePtr node;

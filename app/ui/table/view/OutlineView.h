@@ -13,9 +13,9 @@ class OutlineHeader;
 class OutlineTableModel;
 class ValueCell;
 
-/// The rows and columns of an outline on the screen: what they look like, where their parts are and
-/// that what is in sight stays there. Editors, drags and screen readers need no more of the table
-/// than this; what the keys and the mouse do is left to `PlistTable`.
+/// The rows and columns of an outline on the screen: what they look like and where their parts are.
+/// What is visible keeps its place while rows come and go. Editors, drags and screen readers need
+/// no more of the table than this; keys and the mouse are left to `PlistTable`.
 class OutlineView : public QTableView {
     Q_OBJECT
 
@@ -27,23 +27,23 @@ public:
     OutlineTableModel& outlineModel() const noexcept { return *model_; }
     OutlineState& outline() const noexcept;
 
-    /// A row in sight, and where it begins in the viewport.
+    /// A visible row, and where it begins in the viewport.
     struct VisibleRow {
         PlistNodePtr node;
         int top = 0;
     };
 
-    /// The rows in sight from top to bottom, but first the current one if it is among them: that is
-    /// what the user looks at.
+    /// The visible rows from top to bottom, preceded by the current one if it is among them: that
+    /// is where the user is looking.
     std::vector<VisibleRow> visibleRows() const;
 
-    /// Scrolls so that the first of `rows` that is still there begins where it began. `rowOf` tells
-    /// the number of a node's row, or nothing. False if none of them is there.
+    /// Scrolls so that the first of `rows` that still exists begins where it began. `rowOf` returns
+    /// the number of a node's row, or nothing. False if none of them exists.
     bool scrollBack(const std::vector<VisibleRow>& rows,
                     const std::function<std::optional<int>(const PlistNode&)>& rowOf);
 
     /// Whether a point of the viewport is on the control that expands and collapses a row, or so
-    /// close that it is meant.
+    /// close to it that it is meant.
     bool isOnDisclosure(const QPoint& position) const;
 
     /// Where the check box of a boolean is in the viewport; empty for other cells.

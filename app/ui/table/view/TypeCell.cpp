@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A sign in every row would be more noise than help.
+/// An arrow in every row would be more noise than help.
 bool isPointedAt(const QStyleOptionViewItem& option) {
     return (option.state & (QStyle::State_Selected | QStyle::State_MouseOver)) != 0;
 }

@@ -2,8 +2,8 @@
 
 #include "app/ui/table/view/OutlineDelegate.h"
 
-/// The type column: the name of the type, with a sign that there is a choice in the row that the
-/// pointer or the selection is on.
+/// Paints the type column: the name of the type and, in selected rows and under the pointer, an
+/// arrow which says that there is a menu.
 class TypeCell : public OutlineDelegate {
     Q_OBJECT
 

@@ -16,16 +16,16 @@ void paintCheckBox(QPainter& painter, const QStyleOptionViewItem& option, const 
     box.features |= QStyleOptionViewItem::HasCheckIndicator;
     box.state &= ~(QStyle::State_HasFocus | QStyle::State_On | QStyle::State_Off);
     box.state |= isChecked ? QStyle::State_On : QStyle::State_Off;
-    // The plain style makes the frame of a box from this colour, darker by this factor. That of
-    // windows would leave nothing to be seen in dark palettes.
+    // The plain style derives the frame of a box from this color and darkens it by this factor. The
+    // window color itself would make the frame invisible in dark palettes.
     box.palette.setColor(QPalette::Window, frame.lighter(140));
     box.rect = rect;
     option.widget->style()->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, &painter,
                                           option.widget);
 }
 
-/// What is left of `content` behind the box in it.
-QRect behind(const QRect& box, const QRect& content, const QStyleOptionViewItem& option) {
+/// What is left of `content` after the box.
+QRect afterBox(const QRect& box, const QRect& content, const QStyleOptionViewItem& option) {
     const QRect rest =
         content.adjusted(box.width() + CellMetrics(option.font).spacing() + 2, 0, 0, 0);
     return QStyle::visualRect(option.direction, content, rest);
@@ -71,7 +71,7 @@ void ValueCell::paintContent(QPainter& painter, const QStyleOptionViewItem& opti
     if (!box.isEmpty()) {
         paintCheckBox(painter, option, box, shown.node().scalar().booleanValue(),
                       textColor(option, Tone::secondary));
-        rect = behind(box, rect, option);
+        rect = afterBox(box, rect, option);
     }
     paintText(painter, option, rect, RowText::value(shown), toneOf(shown));
 }

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The row, if there is one, of what has the position in the tree that `node` had in the old one.
+/// The row, if there is one, of the node that stands where `node` stood in the old tree.
 std::optional<int> rowFor(const PlistNode& node, const OutlineState& outline) {
     const PlistNode* there = OutlineExpansion::counterpart(node, *outline.root());
     return there == nullptr ? std::nullopt : outline.rowOf(*there);

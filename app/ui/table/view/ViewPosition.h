@@ -6,14 +6,14 @@
 #include "app/model/tree/PlistNodePtr.h"
 #include "app/ui/table/view/OutlineView.h"
 
-/// Where the user is in an outline: which rows are selected, which cell is the current one, and
-/// what is in sight; for finding the same position in another tree, by keys and positions.
+/// Where the user is in an outline: which rows are selected, which cell is current and which rows
+/// are visible. Finds the same position in another tree, by keys and indexes.
 class ViewPosition {
 public:
     /// Remembers where the user is now.
     explicit ViewPosition(const OutlineView& view);
 
-    /// Goes there in the tree that the view shows now.
+    /// Goes to that position in the tree that the view shows now.
     void restore(OutlineView& view) const;
 
 private:
