@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "app/model/runtime/Plist.h"
+#include "app/ui/editors/CellField.h"
 #include "app/ui/look/CellMetrics.h"
 #include "app/ui/look/Colors.h"
 
@@ -20,11 +21,8 @@ namespace {
 const QDate firstDay(100, 1, 1);
 const QDate lastDay(9999, 12, 31);
 
-/// More than all years of the field, and well within what QDateTime can hold.
+/// Beyond all years of the field, and well within what QDateTime can hold.
 constexpr double farAway = 1e12;
-
-/// How far a text field keeps its text from its sides by itself; the toolkit tells it nowhere.
-constexpr int ownFieldMargin = 2;
 
 /// Whole seconds, rounded down also before the reference date.
 QDateTime localTime(double seconds) {
@@ -40,7 +38,7 @@ double secondsOf(const QDateTime& time) {
 QString formatFor(const QLocale& locale) {
     QString date = locale.dateFormat(QLocale::ShortFormat);
     if (!date.contains(QStringLiteral("yyyy"))) {
-        // Two digits do not tell the century.
+        // Two digits leave the century open.
         date.replace(QStringLiteral("yy"), QStringLiteral("yyyy"));
     }
     QString time = locale.timeFormat(QLocale::ShortFormat);
@@ -66,13 +64,13 @@ void makeRoomForArrow(const QCalendarWidget& calendar) {
     button->setMinimumWidth(widest + 3 * arrow);
 }
 
-/// Makes a calendar readable and its edge seen over the rows, in light and dark.
-void adorn(QCalendarWidget& calendar) {
+/// Makes a calendar readable and its edge visible over the rows, in light and dark.
+void styleCalendar(QCalendarWidget& calendar) {
     // The toolkit's red has too little contrast.
     for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday}) {
         calendar.setWeekdayTextFormat(day, {});
     }
-    // What is free around it shows the ground of the calendar, as a frame.
+    // The margins around it show the background of the calendar, as a frame.
     QPalette colors;
     colors.setColor(QPalette::Window, Colors::secondary(calendar.palette(), QPalette::Active,
                                                         QPalette::Text, QPalette::Base));
@@ -82,11 +80,6 @@ void adorn(QCalendarWidget& calendar) {
     const QSize size = calendar.sizeHint();
     calendar.setContentsMargins(1, 1, 1, 1);
     calendar.setMinimumSize(size.grownBy(calendar.contentsMargins()));
-}
-
-bool endsEdit(Qt::FocusReason reason) {
-    return reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
-           reason != Qt::MenuBarFocusReason;
 }
 
 }  // namespace
@@ -108,8 +101,8 @@ DateValueEditor::DateValueEditor(double seconds, std::function<void(double)> cha
     setCalendarPopup(true);
     setDisplayFormat(formatFor(locale()));
     setDateRange(firstDay, lastDay);
-    adorn(*calendarWidget());
-    // One change for a number that is typed, not one for each digit.
+    styleCalendar(*calendarWidget());
+    // One change for each number typed, not for each digit.
     setKeyboardTracking(false);
     setDateTime(localTime(seconds));
     connect(this, &QDateTimeEdit::dateTimeChanged, this,
@@ -131,20 +124,21 @@ void DateValueEditor::keyPressEvent(QKeyEvent* event) {
 }
 
 void DateValueEditor::focusOutEvent(QFocusEvent* event) {
-    if (endsEdit(event->reason())) {
+    if (CellField::endsEdit(event->reason())) {
         commit();
     }
     QDateTimeEdit::focusOutEvent(event);
 }
 
-/// The date stands where the cell shows it, whatever the style keeps free beside it.
+/// The date is where the cell shows it, whatever margin the style adds.
 void DateValueEditor::resizeEvent(QResizeEvent* event) {
     QDateTimeEdit::resizeEvent(event);
     QLineEdit& line = *lineEdit();
     const int free = layoutDirection() == Qt::RightToLeft ? width() - line.geometry().right() - 1
                                                           : line.geometry().left();
-    const int missing = std::max(0, CellMetrics(font()).padding() - free - ownFieldMargin);
-    // Margins are mirrored by nobody.
+    const int missing =
+        std::max(0, CellMetrics(font()).padding() - free - CellField::ownTextMargin);
+    // The toolkit does not mirror text margins.
     line.setTextMargins(layoutDirection() == Qt::RightToLeft ? QMargins(0, 0, missing, 0)
                                                              : QMargins(missing, 0, 0, 0));
 }
@@ -158,7 +152,7 @@ void DateValueEditor::commit() {
 
 void DateValueEditor::abandon() {
     hasEnded_ = true;
-    // The toolkit reads what is half typed when the focus leaves; nobody shall hear of it.
+    // The toolkit interprets what is half typed when the focus leaves; that must not be reported.
     disconnect(this, &QDateTimeEdit::dateTimeChanged, nullptr, nullptr);
 }
 

@@ -7,17 +7,13 @@
 #include <limits>
 #include <utility>
 
+#include "app/ui/editors/CellField.h"
 #include "app/ui/editors/ErrorPopover.h"
 #include "app/ui/look/Colors.h"
 
 namespace {
 
 constexpr qreal cornerRadius = 3;
-
-bool endsEdit(Qt::FocusReason reason) {
-    return reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
-           reason != Qt::MenuBarFocusReason;
-}
 
 }  // namespace
 
@@ -96,7 +92,7 @@ void InlineTextField::keyPressEvent(QKeyEvent* event) {
 
 void InlineTextField::focusOutEvent(QFocusEvent* event) {
     QLineEdit::focusOutEvent(event);
-    if (endsEdit(event->reason())) {
+    if (CellField::endsEdit(event->reason())) {
         leave(event->reason());
     }
 }

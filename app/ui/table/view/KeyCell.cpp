@@ -18,10 +18,10 @@ QRect squareAt(int left, const QRect& cell, int edge) {
     return {left, cell.top() + (cell.height() - edge) / 2, edge, edge};
 }
 
-/// No column gets wider for the sake of depth.
+/// A column is never made wider than this for the sake of depth.
 constexpr int widestIndentation = 1'000;
 
-/// How far the content begins from the left, for any depth.
+/// How far from the left the content begins, for any depth.
 int indentation(const OutlineRow& row, const CellMetrics& metrics, int width) {
     return static_cast<int>(std::min<qint64>(row.depth() * metrics.indentation(), width));
 }
@@ -44,7 +44,7 @@ KeyCell::Parts KeyCell::parts(const QStyleOptionViewItem& option, const QModelIn
     if (shown.node().isContainer()) {
         parts.disclosure = squareAt(left, content, metrics.sign());
     }
-    // Scalars keep the place of the control, so that the keys of siblings stand below each other.
+    // Scalars leave the place of the control empty, so that the keys of siblings are aligned.
     left += metrics.sign() + metrics.spacing();
 
     int right = content.right() + 1;
@@ -70,7 +70,7 @@ QSize KeyCell::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& i
     const int sign = metrics.sign() + metrics.spacing();
     const int beside =
         indentation(shown, metrics, widestIndentation) + (shown.isDuplicateKey() ? 2 * sign : sign);
-    // One more for the edge of the last letter.
+    // One more for the edge of the last letter, which the advance does not count.
     return OutlineDelegate::sizeHint(option, index) + QSize(beside + 1, 0);
 }
 
@@ -91,12 +91,12 @@ void KeyCell::paintContent(QPainter& painter, const QStyleOptionViewItem& option
     paintText(painter, option, where.text, RowText::key(shown),
               RowText::isKeySecondary(shown) ? Tone::secondary : Tone::primary);
     if (!where.duplicateSign.isEmpty()) {
-        Glyph::paintWarning(painter, where.duplicateSign, signColor, groundColor(option));
+        Glyph::paintWarning(painter, where.duplicateSign, signColor, backgroundColor(option));
     }
 }
 
 /// A mark behind the content: a tint that keeps the text readable, and a frame that stands out from
-/// both grounds.
+/// the backgrounds of odd and even rows.
 void KeyCell::paintMatch(QPainter& painter, const QStyleOptionViewItem& option) {
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     const QPalette& palette = option.palette;
@@ -113,7 +113,7 @@ void KeyCell::paintMatch(QPainter& painter, const QStyleOptionViewItem& option) 
 }
 
 QRect KeyCell::textRect(const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    // To the end of the cell, over the sign of a key that is there twice: it may get longer.
+    // To the end of the cell, over the sign of a duplicate key: the text may get longer.
     const QRect content = contentRect(option);
     const QRect text = parts(option, index).text;
     return option.direction == Qt::RightToLeft

@@ -9,6 +9,7 @@
 #include <QToolTip>
 #include <algorithm>
 
+#include "app/ui/editors/CellField.h"
 #include "app/ui/look/CellMetrics.h"
 #include "app/ui/look/Colors.h"
 #include "app/ui/table/view/OutlineTableModel.h"
@@ -16,10 +17,7 @@
 
 namespace {
 
-/// How far a text field keeps its text from its sides by itself; the toolkit tells it nowhere.
-constexpr int ownFieldMargin = 2;
-
-/// How many characters a field has room for at least.
+/// The fewest characters that a field has room for.
 constexpr int fieldCharacters = 12;
 
 QPalette::ColorGroup colorGroup(const QStyleOptionViewItem& option) {
@@ -37,11 +35,11 @@ const QStyle& styleOf(const QStyleOptionViewItem& option) {
     return option.widget != nullptr ? *option.widget->style() : *QApplication::style();
 }
 
-void paintGround(QPainter& painter, const QStyleOptionViewItem& option) {
+void paintBackground(QPainter& painter, const QStyleOptionViewItem& option) {
     styleOf(option).drawPrimitive(QStyle::PE_PanelItemViewItem, &option, &painter, option.widget);
 }
 
-/// The table that has the keyboard while `index` is in its current row.
+/// The table if it has the keyboard focus and `index` is in its current row, else null.
 const QTableView* tableWithFocusOn(const QModelIndex& index, const QStyleOptionViewItem& option) {
     const auto* table = qobject_cast<const QTableView*>(option.widget);
     const bool hasFocus = table != nullptr && table->hasFocus() &&
@@ -63,7 +61,8 @@ void paintFocus(QPainter& painter, const QStyleOptionViewItem& option, const QMo
     styleOf(option).drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, option.widget);
 }
 
-/// No more of a text than could fit: an average character is wider than a quarter of the average.
+/// No more of a text than could fit: measuring all of it would cost time, and few characters are
+/// narrower than a quarter of the average.
 QString fitting(const QString& text, const QFontMetrics& metrics, int width) {
     const int narrow = std::max(1, metrics.averageCharWidth() / 4);
     return text.left(std::max(0, width) / narrow + 2);
@@ -84,12 +83,12 @@ void OutlineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
         const QPalette::ColorGroup group = colorGroup(cell);
         cell.palette.setColor(group, QPalette::Highlight, Colors::selection(cell.palette, group));
     }
-    paintGround(*painter, cell);
+    paintBackground(*painter, cell);
 
     painter->save();
     painter->setClipRect(cell.rect, Qt::IntersectClip);
     paintContent(*painter, cell, index);
-    // A selected row is told by its ground already.
+    // A selected row is already marked by its background.
     const QTableView* focused = tableWithFocusOn(index, cell);
     if (focused != nullptr && !isSelected(cell)) {
         paintFocus(*painter, cell, index, *focused);
@@ -107,14 +106,14 @@ QSize OutlineDelegate::sizeHint(const QStyleOptionViewItem& option,
 
 void OutlineDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                            const QModelIndex& index) const {
-    // The text keeps its place when it begins to be edited, and the field reaches to the end of the
-    // cell.
+    // The text keeps its place when editing begins, and the field extends to the end of the cell.
     const int margin = CellMetrics(option.font).padding();
     if (auto* line = qobject_cast<QLineEdit*>(editor)) {
-        line->setTextMargins(margin - ownFieldMargin, 0, margin - ownFieldMargin, 0);
+        line->setTextMargins(margin - CellField::ownTextMargin, 0,
+                             margin - CellField::ownTextMargin, 0);
     }
     const QRect text = textRect(option, index).adjusted(-margin, 0, margin, 0);
-    // Deep down the rest of the cell may be too small for any field.
+    // Deep in the tree the rest of the cell may be too narrow for any field.
     const int width =
         std::min(option.rect.width(),
                  std::max(text.width(), fieldCharacters * option.fontMetrics.averageCharWidth()));
@@ -153,7 +152,7 @@ const OutlineRow& OutlineDelegate::row(const QModelIndex& index) const {
 QColor OutlineDelegate::textColor(const QStyleOptionViewItem& option, Tone tone) {
     const QPalette::ColorGroup group = colorGroup(option);
     if (isSelected(option)) {
-        // The contrast of selected text leaves nothing to take away.
+        // The contrast of selected text is too low already to be reduced.
         return option.palette.color(group, QPalette::HighlightedText);
     }
     if (tone == Tone::secondary) {
@@ -162,7 +161,7 @@ QColor OutlineDelegate::textColor(const QStyleOptionViewItem& option, Tone tone)
     return option.palette.color(group, tone == Tone::link ? QPalette::Link : QPalette::Text);
 }
 
-QColor OutlineDelegate::groundColor(const QStyleOptionViewItem& option) {
+QColor OutlineDelegate::backgroundColor(const QStyleOptionViewItem& option) {
     return option.palette.color(colorGroup(option),
                                 isSelected(option) ? QPalette::Highlight : QPalette::Base);
 }

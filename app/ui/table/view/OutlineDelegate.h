@@ -6,15 +6,15 @@
 
 class OutlineTableModel;
 
-/// What the cells of all columns have in common: the ground with selection and focus, colours, one
-/// line of plain text, and tooltips that stay plain.
+/// What the delegates of all columns have in common: a background with selection and focus, colors,
+/// a single line of plain text, and tooltips in plain text.
 class OutlineDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
     enum class Tone { primary, secondary, link };
 
-    /// `model` must outlive the cell and be the one whose indexes it is asked to paint.
+    /// `model` must outlive the delegate and be the one whose indexes it is asked to paint.
     explicit OutlineDelegate(const OutlineTableModel& model, QObject* parent = nullptr);
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -26,27 +26,27 @@ public:
                    const QModelIndex& index) override;
 
 protected:
-    /// Paints what stands on the ground of the cell `option.rect`, which nothing leaves.
+    /// Paints what is on the background of the cell `option.rect`, clipped to it.
     virtual void paintContent(QPainter& painter, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const = 0;
 
-    /// What to say about the point `position` of the cell: the model's tooltip by default.
+    /// The tooltip for the point `position` of the cell: the model's by default.
     virtual QString tooltipAt(const QPoint& position, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const;
 
-    /// Where the text stands that can be edited: the whole content by default.
+    /// Where the editable text is: the whole content by default.
     virtual QRect textRect(const QStyleOptionViewItem& option, const QModelIndex& index) const;
 
     const OutlineRow& row(const QModelIndex& index) const;
 
     static QColor textColor(const QStyleOptionViewItem& option, Tone tone);
-    static QColor groundColor(const QStyleOptionViewItem& option);
+    static QColor backgroundColor(const QStyleOptionViewItem& option);
 
-    /// Paints one line of `text` at the leading side of `rect`, cut with an ellipsis.
+    /// Paints one line of `text` at the leading side of `rect`, elided if it does not fit.
     static void paintText(QPainter& painter, const QStyleOptionViewItem& option, const QRect& rect,
                           const QString& text, Tone tone);
 
-    /// The cell without the space at its sides.
+    /// The cell without the padding at its sides.
     static QRect contentRect(const QStyleOptionViewItem& option);
 
 private:
