@@ -11,7 +11,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
-#include <algorithm>
 #include <numeric>
 #include <vector>
 
@@ -19,6 +18,7 @@
 #include "app/ui/editors/DataPopover.h"
 #include "app/ui/text/DataText.h"
 #include "app/ui/text/FileName.h"
+#include "tests/ui/support/ByName.h"
 #include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
 
@@ -47,28 +47,13 @@ struct Item {
     }
 
     QPlainTextEdit* editor(const char* name) const {
-        for (QPlainTextEdit* editor : popover.findChildren<QPlainTextEdit*>()) {
-            if (editor->accessibleName() == QString::fromUtf8(name)) {
-                return editor;
-            }
-        }
-        return nullptr;
+        return ByName::find<QPlainTextEdit>(popover, name);
     }
     QString dump() const { return editor("Bytes")->toPlainText(); }
     QString base64() const { return editor("Base64")->toPlainText(); }
-    void press(const char* title) const {
-        for (QPushButton* button : popover.findChildren<QPushButton*>()) {
-            if (button->text() == QString::fromUtf8(title)) {
-                button->click();
-            }
-        }
-    }
+    void press(const char* name) const { ByName::press(popover, name); }
     bool isIdle() const { return popover.findChild<QDialogButtonBox*>()->isEnabled(); }
-    bool shows(const char* text) const {
-        return std::ranges::any_of(popover.findChildren<QLabel*>(), [text](const QLabel* label) {
-            return label->text() == QString::fromUtf8(text) && label->isVisible();
-        });
-    }
+    bool shows(const char* text) const { return ByName::find<QLabel>(popover, text) != nullptr; }
 
     Applications applications;
     DataPopover popover;
@@ -102,9 +87,9 @@ private Q_SLOTS:
     /// Return in the dump does not ask for a file.
     void returnApplies() {
         const Item item(counting(3));
-        for (const QPushButton* button : item.popover.findChildren<QPushButton*>()) {
-            QCOMPARE(button->isDefault(), button->text() == QStringLiteral("Apply"));
-        }
+        QVERIFY(ByName::find<QPushButton>(item.popover, "Apply")->isDefault());
+        QVERIFY(!ByName::find<QPushButton>(item.popover, "Import…")->isDefault());
+        QVERIFY(!ByName::find<QPushButton>(item.popover, "Export…")->isDefault());
     }
 
     void showsBytesAndBase64() {
@@ -113,12 +98,8 @@ private Q_SLOTS:
         QCOMPARE(item.base64(), QStringLiteral("AAEC"));
         QVERIFY(item.editor("Bytes")->isReadOnly());
         QVERIFY(item.shows("Base64"));
-        QStringList titles;
-        for (const QPushButton* button : item.popover.findChildren<QPushButton*>()) {
-            titles += button->text();
-        }
-        for (const char* title : {"Import…", "Export…", "Apply"}) {
-            QVERIFY(titles.contains(QString::fromUtf8(title)));
+        for (const char* name : {"Import…", "Export…", "Apply"}) {
+            QVERIFY2(ByName::find<QPushButton>(item.popover, name) != nullptr, name);
         }
     }
 

@@ -64,7 +64,7 @@ private Q_SLOTS:
         QCOMPARE(thereAndBack(text), text);
     }
 
-    void cutsBehindBlanks() {
+    void cutsAfterSpaces() {
         const QString text = QString(4000, u'x') + u' ' + QString(4000, u'y');
         const QStringList sections = LongLines::inSections(text).split(u'\n');
         QCOMPARE(sections.size(), 2);
@@ -94,7 +94,7 @@ private Q_SLOTS:
 
     // --- The editor ---
 
-    void keeps_data() {
+    void keepsTexts_data() {
         QTest::addColumn<QString>("text");
         QTest::newRow("empty") << QString();
         QTest::newRow("lines") << QStringLiteral("one\ntwo\n\n");
@@ -109,7 +109,7 @@ private Q_SLOTS:
         QTest::newRow("long lines") << longLine() + QStringLiteral("\r\n") + longLine();
     }
 
-    void keeps() {
+    void keepsTexts() {
         QFETCH(QString, text);
         ExactTextEdit edit;
         QVERIFY(edit.setExactText(text));
@@ -183,7 +183,7 @@ private Q_SLOTS:
 
     // --- Across the sections of a long line ---
 
-    void cutsLongLines() {
+    void showsLongLinesInSections() {
         ExactTextEdit edit;
         edit.setExactText(longLine());
         QVERIFY(edit.document()->blockCount() > 2);

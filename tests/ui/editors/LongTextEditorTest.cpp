@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "app/ui/editors/LongTextEditor.h"
+#include "tests/ui/support/ByName.h"
 #include "tests/ui/support/UiTest.h"
 
 class LongTextEditorTest : public QObject {
@@ -58,13 +59,13 @@ private Q_SLOTS:
         QVERIFY(committed_.isEmpty());
     }
 
-    void cancels_data() {
+    void cancelsWithoutCommitting_data() {
         QTest::addColumn<bool>("isByKey");
         QTest::newRow("button") << false;
         QTest::newRow("key") << true;
     }
 
-    void cancels() {
+    void cancelsWithoutCommitting() {
         QFETCH(bool, isByKey);
         QTest::keyClicks(&text(), QStringLiteral("x"));
         if (isByKey) {
@@ -127,7 +128,9 @@ private:
         QVERIFY(QTest::qWaitForWindowActive(editor_.get()));
     }
 
-    QPlainTextEdit& text() const { return *editor_->findChild<QPlainTextEdit*>(); }
+    QPlainTextEdit& text() const {
+        return *ByName::find<QPlainTextEdit>(*editor_, "Value of Story");
+    }
 
     QPushButton* button(QDialogButtonBox::StandardButton which) const {
         return editor_->findChild<QDialogButtonBox*>()->button(which);

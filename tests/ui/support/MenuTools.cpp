@@ -32,10 +32,17 @@ QMenu* MenuTools::menuOf(const QMainWindow& window, const char* title) {
 
 QAction* MenuTools::itemOf(const QMainWindow& window, const char* title) {
     for (const QAction* menu : window.menuBar()->actions()) {
-        for (QAction* action : menu->menu()->actions()) {
-            if (titleOf(*action) == QString::fromUtf8(title)) {
-                return action;
-            }
+        if (QAction* item = itemOf(*menu->menu(), title)) {
+            return item;
+        }
+    }
+    return nullptr;
+}
+
+QAction* MenuTools::itemOf(const QMenu& menu, const char* title) {
+    for (QAction* action : menu.actions()) {
+        if (titleOf(*action) == QString::fromUtf8(title)) {
+            return action;
         }
     }
     return nullptr;

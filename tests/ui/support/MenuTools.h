@@ -16,6 +16,9 @@ QStringList titlesOf(const QMenu& menu);
 QMenu* menuOf(const QMainWindow& window, const char* title);
 QAction* itemOf(const QMainWindow& window, const char* title);
 
+/// The item of this menu with the title; null if there is none.
+QAction* itemOf(const QMenu& menu, const char* title);
+
 /// The titles of the items that can be chosen when the menu is shown.
 QStringList enabledIn(QMenu& menu);
 

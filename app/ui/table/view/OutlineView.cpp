@@ -123,13 +123,14 @@ QStyleOptionViewItem OutlineView::cellOption(const QModelIndex& index) const {
     return option;
 }
 
+QRect OutlineView::disclosureRect(const QModelIndex& index) const {
+    const bool isKey = index.isValid() && index.column() == OutlineTableModel::keyColumn;
+    return isKey ? keyCell_->parts(cellOption(index), index).disclosure : QRect();
+}
+
 bool OutlineView::isOnDisclosure(const QPoint& position) const {
-    const QModelIndex index = indexAt(position);
-    if (!index.isValid() || index.column() != OutlineTableModel::keyColumn) {
-        return false;
-    }
     // A little larger than what is drawn, so that it is easy to hit.
-    const QRect control = keyCell_->parts(cellOption(index), index).disclosure;
+    const QRect control = disclosureRect(indexAt(position));
     return !control.isEmpty() && control.adjusted(-2, -4, 2, 4).contains(position);
 }
 

@@ -42,8 +42,12 @@ public:
     bool scrollBack(const std::vector<VisibleRow>& rows,
                     const std::function<std::optional<int>(const PlistNode&)>& rowOf);
 
-    /// Whether a point of the viewport is on the control that expands and collapses a row, or so
-    /// close to it that it is meant.
+    /// Where the control that expands and collapses a container is in the viewport; empty for other
+    /// cells.
+    QRect disclosureRect(const QModelIndex& index) const;
+
+    /// Whether a point of the viewport is on that control of a row, or so close to it that it is
+    /// meant.
     bool isOnDisclosure(const QPoint& position) const;
 
     /// Where the check box of a boolean is in the viewport; empty for other cells.

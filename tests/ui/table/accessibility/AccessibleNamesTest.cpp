@@ -32,7 +32,7 @@ private Q_SLOTS:
 
     void cleanup() { delete window_; }
 
-    void theWindow() {
+    void namesTheControlsOfTheWindow() {
         const QStringList names = FocusNames::in(*window_);
         for (const char* name : {"Property list", "XML", "Binary", "Search"}) {
             QVERIFY2(names.contains(QString::fromUtf8(name)), qPrintable(names.join(u'|')));
@@ -40,7 +40,7 @@ private Q_SLOTS:
         QCOMPARE(FocusNames::missingIn(*window_), QStringList());
     }
 
-    void fields_data() {
+    void namesTextFields_data() {
         QTest::addColumn<QString>("key");
         QTest::addColumn<bool>("isKey");
         QTest::addColumn<QString>("name");
@@ -51,7 +51,7 @@ private Q_SLOTS:
         }
     }
 
-    void fields() {
+    void namesTextFields() {
         QFETCH(QString, key);
         QFETCH(bool, isKey);
         QFETCH(QString, name);
@@ -63,7 +63,7 @@ private Q_SLOTS:
         QCOMPARE(FocusNames::missingIn(*window_), QStringList());
     }
 
-    void theMessageOfAField() {
+    void describesWhatIsWrongInAField() {
         makeCurrent(QStringLiteral("integer"));
         window_->view().actions().beginEditing(OutlineState::Column::value);
         QTRY_VERIFY(window_->findChild<InlineTextField*>() != nullptr);
@@ -74,7 +74,7 @@ private Q_SLOTS:
         QCOMPARE(FocusNames::missingIn(*window_), QStringList());
     }
 
-    void theDate() {
+    void namesTheFieldOfADate() {
         makeCurrent(QStringLiteral("date"));
         QTest::keyClick(&table(), Qt::Key_Space);
         QVERIFY(window_->findChild<DateValueEditor*>() != nullptr);
@@ -82,7 +82,7 @@ private Q_SLOTS:
         QCOMPARE(FocusNames::missingIn(*window_), QStringList());
     }
 
-    void theBytes() {
+    void namesTheEditorOfBytes() {
         makeCurrent(QStringLiteral("data"));
         QTest::keyClick(&table(), Qt::Key_Space);
         const auto* popover = window_->findChild<DataPopover*>();
@@ -94,7 +94,7 @@ private Q_SLOTS:
         QCOMPARE(FocusNames::missingIn(*popover), QStringList());
     }
 
-    void theWindowOfALongText() {
+    void namesTheEditorOfALongText() {
         const PlistValue text = PlistValue::string(
             std::string(static_cast<std::size_t>(LongTextEditor::longestInField) + 1, 'x'));
         window_->controller().document().apply(
@@ -107,13 +107,13 @@ private Q_SLOTS:
         QCOMPARE(FocusNames::missingIn(*editor), QStringList());
     }
 
-    void otherWindows_data() {
+    void namesTheControlsOfDialogs_data() {
         QTest::addColumn<QString>("item");
         QTest::newRow("keys") << QStringLiteral("Keyboard Shortcuts");
         QTest::newRow("about") << QStringLiteral("About Tabulet");
     }
 
-    void otherWindows() {
+    void namesTheControlsOfDialogs() {
         QFETCH(QString, item);
         MenuTools::itemOf(*window_, item.toUtf8())->trigger();
         const auto* dialog = window_->findChild<QDialog*>();
@@ -122,7 +122,7 @@ private Q_SLOTS:
         QCOMPARE(FocusNames::missingIn(*dialog), QStringList());
     }
 
-    void theQuestionAboutChanges() {
+    void namesTheButtonsAboutUnsavedChanges() {
         window_->view().actions().addItem();
         QVERIFY(!window_->close());
         const auto* dialog = window_->findChild<QDialog*>();

@@ -124,9 +124,9 @@ private Q_SLOTS:
     }
 
     void theDisclosureControlIsNoHandle() {
-        // It is a control's width and half a level before the key of the root.
-        QVERIFY(table().isOnDisclosure({12, centerOf(0, 0).y()}));
-        QVERIFY(!MouseDrag::run(*table().viewport(), {12, centerOf(0, 0).y()}, doNothing));
+        const QPoint control = table().disclosureRect(table().model()->index(0, 0)).center();
+        QVERIFY(table().isOnDisclosure(control));
+        QVERIFY(!MouseDrag::run(*table().viewport(), control, doNothing));
         QCOMPARE(table().model()->rowCount(), 1);
     }
 

@@ -18,6 +18,7 @@
 #include "app/ui/table/drag/RowDropping.h"
 #include "app/ui/window/DocumentWindow.h"
 #include "tests/model/support/ManualTimer.h"
+#include "tests/ui/support/ByName.h"
 #include "tests/ui/support/DragOver.h"
 #include "tests/ui/support/MenuTools.h"
 #include "tests/ui/support/MouseDrag.h"
@@ -290,8 +291,8 @@ private Q_SLOTS:
     void appliesAnOpenFieldFirst() {
         select({1});
         QTest::keyClick(&table(), Qt::Key_Return);
-        QTRY_VERIFY(table().findChild<QLineEdit*>() != nullptr);
-        table().findChild<QLineEdit*>()->setText(QStringLiteral("port"));
+        QTRY_VERIFY(ByName::find<QLineEdit>(table(), "Key") != nullptr);
+        ByName::find<QLineEdit>(table(), "Key")->setText(QStringLiteral("port"));
         QVERIFY(DragOver(viewport(), *item_).enterAndDrop(below(4)).isAccepted);
         QCOMPARE(keys(), QStringLiteral("port k1 k2 k3 ship"));
         QVERIFY(!window_->view().outline().editing());

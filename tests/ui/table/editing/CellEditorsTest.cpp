@@ -2,7 +2,6 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <cmath>
@@ -18,6 +17,7 @@
 #include "app/ui/look/CellMetrics.h"
 #include "app/ui/table/PlistTable.h"
 #include "app/ui/table/view/OutlineTableModel.h"
+#include "tests/ui/support/ByName.h"
 #include "tests/ui/support/MenuTools.h"
 #include "tests/ui/support/Samples.h"
 #include "tests/ui/support/UiTest.h"
@@ -60,7 +60,7 @@ private Q_SLOTS:
 
     void choosingATypeIsOneStep() {
         click(rowOf("string"), OutlineTableModel::typeColumn);
-        openMenu()->actions().at(0)->trigger();
+        choose("Dictionary");
         QCOMPARE(node("string").type(), PlistType::dictionary);
         QCOMPARE(undoManager_->undoCount(), 1);
         QCOMPARE(undoManager_->undoActionName(), QStringLiteral("Change Type"));
@@ -70,14 +70,14 @@ private Q_SLOTS:
 
     void choosingTheSameTypeChangesNothing() {
         click(rowOf("string"), OutlineTableModel::typeColumn);
-        openMenu()->actions().at(2)->trigger();
+        choose("String");
         QCOMPARE(undoManager_->undoCount(), 0);
     }
 
     void choosingTheSameTypeLeavesAContainerCollapsed() {
         const int rowCount = table_->model()->rowCount();
         click(rowOf("array"), OutlineTableModel::typeColumn);
-        openMenu()->actions().at(1)->trigger();
+        choose("Array");
         QCOMPARE(undoManager_->undoCount(), 0);
         QVERIFY(!outline_->isExpanded(node("array").id()));
         QCOMPARE(table_->model()->rowCount(), rowCount);
@@ -94,7 +94,7 @@ private Q_SLOTS:
         QTest::keyClick(table_.get(), Qt::Key_F4);
         TypeMenu* menu = openMenu();
         QVERIFY(menu != nullptr);
-        QVERIFY(menu->actions().at(3)->isChecked());
+        QVERIFY(MenuTools::itemOf(*menu, "Integer")->isChecked());
         // Return chooses what the keys have gone to.
         QTest::keyClick(menu, Qt::Key_Down);
         QTest::keyClick(menu, Qt::Key_Return);
@@ -140,7 +140,7 @@ private Q_SLOTS:
         const double before = node("date").scalar().dateValue();
         QTest::mouseDClick(table_->viewport(), Qt::LeftButton, Qt::NoModifier,
                            cell(rowOf("date"), OutlineTableModel::valueColumn).center());
-        auto* field = table_->findChild<DateValueEditor*>();
+        auto* field = dateField();
         QVERIFY(field != nullptr && field->hasFocus());
         QCOMPARE(field->geometry(), cell(rowOf("date"), OutlineTableModel::valueColumn));
         const auto* line = field->findChild<QLineEdit*>();
@@ -158,7 +158,7 @@ private Q_SLOTS:
 
         table_->setCurrentIndex(table_->model()->index(rowOf("date"), 0));
         QTest::keyClick(table_.get(), Qt::Key_Space);
-        field = table_->findChild<DateValueEditor*>();
+        field = dateField();
         QVERIFY(field != nullptr && field->hasFocus());
         QTest::keyClick(field, Qt::Key_Escape);
         QVERIFY(table_->hasFocus());
@@ -176,7 +176,7 @@ private Q_SLOTS:
                            cell(rowOf("date"), OutlineTableModel::valueColumn).center());
         table_->setCurrentIndex(index);
         QTest::keyClick(table_.get(), Qt::Key_Space);
-        QVERIFY(table_->findChild<DateValueEditor*>() == nullptr);
+        QVERIFY(dateField() == nullptr);
         QVERIFY(node("date").scalar() == early);
         QCOMPARE(undoManager_->undoCount(), 0);
     }
@@ -207,13 +207,9 @@ private Q_SLOTS:
         auto* popover = table_->window()->findChild<DataPopover*>();
         QVERIFY(popover != nullptr && popover->isVisible());
         const PlistValue before = node("data").scalar();
-        auto* base64 = popover->findChildren<QPlainTextEdit*>().last();
+        auto* base64 = ByName::find<QPlainTextEdit>(*popover, "Base64");
         base64->setPlainText(QStringLiteral("QUJD"));
-        for (QPushButton* button : popover->findChildren<QPushButton*>()) {
-            if (button->text() == QStringLiteral("Apply")) {
-                button->click();
-            }
-        }
+        ByName::press(*popover, "Apply");
         QCOMPARE(index.data().toString(), QStringLiteral("3 bytes · 414243"));
         QCOMPARE(undoManager_->undoActionName(), QStringLiteral("Change Value"));
         // It follows what happens to the item elsewhere.
@@ -246,11 +242,7 @@ private Q_SLOTS:
         QTest::keyClick(table_.get(), Qt::Key_Space);
         const auto* popover = table_->window()->findChild<DataPopover*>();
         QVERIFY(popover != nullptr);
-        for (QPushButton* button : popover->findChildren<QPushButton*>()) {
-            if (button->text() == QStringLiteral("Export…")) {
-                button->click();
-            }
-        }
+        ByName::press(*popover, "Export…");
         const auto* dialog = popover->findChild<QFileDialog*>();
         QVERIFY(dialog != nullptr);
         QCOMPARE(QFileInfo(dialog->selectedFiles().value(0)).fileName(), name);
@@ -292,11 +284,14 @@ private:
     DateValueEditor* typeIntoDate() const {
         table_->setCurrentIndex(table_->model()->index(rowOf("date"), 0));
         QTest::keyClick(table_.get(), Qt::Key_Space);
-        auto* field = table_->findChild<DateValueEditor*>();
+        auto* field = dateField();
         field->setSelectedSection(QDateTimeEdit::MinuteSection);
         QTest::keyClick(field, Qt::Key_5);
         return field;
     }
+    DateValueEditor* dateField() const { return ByName::find<DateValueEditor>(*table_, "Date"); }
+    /// Chooses a type in the menu that is open.
+    void choose(const char* type) const { MenuTools::itemOf(*openMenu(), type)->trigger(); }
     TypeMenu* openMenu() const { return table_->findChild<TypeMenu*>(); }
 
     std::unique_ptr<PlistDocument> document_;
