@@ -224,7 +224,6 @@ void DataPopover::apply(const std::optional<std::vector<std::uint8_t>>& bytes) {
 }
 
 void DataPopover::setInvalid(bool isInvalid) {
-    isInvalid_ = isInvalid;
     problem_->setVisible(isInvalid);
     QPalette colors = palette();
     colors.setColor(QPalette::WindowText, Colors::error(colors));

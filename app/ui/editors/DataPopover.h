@@ -35,9 +35,6 @@ public:
     /// Shows other bytes, which the item has now. What the user has typed is replaced.
     void setBytes(Bytes bytes);
 
-    /// Whether the text that was applied last is not valid Base64.
-    bool isInvalid() const noexcept { return isInvalid_; }
-
 private:
     class Base64Filler;
 
@@ -66,5 +63,4 @@ private:
     QTimer progressDelay_;
     int activities_ = 0;     ///< how many have not ended
     bool isEdited_ = false;  ///< the text may stand for other bytes
-    bool isInvalid_ = false;
 };

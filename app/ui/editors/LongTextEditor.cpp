@@ -85,10 +85,6 @@ void LongTextEditor::end() {
     }
 }
 
-QString LongTextEditor::notice() const {
-    return notice_->text();
-}
-
 void LongTextEditor::showNotice(const QString& text) {
     notice_->setText(text);
     notice_->show();

@@ -32,9 +32,6 @@ public:
     /// Ends the edit without applying the text or telling the owner: the cell is gone.
     void abandon();
 
-    /// Why the text cannot be edited, or why it was refused last; empty in general.
-    QString notice() const;
-
     /// Both buttons, Escape and the close button of the window end up here.
     void done(int result) override;
 

@@ -27,9 +27,6 @@ public:
     /// Takes another timer, for tests.
     void setTimer(std::unique_ptr<DelayTimer> timer) { timer_ = std::move(timer); }
 
-    /// How close to an edge the area scrolls, in pixels: the height of a row.
-    int margin() const;
-
     /// The drag is at this point of the viewport.
     void follow(const QPoint& position);
 
@@ -39,6 +36,8 @@ public:
 private:
     enum class Direction { none, up, down };
 
+    /// How close to an edge the area scrolls, in pixels: the height of a row.
+    int margin() const;
     Direction directionAt(const QPoint& position) const;
     void waitForStep();
     void step();
