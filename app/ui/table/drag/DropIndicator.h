@@ -19,6 +19,7 @@ struct DropIndicator {
     static DropIndicator below(qint64 position, const PlistNode& container,
                                const OutlineView& view);
 
+    /// Paints the indicator over the rows, in the colors of `palette`.
     void paint(QPainter& painter, const QPalette& palette) const;
 
     friend bool operator==(const DropIndicator&, const DropIndicator&) = default;

@@ -37,7 +37,7 @@ public:
     /// there.
     const std::optional<DropIndicator>& indicator() const noexcept { return indicator_; }
 
-    /// The view has other rows: the drag over it would go elsewhere.
+    /// The view has other rows: the drag over it goes elsewhere now.
     void rowsChanged() { update(); }
 
     /// Paints the indicator over the rows.

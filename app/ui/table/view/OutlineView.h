@@ -24,7 +24,10 @@ public:
     explicit OutlineView(OutlineState& outline, QWidget* parent = nullptr);
     ~OutlineView() override;
 
+    /// The model of the rows.
     OutlineTableModel& outlineModel() const noexcept { return *model_; }
+
+    /// The outline that the rows belong to.
     OutlineState& outline() const noexcept;
 
     /// A visible row, and where it begins in the viewport.
@@ -46,8 +49,7 @@ public:
     /// cells.
     QRect disclosureRect(const QModelIndex& index) const;
 
-    /// Whether a point of the viewport is on that control of a row, or so close to it that it is
-    /// meant.
+    /// Whether a point of the viewport is on such a control, or so close to it that it is meant.
     bool isOnDisclosure(const QPoint& position) const;
 
     /// Where the check box of a boolean is in the viewport; empty for other cells.
@@ -62,7 +64,7 @@ public:
     /// Expands or collapses the container in a row.
     void toggle(int row, OutlineState::Reach reach);
 
-    /// Opens the editor of a cell, which becomes the current one: the field of its text or date,
+    /// Opens the editor of `cell`, which must be the current cell: the field of its text or date,
     /// the menu of types or the bytes. A boolean is toggled.
     virtual void activateCell(const QModelIndex& cell) = 0;
 
