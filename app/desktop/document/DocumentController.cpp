@@ -67,7 +67,7 @@ WriteResult write(const PlistFile& file, const QString& path, const SafeWriter::
     return result;
 }
 
-/// What to call a document that comes back without its file. The end of the file's name would be
+/// What to call a document that comes back without its file. The file's extension would be
 /// in the way of the word behind it.
 QString recoveredName(const QString& title) {
     const QString suffix = DocumentController::tr(" (recovered)");

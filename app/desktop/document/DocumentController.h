@@ -86,7 +86,7 @@ public:
 
     /// Begins to write the document as it is now to its file, unless another program has changed
     /// that: then it ends with `saveFailed` and `FileError::Code::changedOnDisk`. A file that has
-    /// gone is made again. Only while idle, and for a document that has a file.
+    /// gone is created again. Only while idle, and for a document that has a file.
     void save();
 
     /// The file was seen to hold something else than before. Where that means that it is lost to

@@ -15,14 +15,14 @@ QByteArray FileFolder::of(const QByteArray& path) {
     return slash == 0 ? QByteArray("/") : path.left(slash);
 }
 
-int FileFolder::make(const QByteArray& folder) {
+int FileFolder::create(const QByteArray& folder) {
     if (::mkdir(folder.constData(), forTheUserAlone) == 0 || errno == EEXIST) {
         return 0;
     }
     if (errno != ENOENT || folder.lastIndexOf('/') <= 0) {
         return errno;
     }
-    const int error = make(of(folder));
+    const int error = create(of(folder));
     if (error != 0) {
         return error;
     }

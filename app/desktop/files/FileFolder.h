@@ -10,12 +10,12 @@ namespace FileFolder {
 /// The folder that a path leads to a file in.
 QByteArray of(const QByteArray& path);
 
-/// The mode of folders that `make` makes.
+/// The mode of folders that `create` creates.
 inline constexpr mode_t forTheUserAlone = 0700;
 
-/// Makes a folder, and those above it, for the user alone; a folder that is there stays as it is.
+/// Creates a folder, and those above it, for the user alone; a folder that is there stays as it is.
 /// Returns 0 or the number of the system's error.
-int make(const QByteArray& folder);
+int create(const QByteArray& folder);
 
 /// Waits until the disk knows the names in a folder. Returns 0 or the number of the system's
 /// error; a folder that may not be read is taken at its word.

@@ -14,7 +14,7 @@ public:
     /// How the names of all these files begin.
     static constexpr const char* prefix = ".tabulet-";
 
-    /// `mode` is what `open` takes. If the file cannot be made, `error` tells why.
+    /// `mode` is what `open` takes. If the file cannot be created, `error` tells why.
     TemporaryFile(const QByteArray& folder, mode_t mode);
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;

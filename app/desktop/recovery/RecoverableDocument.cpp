@@ -31,7 +31,7 @@ RecoveryRecord unknownRecord() {
 
 RecoverableDocument::RecoverableDocument(std::shared_ptr<RecoveryFolder> folder, QByteArray name)
     : folder_(std::move(folder)), name_(std::move(name)) {
-    const std::optional<QByteArray> json = folder_->read(name_ + RecoveryStore::recordEnd);
+    const std::optional<QByteArray> json = folder_->read(name_ + RecoveryStore::recordExtension);
     const auto record = RecoveryRecord::fromJson(json.value_or(QByteArray()));
     hasRecord_ = record.has_value();
     record_ = record.value_or(unknownRecord());
@@ -50,10 +50,10 @@ std::vector<RecoverableDocument> RecoverableDocument::find(const QString& place)
         const QByteArrayList names = folder->names();
         for (const QByteArray& name : names) {
             const QByteArray document = name.left(name.lastIndexOf('.'));
-            if (name.endsWith(RecoveryStore::contentEnd)) {
+            if (name.endsWith(RecoveryStore::contentExtension)) {
                 found.push_back(RecoverableDocument(folder, document));
-            } else if (name.endsWith(RecoveryStore::recordEnd) &&
-                       !names.contains(document + RecoveryStore::contentEnd)) {
+            } else if (name.endsWith(RecoveryStore::recordExtension) &&
+                       !names.contains(document + RecoveryStore::contentExtension)) {
                 // A record alone: the document was being deleted.
                 folder->remove(name);
             }
@@ -70,7 +70,7 @@ QString RecoverableDocument::filePath() const {
 }
 
 QString RecoverableDocument::contentPath() const {
-    return FilePath::decoded(folder_->pathOf(name_ + RecoveryStore::contentEnd));
+    return FilePath::decoded(folder_->pathOf(name_ + RecoveryStore::contentExtension));
 }
 
 void RecoverableDocument::beginAttempt() {
@@ -85,11 +85,11 @@ void RecoverableDocument::endAttempt() {
 
 void RecoverableDocument::writeRecord() const {
     if (hasRecord_) {
-        folder_->write(name_ + RecoveryStore::recordEnd, record_.toJson());
+        folder_->write(name_ + RecoveryStore::recordExtension, record_.toJson());
     }
 }
 
 void RecoverableDocument::remove() const {
-    folder_->remove(name_ + RecoveryStore::contentEnd);
-    folder_->remove(name_ + RecoveryStore::recordEnd);
+    folder_->remove(name_ + RecoveryStore::contentExtension);
+    folder_->remove(name_ + RecoveryStore::recordExtension);
 }

@@ -61,7 +61,7 @@ QByteArray RecoveryFolder::lockPath() const {
 }
 
 int RecoveryFolder::create() {
-    if (const int error = FileFolder::make(FileFolder::of(path_)); error != 0) {
+    if (const int error = FileFolder::create(FileFolder::of(path_)); error != 0) {
         return error;
     }
     if (::mkdir(path_.constData(), FileFolder::forTheUserAlone) != 0) {

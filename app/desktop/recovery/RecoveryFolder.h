@@ -28,7 +28,7 @@ public:
 
     bool isLocked() const noexcept { return lock_.isOpen(); }
 
-    /// Makes the folder and locks it. EEXIST if somebody else uses this path.
+    /// Creates the folder and locks it. EEXIST if somebody else uses this path.
     int create();
 
     /// Locks a folder that was left behind. EWOULDBLOCK if the program that uses it still runs.

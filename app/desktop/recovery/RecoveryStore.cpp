@@ -42,8 +42,8 @@ void RecoveryStore::remove(const QByteArray& name) {
     worker_.start([this, name] {
         if (folder_) {
             // A record without content brings nothing back.
-            folder_->remove(name + contentEnd);
-            folder_->remove(name + recordEnd);
+            folder_->remove(name + contentExtension);
+            folder_->remove(name + recordExtension);
         }
     });
 }
@@ -57,7 +57,7 @@ void RecoveryStore::seal() {
     wait();
 }
 
-/// Makes the folder if it is not there yet.
+/// Creates the folder if it is not there yet.
 int RecoveryStore::requireFolder() {
     int error = 0;
     while (!folder_) {
@@ -85,15 +85,15 @@ int RecoveryStore::keep(const QByteArray& name, const PlistFile& content,
     try {
         const PlistBytes bytes =
             PlistCodec::write(content.root, PlistFormat::binary, {.keepsSpellings = true});
-        int error = folder_->write(name + contentEnd, bytes.span());
+        int error = folder_->write(name + contentExtension, bytes.span());
         if (error == ENOENT) {
             // Somebody has deleted the folder.
             folder_.reset();
             error = requireFolder();
-            error = error != 0 ? error : folder_->write(name + contentEnd, bytes.span());
+            error = error != 0 ? error : folder_->write(name + contentExtension, bytes.span());
         }
         // The record comes last: it never tells of content that is not there.
-        return error != 0 ? error : folder_->write(name + recordEnd, record.toJson());
+        return error != 0 ? error : folder_->write(name + recordExtension, record.toJson());
     } catch (const std::bad_alloc&) {
         return ENOMEM;
     }

@@ -13,7 +13,7 @@
 #include "app/model/runtime/Plist.h"
 
 /// Where this process keeps its unsaved documents, each under a name of its own: a file with the
-/// content, in a form that loses nothing, and one with the record. The folder is made when the
+/// content, in a form that loses nothing, and one with the record. The folder is created when the
 /// first document comes, and goes with the last.
 ///
 /// Everything is done in the order in which it was asked for, on one thread beside the others.
@@ -30,9 +30,9 @@ public:
 
     using Done = std::function<void(const Outcome&)>;
 
-    /// The ends of the names of the two files.
-    static constexpr const char* contentEnd = ".plist";
-    static constexpr const char* recordEnd = ".json";
+    /// The extensions of the two files.
+    static constexpr const char* contentExtension = ".plist";
+    static constexpr const char* recordExtension = ".json";
 
     /// Keeps documents in a new folder inside of `place`.
     explicit RecoveryStore(const QString& place, QObject* parent = nullptr);

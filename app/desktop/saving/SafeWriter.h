@@ -20,8 +20,8 @@ using Consent = std::function<bool(const ContentDigest& present)>;
 ///
 /// Where links, owner, mode and attributes of the file can be kept, a finished new file takes its
 /// place at once. Else it is overwritten, after a copy of the old bytes was put into
-/// `safetyFolder`, which is made if it is not there. A crash at any moment leaves the old content,
-/// the new one, or that copy with a record of the file beside it.
+/// `safetyFolder`, which is created if it is not there. A crash at any moment leaves the old
+/// content, the new one, or that copy with a record of the file beside it.
 ///
 /// If there is a file, `mayReplace`, where given, is asked about what it holds then: as late as
 /// possible, when the new bytes are on the disk and only have to take their place. A program that

@@ -25,8 +25,8 @@ namespace {
 
 constexpr mode_t forTheUserAlone = 0600;
 
-constexpr const char* copyEnd = ".old";
-constexpr const char* recordEnd = ".json";
+constexpr const char* copyExtension = ".old";
+constexpr const char* recordExtension = ".json";
 
 constexpr QLatin1String kindName("kind");
 constexpr QLatin1String kind("interruptedSave");
@@ -70,15 +70,15 @@ SafetyCopy::SafetyCopy(const QByteArray& path, QByteArray target,
                        const std::optional<ContentDigest>& newContent)
     : target_(std::move(target)),
       newContent_(newContent),
-      copy_(path + copyEnd),
-      record_(path + recordEnd) {}
+      copy_(path + copyExtension),
+      record_(path + recordExtension) {}
 
 SafetyCopy::SafetyCopy(const QString& folder, const QByteArray& target,
                        const std::optional<ContentDigest>& newContent)
     : SafetyCopy(
           FilePath::encoded(folder) + '/' + QUuid::createUuid().toByteArray(QUuid::WithoutBraces),
           target, newContent) {
-    error_ = make(FilePath::encoded(folder));
+    error_ = create(FilePath::encoded(folder));
     if (error_ != 0) {
         remove();
     }
@@ -88,8 +88,8 @@ QString SafetyCopy::path() const {
     return FilePath::decoded(copy_);
 }
 
-int SafetyCopy::make(const QByteArray& folder) {
-    if (const int error = FileFolder::make(folder); error != 0) {
+int SafetyCopy::create(const QByteArray& folder) {
+    if (const int error = FileFolder::create(folder); error != 0) {
         return error;
     }
     const FileDescriptor source(open(target_, O_RDONLY));
@@ -150,9 +150,9 @@ int SafetyCopy::restore() const {
 std::vector<SafetyCopy> SafetyCopy::leftBehind(const QString& folder) {
     std::vector<SafetyCopy> found;
     const QDir names(folder);
-    for (const QString& name : names.entryList({QLatin1Char('*') + QLatin1String(copyEnd)})) {
+    for (const QString& name : names.entryList({QLatin1Char('*') + QLatin1String(copyExtension)})) {
         const QByteArray path = FilePath::encoded(names.filePath(name));
-        SafetyCopy copy(path.chopped(QByteArrayView(copyEnd).size()));
+        SafetyCopy copy(path.chopped(QByteArrayView(copyExtension).size()));
         if (!copy.claim()) {
             continue;
         }

@@ -15,7 +15,7 @@
 /// others can tell a save that goes on from one that was interrupted.
 class SafetyCopy {
 public:
-    /// Copies the file `target` into `folder`, which is made, for the user alone, if it is not
+    /// Copies the file `target` into `folder`, which is created, for the user alone, if it is not
     /// there. `newContent` is of what the file shall hold, if that is known: a file that holds it
     /// was saved to the end. `error` tells whether that worked.
     SafetyCopy(const QString& folder, const QByteArray& target,
@@ -42,7 +42,7 @@ public:
     void remove() const;
 
 private:
-    /// The copy at a path without its end, which must be tried with `claim`.
+    /// The copy at a path without its extension, which must be tried with `claim`.
     explicit SafetyCopy(const QByteArray& path, QByteArray target = {},
                         const std::optional<ContentDigest>& newContent = {});
 
@@ -50,7 +50,7 @@ private:
     bool hasRecord() const;
     bool readRecord();
     bool isNeedless() const;
-    int make(const QByteArray& folder);
+    int create(const QByteArray& folder);
     int writeRecord() const;
 
     QByteArray target_;
