@@ -1,7 +1,6 @@
 #include "app/ui/document/EmptyState.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPainter>
 
 #include "app/ui/look/Glyph.h"
@@ -14,19 +13,15 @@ EmptyState::EmptyState(QWidget* parent) : QWidget(parent) {
     setAutoFillBackground(true);
     setAttribute(Qt::WA_TransparentForMouseEvents);
 
-    auto* sign = new GlyphLabel(Glyph::paintPlusInCircle, 18, this);
+    auto* icon = new GlyphLabel(Glyph::paintPlusInCircle, 18, this);
     //: The plus sign stands for the button in the toolbar.
-    label_ = new SecondaryLabel(tr("Click \uFF0B to add the first item."), this);
+    auto* label = new SecondaryLabel(tr("Click \uFF0B to add the first item."), this);
     auto* layout = new QHBoxLayout(this);
     layout->setSpacing(8);
     layout->addStretch();
-    layout->addWidget(sign);
-    layout->addWidget(label_);
+    layout->addWidget(icon);
+    layout->addWidget(label);
     layout->addStretch();
-}
-
-QString EmptyState::text() const {
-    return label_->text();
 }
 
 void EmptyState::setDropTarget(bool isDropTarget) {

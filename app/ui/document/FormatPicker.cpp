@@ -12,10 +12,10 @@ namespace {
 /// The colour of selections, further away from that of selected text: styles lighten and grey
 /// what they paint buttons with.
 QColor chosenColor(const QPalette& palette) {
-    const QColor ground = palette.color(QPalette::Highlight);
+    const QColor background = palette.color(QPalette::Highlight);
     const bool isTextLight =
-        palette.color(QPalette::HighlightedText).lightness() > ground.lightness();
-    return isTextLight ? ground.darker(150) : ground.lighter(120);
+        palette.color(QPalette::HighlightedText).lightness() > background.lightness();
+    return isTextLight ? background.darker(150) : background.lighter(120);
 }
 
 /// One of the buttons side by side of which one is chosen. The chosen one has the colours of a

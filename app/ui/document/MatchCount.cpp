@@ -24,7 +24,3 @@ void MatchCount::show(const SearchState& search) {
             : tr("More than %1 matches").arg(QLocale(QLocale::English).toString(count)));
     setVisible(search.visibleIDs().has_value());
 }
-
-QString MatchCount::text() const {
-    return label_->text();
-}

@@ -14,8 +14,6 @@ public:
 
     void show(const SearchState& search);
 
-    QString text() const;
-
 private:
     QLabel* label_;
 };

@@ -33,7 +33,7 @@ constexpr RoleColor colors[] = {
 };
 
 constexpr QRgb disabledText = 0xFF8C8C8C;
-constexpr QRgb menuGround = 0xFF303030;
+constexpr QRgb menuBackground = 0xFF303030;
 
 /// The plain style draws the frames in a menu in the colour of windows, darker by 1.4.
 constexpr QRgb menuLines = 0xFFB4B4B4;
@@ -56,7 +56,7 @@ QPalette DarkPalette::make() {
 
 QPalette DarkPalette::forMenus() {
     QPalette palette = make();
-    palette.setColor(QPalette::Base, QColor::fromRgb(menuGround));
+    palette.setColor(QPalette::Base, QColor::fromRgb(menuBackground));
     palette.setColor(QPalette::Window, QColor::fromRgb(menuLines));
     return palette;
 }

@@ -103,15 +103,15 @@ void Glyph::paintDisclosure(QPainter& painter, const QRectF& square, const QColo
 }
 
 void Glyph::paintWarning(QPainter& painter, const QRectF& square, const QColor& color,
-                         const QColor& ground) {
+                         const QColor& background) {
     GridPainter grid(painter, square);
     painter.setPen(QPen(color, 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(color);
     const QPointF corners[] = {{0, -4.4}, {5.1, 4.5}, {-5.1, 4.5}};
     painter.drawPolygon(corners, 3);
-    grid.setStroke(ground, 1.3);
+    grid.setStroke(background, 1.3);
     painter.drawLine(QPointF(0, -1.6), QPointF(0, 1.2));
-    grid.setFill(ground);
+    grid.setFill(background);
     painter.drawEllipse(QPointF(0, 3.3), 0.8, 0.8);
 }
 

@@ -17,9 +17,9 @@ enum class Disclosure : std::uint8_t { collapsed, expanded };
 void paintDisclosure(QPainter& painter, const QRectF& square, const QColor& color,
                      Disclosure disclosure, Qt::LayoutDirection direction);
 
-/// A filled triangle with an exclamation mark in the colour `ground`.
+/// A filled triangle with an exclamation mark in the colour `background`.
 void paintWarning(QPainter& painter, const QRectF& square, const QColor& color,
-                  const QColor& ground);
+                  const QColor& background);
 
 /// The letter i in a circle.
 void paintInformation(QPainter& painter, const QRectF& square, const QColor& color);

@@ -3,9 +3,9 @@
 #include <QAccessible>
 #include <QPushButton>
 
-FileNotice::FileNotice(const ExternalChanges& follower, QWidget* parent)
+FileNotice::FileNotice(const ExternalChanges& changes, QWidget* parent)
     : NoticeStrip({}, parent),
-      follower_(follower),
+      changes_(changes),
       reload_(addButton(tr("&Reload"))),
       keep_(addButton(tr("&Keep Mine"))),
       save_(addButton(tr("&Save"))) {
@@ -16,7 +16,7 @@ FileNotice::FileNotice(const ExternalChanges& follower, QWidget* parent)
 }
 
 void FileNotice::showTrouble(const QString& name) {
-    const ExternalChanges::Trouble trouble = follower_.trouble();
+    const ExternalChanges::Trouble trouble = changes_.trouble();
     const bool isDeleted = trouble == ExternalChanges::Trouble::deleted;
     setText(textFor(name));
     reload_->setVisible(!isDeleted);
@@ -30,13 +30,13 @@ void FileNotice::showTrouble(const QString& name) {
 }
 
 QString FileNotice::textFor(const QString& name) const {
-    switch (follower_.trouble()) {
+    switch (changes_.trouble()) {
         case ExternalChanges::Trouble::changed:
             return tr("The file “%1” has been changed by another program.").arg(name);
         case ExternalChanges::Trouble::unreadable:
             return tr("The file “%1” has been changed by another program and can no longer be "
                       "read. %2")
-                .arg(name, follower_.reason());
+                .arg(name, changes_.reason());
         case ExternalChanges::Trouble::deleted:
             return tr("The file “%1” has been deleted or moved. Save the document to create it "
                       "again.")

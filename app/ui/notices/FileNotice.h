@@ -9,8 +9,8 @@ class FileNotice : public NoticeStrip {
     Q_OBJECT
 
 public:
-    /// `follower` outlives the strip.
-    explicit FileNotice(const ExternalChanges& follower, QWidget* parent = nullptr);
+    /// `changes` outlives the strip.
+    explicit FileNotice(const ExternalChanges& changes, QWidget* parent = nullptr);
 
     /// Shows the trouble with the file, which is called `name`; hides where there is none.
     void showTrouble(const QString& name);
@@ -23,7 +23,7 @@ Q_SIGNALS:
 private:
     QString textFor(const QString& name) const;
 
-    const ExternalChanges& follower_;
+    const ExternalChanges& changes_;
     QPushButton* reload_;
     QPushButton* keep_;
     QPushButton* save_;

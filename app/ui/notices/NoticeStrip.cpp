@@ -25,14 +25,14 @@ QFont calloutFont(QFont font) {
 NoticeStrip::NoticeStrip(const QString& text, QWidget* parent)
     : QWidget(parent),
       label_(new SecondaryLabel({}, this)),
-      sign_(new GlyphLabel(Glyph::paintInformation, 16, this)),
+      icon_(new GlyphLabel(Glyph::paintInformation, 16, this)),
       layout_(new QHBoxLayout(this)) {
     label_->setFont(calloutFont(font()));
     label_->setWordWrap(true);
     label_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     layout_->setContentsMargins(10, 7, 10, 8);
     layout_->setSpacing(8);
-    layout_->addWidget(sign_, 0, Qt::AlignTop);
+    layout_->addWidget(icon_, 0, Qt::AlignTop);
     layout_->addWidget(label_, 1, Qt::AlignVCenter);
     setText(text);
 }
@@ -47,12 +47,8 @@ QPushButton* NoticeStrip::addButton(const QString& text) {
     button->setAutoDefault(false);
     layout_->addWidget(button, 0, Qt::AlignVCenter);
     // Buttons are higher than a line of text.
-    layout_->setAlignment(sign_, Qt::AlignVCenter);
+    layout_->setAlignment(icon_, Qt::AlignVCenter);
     return button;
-}
-
-QString NoticeStrip::text() const {
-    return label_->text();
 }
 
 void NoticeStrip::paintEvent(QPaintEvent*) {

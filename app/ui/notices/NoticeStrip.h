@@ -14,7 +14,7 @@ class NoticeStrip : public QWidget {
 public:
     explicit NoticeStrip(const QString& text, QWidget* parent = nullptr);
 
-    QString text() const;
+    /// What the strip says, to screen readers too.
     void setText(const QString& text);
 
 protected:
@@ -25,6 +25,6 @@ protected:
 
 private:
     QLabel* label_;
-    QWidget* sign_;
+    QWidget* icon_;
     QHBoxLayout* layout_;
 };

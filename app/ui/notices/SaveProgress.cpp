@@ -44,10 +44,6 @@ void SaveProgress::stop() {
     hide();
 }
 
-QString SaveProgress::text() const {
-    return label_->text();
-}
-
 void SaveProgress::setText(const QString& text) {
     label_->setText(text);
     setAccessibleName(text);

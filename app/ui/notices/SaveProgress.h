@@ -27,8 +27,6 @@ public:
 
     void stop();
 
-    QString text() const;
-
 private:
     void setText(const QString& text);
 

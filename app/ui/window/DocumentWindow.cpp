@@ -144,9 +144,8 @@ void DocumentWindow::followSession() {
     connect(&session_, &DocumentSession::openFailed, this, &DocumentWindow::explainOpenFailure);
     connect(&session_, &DocumentSession::recoveryFailed, this,
             &DocumentWindow::explainRecoveryFailure);
-    connect(&session_, &DocumentSession::keepingFailed, this,
-            &DocumentWindow::warnThatNothingIsKept);
-    connect(&session_, &DocumentSession::kept, this, [this] { delete keepingNotice_; });
+    connect(&session_, &DocumentSession::keepingFailed, this, &DocumentWindow::warnThatBackupFails);
+    connect(&session_, &DocumentSession::kept, this, [this] { delete backupWarning_; });
     connect(this, &DocumentWindow::documentShown, &session_, &DocumentSession::keepRecovered);
 }
 
@@ -235,12 +234,12 @@ void DocumentWindow::recover(const RecoverableDocument& lost) {
     showProgress(name, tr("Recovering “%1”\u2026").arg(name));
 }
 
-void DocumentWindow::warnThatNothingIsKept(const QString& reason) {
-    delete keepingNotice_;
-    keepingNotice_ = new NoticeStrip(
+void DocumentWindow::warnThatBackupFails(const QString& reason) {
+    delete backupWarning_;
+    backupWarning_ = new NoticeStrip(
         tr("Unsaved changes can't be backed up: %1. Save often.").arg(reason), centralWidget());
-    keepingNotice_->setObjectName(QStringLiteral("keepingNotice"));
-    layout_->insertWidget(0, keepingNotice_);
+    backupWarning_->setObjectName(QStringLiteral("backupWarning"));
+    layout_->insertWidget(0, backupWarning_);
 }
 
 void DocumentWindow::showProgress(const QString& title, const QString& text) {

@@ -101,7 +101,7 @@ private:
     void showDocument();
     void explainOpenFailure(const FileError& error);
     void explainRecoveryFailure(const QString& title, const FileError& error);
-    void warnThatNothingIsKept(const QString& reason);
+    void warnThatBackupFails(const QString& reason);
     void saveTo(const QString& path);
     void explainSaveFailure(const FileError& error);
     void saveDespiteChange(MessageDialog::ChangeAnswer answer);
@@ -115,7 +115,7 @@ private:
     FileMenu* fileMenu_ = nullptr;
     FileNotice* notice_ = nullptr;
     QVBoxLayout* layout_ = nullptr;
-    QPointer<NoticeStrip> keepingNotice_;
+    QPointer<NoticeStrip> backupWarning_;
     SaveProgress* saveProgress_ = nullptr;
     std::function<QList<QWidget*>()> allWindows_;
     bool awaitsPaint_ = false;

@@ -232,15 +232,15 @@ private Q_SLOTS:
         app_->start({});
         window(0).view().actions().changeFormat(PlistFormat::binary);
         window(0).session().keepNow();
-        QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("keepingNotice")) != nullptr);
-        const auto* notice = window(0).findChild<NoticeStrip*>(QStringLiteral("keepingNotice"));
+        QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("backupWarning")) != nullptr);
+        const auto* notice = window(0).findChild<NoticeStrip*>(QStringLiteral("backupWarning"));
         QVERIFY(notice->isVisible());
         QCOMPARE(
-            notice->text(),
+            notice->accessibleName(),
             QStringLiteral("Unsaved changes can't be backed up: Not a directory. Save often."));
         QVERIFY(QFile::remove(StateFolder::recoveryPath()));
         window(0).session().keepNow();
-        QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("keepingNotice")) == nullptr);
+        QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("backupWarning")) == nullptr);
     }
 
 private:
