@@ -77,10 +77,10 @@ qint64 countBefore(qint64 index, const PlistNode& parent, std::span<const PlistN
     });
 }
 
-// --- Changes that know their way back ---
+// --- Changes that undo themselves when they are made again ---
 
-/// Puts `value` in place with `set`, and holds from then on what `get` has found there: each call
-/// takes back the one before.
+/// Sets `value` and keeps what `get` has found before, so that each call takes back the previous
+/// one.
 template <typename Owner, typename Value, typename Get, typename Set>
 auto exchange(Owner owner, Value value, Get get, Set set) {
     return [owner, get, set, value = std::move(value)]() mutable {
@@ -146,7 +146,7 @@ std::vector<Places> placesOf(std::span<const PlistNodePtr> nodes) {
     return places;
 }
 
-void putIn(const Places& place) {
+void insert(const Places& place) {
     const auto first = static_cast<qint64>(place.positions.front());
     if (place.positions.back() - place.positions.front() + 1 == place.positions.size()) {
         place.parent->insertChildren(place.nodes, first);
@@ -167,19 +167,19 @@ void putIn(const Places& place) {
     place.parent->setChildren(merged);
 }
 
-enum class Direction : std::uint8_t { in, out };
+enum class Step : std::uint8_t { insert, remove };
 
-/// Inserts the nodes at their places and removes them, alternately.
-auto comeAndGo(std::vector<Places> places, Direction first) {
-    return [places = std::move(places), direction = first]() mutable {
+/// Inserts the nodes at their places and removes them, alternately, beginning with `first`.
+auto alternate(std::vector<Places> places, Step first) {
+    return [places = std::move(places), step = first]() mutable {
         for (const Places& place : places) {
-            if (direction == Direction::in) {
-                putIn(place);
+            if (step == Step::insert) {
+                insert(place);
             } else {
                 place.parent->removeChildren(place.positions);
             }
         }
-        direction = direction == Direction::in ? Direction::out : Direction::in;
+        step = step == Step::insert ? Step::remove : Step::insert;
     };
 }
 
@@ -201,7 +201,7 @@ PlistEditor::PlistEditor(PlistDocument& document, UndoManager* undoManager)
 
 // --- Undo ---
 
-/// Makes a change that takes itself back when it is made again, and registers that.
+/// Makes a change that undoes itself when it is made again, and registers that as its undo.
 void PlistEditor::perform(const QString& actionName, Revision revision,
                           std::function<void()> change) const {
     const EditGroup group(*document_, undoManager_, actionName);
@@ -303,7 +303,7 @@ void PlistEditor::add(std::span<const PlistNodePtr> nodes, PlistNode& parent, qi
                  {nodes.begin(), nodes.end()}};
     std::iota(place.positions.begin(), place.positions.end(), static_cast<std::size_t>(first));
     perform(actionName(QT_TRANSLATE_NOOP("PlistEditor", "Add Item")), Revision::counts,
-            comeAndGo({std::move(place)}, Direction::in));
+            alternate({std::move(place)}, Step::insert));
 }
 
 void PlistEditor::remove(std::span<const PlistNodePtr> nodes) const {
@@ -311,7 +311,7 @@ void PlistEditor::remove(std::span<const PlistNodePtr> nodes) const {
     std::vector<Places> places = placesOf(nodes);
     if (!places.empty()) {
         perform(actionName(QT_TRANSLATE_NOOP("PlistEditor", "Delete")), Revision::counts,
-                comeAndGo(std::move(places), Direction::out));
+                alternate(std::move(places), Step::remove));
     }
 }
 
@@ -336,7 +336,7 @@ void PlistEditor::addCopies(std::span<const Copy> copies) const {
     }
     const QString name = actionName(QT_TRANSLATE_NOOP("PlistEditor", "Add Item"));
     const EditGroup group(*document_, undoManager_, name);
-    perform(name, Revision::counts, comeAndGo(std::move(places), Direction::in));
+    perform(name, Revision::counts, alternate(std::move(places), Step::insert));
     // Each copy counts, and putting them there has counted one.
     for (std::size_t i = 1; i < copyOf.size(); ++i) {
         document_->increaseRevision();

@@ -109,8 +109,8 @@ private:
 };
 
 /// While one of these lives, the changes of a document belong together: they are one undo entry,
-/// and `PlistDocument::treeChanged` comes once, at the end. Groups may stand inside each other and
-/// melt into the outermost.
+/// and `PlistDocument::treeChanged` comes once, at the end. Groups may be nested and merge into the
+/// outermost.
 class EditGroup {
 public:
     /// An empty name leaves that of a group inside, or of the entry that is being taken back.

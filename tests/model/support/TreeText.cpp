@@ -35,7 +35,7 @@ public:
 
     PlistValue whole() {
         PlistValue result = value();
-        skipBlanks();
+        skipWhitespace();
         require(place_ == text_.size(), "the end");
         return result;
     }
@@ -105,14 +105,14 @@ private:
 
     // --- Characters ---
 
-    void skipBlanks() {
+    void skipWhitespace() {
         while (place_ < text_.size() && (text_[place_] == ' ' || text_[place_] == '\n')) {
             ++place_;
         }
     }
 
     bool isAt(char character) {
-        skipBlanks();
+        skipWhitespace();
         return place_ < text_.size() && text_[place_] == character;
     }
 
@@ -129,7 +129,7 @@ private:
         return std::string(text_.substr(start, place_++ - start));
     }
 
-    /// What comes before any of `ends`, or before the end, without the blanks at its end.
+    /// What comes before any of `ends`, or before the end, without the whitespace at its end.
     std::string word(std::string_view ends) {
         const std::size_t start = place_;
         place_ = std::min(text_.find_first_of(ends, start), text_.size());

@@ -10,8 +10,8 @@ class OutlineRow;
 class PlistNode;
 
 /// The value that `TreeText::whole` writes in this way: `{name: 0, items: ["x", true, data 0aff]}`.
-/// A number with a point is real, one without is an integer. Keys stand in quotes where they are
-/// empty, and blanks between the parts do not count. Stops the test at anything else.
+/// A number with a point is real, one without is an integer. Keys that are empty are
+/// quoted, and whitespace between the parts is ignored. Anything else stops the test.
 PlistValue tree(std::string_view text);
 
 /// Trees and rows as text, one line per node, so that a failing comparison shows the whole picture.

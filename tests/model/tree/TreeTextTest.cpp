@@ -36,7 +36,7 @@ private Q_SLOTS:
         QCOMPARE(tree(text.toStdString()).type(), type);
     }
 
-    void readsKeysInQuotesAndBlanksBetween() {
+    void readsQuotedKeysAndIgnoresWhitespace() {
         const PlistValue value = tree("{ \"\": 1,\n  \"a: b\": [ 2 ] }");
         QVERIFY(value.keys()[0].isEmpty());
         QVERIFY(value.keys()[1] == PlistString("a: b"));
