@@ -19,7 +19,6 @@ namespace UnicodeText {
 namespace {
 
 constexpr std::uint64_t highBits = 0x8080808080808080;
-constexpr char32_t replacementCharacter = 0xFFFD;
 constexpr std::size_t longestSequence = 4;
 
 std::uint64_t load64(const char* bytes) noexcept {
@@ -173,23 +172,6 @@ std::string encoded(const CodePoints& points) {
         appendUtf8(text, static_cast<char32_t>(point));
     }
     return text;
-}
-
-bool isHighSurrogate(char32_t unit) noexcept {
-    return (unit & 0xFC00) == 0xD800;
-}
-
-bool isLowSurrogate(char32_t unit) noexcept {
-    return (unit & 0xFC00) == 0xDC00;
-}
-
-/// The UTF-16 code unit at `position`; 0, which is no surrogate, past the end.
-char32_t bigEndianUnit(std::string_view bytes, std::size_t position) noexcept {
-    if (position + 2 > bytes.size()) {
-        return 0;
-    }
-    return static_cast<char32_t>(byteAt(bytes.data() + position) << 8 |
-                                 byteAt(bytes.data() + position + 1));
 }
 
 /// The code point of a sequence of valid UTF-8.
@@ -370,24 +352,6 @@ void appendUtf8(std::string& text, char32_t codePoint) {
         appendContinuation(6);
         appendContinuation(0);
     }
-}
-
-std::string fromUtf16BigEndian(std::string_view bytes) {
-    std::string text;
-    text.reserve(bytes.size());
-    for (std::size_t position = 0; position + 2 <= bytes.size(); position += 2) {
-        const char32_t unit = bigEndianUnit(bytes, position);
-        const char32_t next = bigEndianUnit(bytes, position + 2);
-        if (isHighSurrogate(unit) && isLowSurrogate(next)) {
-            appendUtf8(text, 0x10000 + ((unit & 0x3FF) << 10 | (next & 0x3FF)));
-            position += 2;
-        } else if (isHighSurrogate(unit) || isLowSurrogate(unit)) {
-            appendUtf8(text, replacementCharacter);
-        } else {
-            appendUtf8(text, unit);
-        }
-    }
-    return text;
 }
 
 std::string_view trimmed(std::string_view text) noexcept {

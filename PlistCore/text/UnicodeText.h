@@ -52,10 +52,6 @@ bool isLineBreak(char32_t codePoint) noexcept;
 /// Appends one code point, which must be a Unicode scalar value.
 void appendUtf8(std::string& text, char32_t codePoint);
 
-/// UTF-16 code units in big-endian order (`bytes` has an even length) as UTF-8; unpaired surrogates
-/// become U+FFFD.
-std::string fromUtf16BigEndian(std::string_view bytes);
-
 /// `text` without leading and trailing white space: every Unicode space separator and the tab.
 std::string_view trimmed(std::string_view text) noexcept;
 

@@ -291,36 +291,6 @@ TEST(UnicodeText, appendsUtf8) {
     }
 }
 
-TEST(UnicodeText, readsUtf16) {
-    const std::vector<std::pair<std::string_view, std::string_view>> cases = {
-        {""sv, ""sv},
-        {"\0A\0\0\0B"sv, "A\0B"sv},
-        {"\x00\xE9"sv, "\xC3\xA9"sv},
-        {"\xFE\xFF\0A"sv,
-         "\xEF\xBB\xBF"
-         "A"sv},                                       // U+FEFF is a character
-        {"\xFF\xFF"sv, "\xEF\xBF\xBF"sv},              //
-        {"\xD8\x3D\xDE\x00"sv, "\xF0\x9F\x98\x80"sv},  // a pair
-        {"\xD8\x00\xDC\x00"sv, "\xF0\x90\x80\x80"sv},  // the first pair
-        {"\xDB\xFF\xDF\xFF"sv, "\xF4\x8F\xBF\xBF"sv},  // the last pair
-        {"\xD8\x3D"sv, "\xEF\xBF\xBD"sv},              // high at the end
-        {"\xD8\x3D\0A"sv,
-         "\xEF\xBF\xBD"
-         "A"sv},  // high before another
-        {"\xDE\x00\0A"sv,
-         "\xEF\xBF\xBD"
-         "A"sv},                                                           // low alone
-        {"\xDE\x00\xD8\x3D"sv, "\xEF\xBF\xBD\xEF\xBF\xBD"sv},              // low, high
-        {"\xD8\x3D\xD8\x3D\xDE\x00"sv, "\xEF\xBF\xBD\xF0\x9F\x98\x80"sv},  // high, pair
-        {"\xD8\x3D\xDE\x00\xDE\x00"sv, "\xF0\x9F\x98\x80\xEF\xBF\xBD"sv},  // pair, low
-        {"\xD7\xFF\xE0\x00"sv, "\xED\x9F\xBF\xEE\x80\x80"sv},              // beside the surrogates
-    };
-    for (const auto& [bytes, expected] : cases) {
-        EXPECT_EQ(UnicodeText::fromUtf16BigEndian(bytes), expected);
-        EXPECT_TRUE(UnicodeText::isValidUtf8(UnicodeText::fromUtf16BigEndian(bytes)));
-    }
-}
-
 TEST(UnicodeText, classifiesWhitespaceAndLineBreaks) {
     std::u32string whitespace;
     std::u32string lineBreaks;
