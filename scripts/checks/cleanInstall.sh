@@ -31,12 +31,13 @@ inside() {
 # All files with their content and permissions, but what apt and dpkg remember of their own work.
 state() {
     (cd "$root" && find . -xdev \( -path ./proc -o -path ./sys -o -path ./dev -o -path ./tmp \
-        -o -path ./packages -o -path ./run -o -path ./var/lib/dpkg -o -path ./var/lib/apt \
+        -o -path ./packages -o -path ./home -o -path ./run -o -path ./var/lib/dpkg -o -path ./var/lib/apt \
         -o -path ./var/log -o -path ./var/cache \) -prune -o \
         \( -type f -printf '%m %u %g %p ' -exec sha256sum {} \; \) \
         -o -printf '%m %u %g %p %l\n' | LC_ALL=C sort)
 }
 
+inside useradd --create-home somebody
 # The triggers have worked on what is there.
 inside dpkg --triggers-only --pending
 state >"$root.before"
@@ -56,7 +57,6 @@ inside man --whatis tabulet 2>/dev/null | grep -q 'property lists' ||
 
 # --- It opens a file ---
 
-inside useradd --create-home somebody
 cat >"$root/tmp/open" <<'TEXT'
 openbox --sm-disable &
 gio open /tmp/sample.plist
@@ -88,13 +88,13 @@ inside su somebody -c 'cd && xvfb-run -a dbus-run-session -- bash /tmp/open'
 
 # --- And goes ---
 
-inside userdel --remove somebody
 inside apt-get -q -y purge tabulet libplistcore0 libplistcore-dev
 rm -rf "$root"/tmp/*
 state | diff "$root.before" -
 
 # --- The packages' own tests ---
 
+inside apt-get -q update
 inside sh -c 'apt-get -q -y install --no-install-recommends /packages/*.deb \
     cmake g++ ninja-build pkg-config'
 mkdir "$root/tmp/source"
