@@ -17,6 +17,7 @@
 #include "PlistCore/PlistInteger.h"
 #include "PlistCore/PlistMatches.h"
 #include "PlistCore/PlistSearch.h"
+#include "PlistCore/PlistStep.h"
 #include "PlistCore/PlistString.h"
 #include "PlistCore/PlistText.h"
 #include "PlistCore/PlistType.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -24,6 +25,18 @@ inline constexpr PlistInteger leastPlistInteger = std::numeric_limits<std::int64
 
 /// 18446744073709551615, the greatest unsigned 64-bit number.
 inline constexpr PlistInteger greatestPlistInteger = std::numeric_limits<std::uint64_t>::max();
+
+/// Types of whole numbers: neither truth values nor characters, which turn into numbers unasked.
+template <typename Type>
+concept PlistWholeNumber = (std::integral<Type> ||
+                            std::same_as<Type, PlistInteger>)&&!std::same_as<Type, bool> &&
+                           !std::same_as<Type, char> && !std::same_as<Type, wchar_t> &&
+                           !std::same_as<Type, char8_t> && !std::same_as<Type, char16_t> &&
+                           !std::same_as<Type, char32_t>;
+
+/// Types of numbers, whole or not.
+template <typename Type>
+concept PlistNumber = PlistWholeNumber<Type> || std::floating_point<Type>;
 
 /// Whether `number` lies in the valid range, both ends included.
 constexpr bool isValidPlistInteger(PlistInteger number) {

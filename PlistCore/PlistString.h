@@ -48,7 +48,8 @@ public:
 
     /// The UTF-8 bytes. Short texts lie inside this very object: the view is valid while this
     /// object lives, stays where it is and is not assigned to.
-    std::string_view view() const noexcept { return cell_.bytes(); }
+    std::string_view view() const& noexcept { return cell_.bytes(); }
+    std::string_view view() const&& = delete;
 
     std::size_t size() const noexcept { return view().size(); }
     bool isEmpty() const noexcept { return view().empty(); }

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <bit>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "PlistCore/PlistInteger.h"
+#include "PlistCore/PlistStep.h"
 #include "PlistCore/PlistString.h"
 #include "PlistCore/PlistType.h"
 #include "PlistCore/value/PlistCell.h"
@@ -19,6 +21,7 @@
 namespace plist {
 
 struct PlistEntry;
+class PlistEntries;
 
 /// A property-list value: one of nine alternatives, see `PlistType`.
 ///
@@ -27,11 +30,31 @@ struct PlistEntry;
 /// the depth of a value: a chain of a million arrays is built, compared and freed on a small stack.
 ///
 /// Reading an alternative that the value does not hold is a programming error and stops the
-/// process; ask `type()` first.
+/// process; ask `type()` first, or use the accessors that return an optional (`asInteger`).
+///
+/// Views into a value (`text`, `children`, `find` ...) are not to be had of a temporary: they would
+/// dangle at once.
 class PlistValue {
 public:
     /// An empty dictionary.
     PlistValue() noexcept = default;
+
+    /// Values straight from literals, so that a document can be written down:
+    ///
+    ///     PlistValue::dictionary({{"Name", "North Mole"}, {"Height", 27}, {"Lit", true}})
+    ///
+    /// Only exact types: characters become no numbers, and pointers no truth values.
+    PlistValue(const char* text) : PlistValue(string(text)) {}
+    PlistValue(std::string_view text) : PlistValue(string(text)) {}
+    PlistValue(const std::string& text) : PlistValue(string(text)) {}
+    PlistValue(const PlistString& text) noexcept : PlistValue(string(text)) {}
+    template <std::same_as<bool> Truth>
+    PlistValue(Truth truth) noexcept : PlistValue(boolean(truth)) {}
+    template <PlistWholeNumber Number>
+    PlistValue(Number number) : PlistValue(integer(number)) {}
+    template <std::floating_point Number>
+    PlistValue(Number number) noexcept : PlistValue(real(number)) {}
+    PlistValue(std::nullptr_t) = delete;
 
     static PlistValue dictionary() noexcept { return {}; }
 
@@ -58,6 +81,19 @@ public:
     static PlistValue data(std::span<const std::uint8_t> bytes);
     static PlistValue uid(std::uint64_t number) noexcept;
 
+    /// What would be converted unasked does not compile: `integer(3.7)`, `boolean("no")`,
+    /// `real('x')`.
+    template <typename Other>
+    requires(!PlistWholeNumber<Other>) static PlistValue integer(Other) = delete;
+    template <typename Other>
+    requires(!PlistNumber<Other>) static PlistValue real(Other) = delete;
+    template <typename Other>
+    requires(!std::same_as<Other, bool>) static PlistValue boolean(Other) = delete;
+    template <typename Other>
+    requires(!PlistNumber<Other>) static PlistValue date(Other) = delete;
+    template <typename Other>
+    requires(!PlistWholeNumber<Other>) static PlistValue uid(Other) = delete;
+
     /// What a new item of the type starts with: empty, 0, false or the reference instant.
     static PlistValue defaultValue(PlistType type) noexcept;
 
@@ -83,25 +119,75 @@ public:
 
     /// The items of an array, or the values of a dictionary in the order of its entries; empty for
     /// a scalar. Valid while this value or a copy of it lives.
-    std::span<const PlistValue> children() const noexcept {
+    std::span<const PlistValue> children() const& noexcept {
         return isContainer() ? cell_.values() : std::span<const PlistValue>();
     }
+    std::span<const PlistValue> children() const&& = delete;
 
     /// The keys of a dictionary, in the order of its entries; empty for anything else. Valid while
     /// this value or a copy of it lives.
-    std::span<const PlistString> keys() const noexcept {
+    std::span<const PlistString> keys() const& noexcept {
         return type() == PlistType::dictionary ? cell_.keys() : std::span<const PlistString>();
     }
+    std::span<const PlistString> keys() const&& = delete;
 
-    /// The alternatives. `text` and `bytes` of up to 14 bytes lie inside this very object: they are
-    /// valid while it lives, stays where it is and is not assigned to.
+    /// Keys and values of a dictionary together, for range-for; empty for anything else. Valid as
+    /// long as `keys`.
+    PlistEntries entries() const& noexcept;
+    PlistEntries entries() const&& = delete;
+
+    /// The child that `step` leads to; null if there is none, also if this is no container. A key
+    /// costs a look at each entry up to the one found, a position costs nothing. Valid while this
+    /// value or a copy of it lives.
+    const PlistValue* find(const PlistStep& step) const& noexcept;
+    const PlistValue* find(const PlistStep& step) const&& = delete;
+
+    /// The descendant that the steps lead to, one after the other: `find({"items", 3, "name"})`.
+    const PlistValue* find(std::initializer_list<PlistStep> path) const& noexcept;
+    const PlistValue* find(std::initializer_list<PlistStep> path) const&& = delete;
+
+    /// The child that `step` leads to; that there is one is a rule for the caller, who is stopped
+    /// otherwise. Costs what `find` costs.
+    const PlistValue& operator[](const PlistStep& step) const&;
+    const PlistValue& operator[](const PlistStep& step) const&& = delete;
+
+    /// A copy in which `child` stands where `step` leads: in the place of what is there, or, with a
+    /// new key, behind the last entry of a dictionary. A position must exist. Costs in proportion
+    /// to the number of children; what they hold is shared.
+    PlistValue with(const PlistStep& step, PlistValue child) const;
+
+    /// A copy of an array with one item more at its end. Costs as `with`.
+    PlistValue withAppended(PlistValue item) const;
+
+    /// A copy of a container without what stands where `step` leads; a key takes every entry that
+    /// bears it. If there is nothing, it is equal to this value. Costs as `with`.
+    PlistValue without(const PlistStep& step) const;
+
+    /// The alternatives, or nothing if the value holds another one. Cost nothing.
+    std::optional<PlistString> asString() const;
+    std::optional<PlistInteger> asInteger() const noexcept;
+    std::optional<double> asReal() const noexcept;
+    std::optional<bool> asBoolean() const noexcept;
+    std::optional<double> asDate() const noexcept;
+    std::optional<std::uint64_t> asUid() const noexcept;
+    std::optional<std::span<const std::uint8_t>> asData() const& noexcept;
+    std::optional<std::span<const std::uint8_t>> asData() const&& = delete;
+
+    /// An integer that fits into 64 bits with a sign; nothing for larger ones and other types.
+    std::optional<std::int64_t> asInt64() const noexcept;
+
+    /// The alternatives; that the value holds this one is a rule for the caller. `text` and
+    /// `dataValue` of up to 14 bytes lie inside this very object: they are valid while it lives,
+    /// stays where it is and is not assigned to.
     PlistString stringValue() const;
-    std::string_view text() const;
+    std::string_view text() const&;
+    std::string_view text() const&& = delete;
     PlistInteger integerValue() const;
     double realValue() const;
     bool booleanValue() const;
     double dateValue() const;
-    std::span<const std::uint8_t> dataValue() const;
+    std::span<const std::uint8_t> dataValue() const&;
+    std::span<const std::uint8_t> dataValue() const&& = delete;
     std::uint64_t uidValue() const;
 
     /// The descendant at `path`, a list of positions from here down; nothing if a position is out

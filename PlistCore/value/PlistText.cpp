@@ -137,9 +137,17 @@ std::optional<std::uint64_t> parseUid(std::string_view text) noexcept {
     return parseDigits(text, 10);
 }
 
+PlistValue stringOf(PlistString text) {
+    return PlistValue::string(text);
+}
+
+PlistValue dataOf(std::vector<std::uint8_t> bytes) {
+    return PlistValue::data(bytes);
+}
+
 /// `make` of what a rule found, if it found anything.
-template <typename Result, typename Make>
-std::optional<PlistValue> made(const std::optional<Result>& result, Make make) {
+template <typename Result>
+std::optional<PlistValue> made(const std::optional<Result>& result, PlistValue (*make)(Result)) {
     return result ? std::optional(make(*result)) : std::nullopt;
 }
 
@@ -300,7 +308,7 @@ std::optional<std::vector<std::uint8_t>> parseBase64(std::string_view text) {
 std::optional<PlistValue> value(std::string_view text, PlistType type) {
     switch (type) {
         case PlistType::string:
-            return made(PlistString::fromUtf8(text), PlistValue::string);
+            return made(PlistString::fromUtf8(text), stringOf);
         case PlistType::integer:
             return made(parseInteger(text), PlistValue::integer);
         case PlistType::real:
@@ -310,7 +318,7 @@ std::optional<PlistValue> value(std::string_view text, PlistType type) {
         case PlistType::date:
             return made(PlistDate::parseDate(detail::UnicodeText::trimmed(text)), PlistValue::date);
         case PlistType::data:
-            return made(parseBase64(text), PlistValue::data);
+            return made(parseBase64(text), dataOf);
         case PlistType::uid:
             return made(parseUid(text), PlistValue::uid);
         default:

@@ -182,7 +182,7 @@ PlistString PlistValue::stringValue() const {
     return PlistString::adopting(cell_);
 }
 
-std::string_view PlistValue::text() const {
+std::string_view PlistValue::text() const& {
     plistCheck(type() == PlistType::string, "not a string");
     return cell_.bytes();
 }
@@ -210,7 +210,7 @@ double PlistValue::dateValue() const {
     return std::bit_cast<double>(cell_.word());
 }
 
-std::span<const std::uint8_t> PlistValue::dataValue() const {
+std::span<const std::uint8_t> PlistValue::dataValue() const& {
     plistCheck(type() == PlistType::data, "not data");
     const std::string_view bytes = cell_.bytes();
     return {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()};

@@ -11,7 +11,8 @@ DataPopover* DataValueEditor::open(const DocumentActions& actions, const Outline
     const auto apply = [actions, node](DataPopover::Bytes bytes) {
         actions.changeValue(*node, PlistValue::data(bytes));
     };
-    auto* popover = new DataPopover(node->scalar().dataValue(), RowText::key(row), apply, &window);
+    const PlistValue data = node->scalar();
+    auto* popover = new DataPopover(data.dataValue(), RowText::key(row), apply, &window);
     popover->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(&actions.document(), &PlistDocument::nodeChanged, popover,
                      [popover, node](const PlistNode* changed) {
@@ -19,7 +20,8 @@ DataPopover* DataValueEditor::open(const DocumentActions& actions, const Outline
                              return;
                          }
                          if (node->type() == PlistType::data) {
-                             popover->setBytes(node->scalar().dataValue());
+                             const PlistValue changedData = node->scalar();
+                             popover->setBytes(changedData.dataValue());
                          } else {
                              popover->close();
                          }

@@ -250,7 +250,8 @@ TEST(PlistCodecTest, keepsSpellingsWhereAsked) {
         PlistValue::array({PlistValue::string("\xC3\xA9"), PlistValue::string("e\xCC\x81")});
     const auto secondText = [&value](const PlistCodec::WriteOptions& options) {
         const PlistBytes bytes = PlistCodec::write(value, PlistFormat::binary, options);
-        return std::string(PlistCodec::read(bytes.span()).root.children()[1].text());
+        const PlistFile file = PlistCodec::read(bytes.span());
+        return std::string(file.root[1].text());
     };
     EXPECT_EQ(secondText({}), "\xC3\xA9");
     EXPECT_EQ(secondText({.keepsSpellings = true}), "e\xCC\x81");

@@ -67,8 +67,12 @@ PlistValue everything() {
          {"data", PlistValue::dictionary({{"again", PlistValue::string(longText)}})}});
 }
 
+PlistValue firstOf(const PlistValue& container) {
+    return container.children().front();
+}
+
 TEST(PlistCopy, makesSmallPartsAnew) {
-    const PlistValue part = readWithMuchMore(everything()).children().front();
+    const PlistValue part = firstOf(readWithMuchMore(everything()));
     ASSERT_TRUE(keepsDocument(part));
     const PlistValue copy = PlistCopy::detached(part);
     EXPECT_FALSE(keepsDocument(copy));
@@ -79,7 +83,7 @@ TEST(PlistCopy, makesSmallPartsAnew) {
 TEST(PlistCopy, makesScalarsAnew) {
     for (const PlistValue& scalar : {PlistValue::string(longText), PlistValue::integer(1),
                                      PlistValue::data(std::vector<std::uint8_t>(15, 1))}) {
-        const PlistValue part = readWithMuchMore(scalar).children().front();
+        const PlistValue part = firstOf(readWithMuchMore(scalar));
         const PlistValue copy = PlistCopy::detached(part);
         EXPECT_FALSE(keepsDocument(copy));
         EXPECT_TRUE(copy == scalar);
@@ -102,8 +106,8 @@ TEST(PlistCopy, leavesValuesWithoutADocumentAlone) {
 
 TEST(PlistCopy, findsPartsOfDocumentsWithinNewValues) {
     const PlistValue part =
-        readWithMuchMore(PlistValue::array({PlistValue::string(longText)})).children().front();
-    const PlistValue other = readWithMuchMore(PlistValue::string(longText)).children().front();
+        firstOf(readWithMuchMore(PlistValue::array({PlistValue::string(longText)})));
+    const PlistValue other = firstOf(readWithMuchMore(PlistValue::string(longText)));
     const PlistValue mixed = PlistValue::dictionary({{"one", part}, {"two", other}, {"one", part}});
     const PlistValue copy = PlistCopy::detached(mixed);
     EXPECT_FALSE(keepsDocument(copy));
@@ -144,7 +148,7 @@ TEST(PlistCopy, keepsListsOfKeysShared) {
                                             {"b", PlistValue::integer(2)}};
     const PlistValue records =
         PlistValue::array({PlistValue::dictionary(record), PlistValue::dictionary(record)});
-    const PlistValue part = readWithMuchMore(records).children().front();
+    const PlistValue part = firstOf(readWithMuchMore(records));
     ASSERT_EQ(part.children()[0].keys().data(), part.children()[1].keys().data());
     const PlistValue copy = PlistCopy::detached(part);
     EXPECT_EQ(copy.children()[0].keys().data(), copy.children()[1].keys().data());
@@ -152,7 +156,7 @@ TEST(PlistCopy, keepsListsOfKeysShared) {
 }
 
 TEST(PlistCopy, copiesDeepValues) {
-    const PlistValue text = readWithMuchMore(PlistValue::string(longText)).children().front();
+    const PlistValue text = firstOf(readWithMuchMore(PlistValue::string(longText)));
     PlistValue chain = text;
     for (int i = 0; i < 100'000; ++i) {
         chain = PlistValue::array({chain});
@@ -169,7 +173,7 @@ TEST(PlistCopy, detachesTexts) {
     const PlistString copy = PlistCopy::detached(text);
     EXPECT_FALSE(copy.cell().has(detail::PlistCell::inArena));
     EXPECT_EQ(copy.view(), longText);
-    EXPECT_EQ(PlistCopy::detached(PlistString("short")).view(), "short");
+    EXPECT_EQ(PlistCopy::detached(PlistString("short")), PlistString("short"));
 }
 
 }  // namespace

@@ -79,14 +79,16 @@ TEST(PlistStringTest, knowsWhetherItIsAscii) {
         EXPECT_TRUE(PlistString(plain).isAscii()) << size;
         EXPECT_FALSE(PlistString(plain + "\u00E9").isAscii()) << size;
         EXPECT_FALSE(PlistString("\u00E9" + plain).isAscii()) << size;
-        EXPECT_EQ(PlistString(plain + "\u00E9").view(), plain + "\u00E9") << size;
+        const PlistString mixed(plain + "\u00E9");
+        EXPECT_EQ(mixed.view(), plain + "\u00E9") << size;
     }
 }
 
 TEST(PlistStringTest, holdsNul) {
     const std::string withNul("a\0b", 3);
-    EXPECT_EQ(PlistString(withNul).size(), 3U);
-    EXPECT_EQ(PlistString(withNul).view(), withNul);
+    const PlistString text(withNul);
+    EXPECT_EQ(text.size(), 3U);
+    EXPECT_EQ(text.view(), withNul);
     EXPECT_NE(PlistString(withNul), PlistString("a"));
     EXPECT_NE(PlistString(std::string(1, '\0')), PlistString());
 }

@@ -98,12 +98,14 @@ TEST(PlistValueTest, knowsItsTypeAndItsChildren) {
         EXPECT_EQ(value.children().size(), expected) << displayName(type);
         EXPECT_EQ(value.keys().size(), type == PlistType::dictionary ? 1U : 0U);
     }
-    EXPECT_EQ(PlistValue().childCount(), 0U);
-    EXPECT_TRUE(PlistValue().children().empty());
-    EXPECT_TRUE(PlistValue().keys().empty());
-    EXPECT_EQ(PlistValue::array().childCount(), 0U);
-    EXPECT_TRUE(PlistValue::array().children().empty());
-    EXPECT_EQ(PlistValue::array().type(), PlistType::array);
+    const PlistValue dictionary;
+    EXPECT_EQ(dictionary.childCount(), 0U);
+    EXPECT_TRUE(dictionary.children().empty());
+    EXPECT_TRUE(dictionary.keys().empty());
+    const PlistValue array = PlistValue::array();
+    EXPECT_EQ(array.childCount(), 0U);
+    EXPECT_TRUE(array.children().empty());
+    EXPECT_EQ(array.type(), PlistType::array);
 }
 
 TEST(PlistValueTest, hasADefaultForEveryType) {
@@ -180,7 +182,7 @@ TEST(PlistValueTest, holdsTextInPlaceAndOutOfLine) {
         const PlistValue value = PlistValue::string(text);
         const PlistValue copy = value;
         EXPECT_EQ(copy.text(), text);
-        EXPECT_EQ(copy.stringValue().view(), text);
+        EXPECT_EQ(copy.stringValue(), PlistString(text));
         EXPECT_EQ(copy.text().data() != value.text().data(), size <= 14) << size;
     }
 }

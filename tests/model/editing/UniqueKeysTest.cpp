@@ -17,7 +17,8 @@ UniqueKeys among(const std::vector<std::string>& keys) {
 }
 
 std::string taken(UniqueKeys& keys, const char* wanted) {
-    return std::string(keys.take(wanted).view());
+    const PlistString key = keys.take(wanted);
+    return std::string(key.view());
 }
 
 }  // namespace

@@ -92,9 +92,10 @@ private Q_SLOTS:
         const QSignalSpy selection(&window.outline, &OutlineState::selectionChanged);
         const QSignalSpy editing(&window.outline, &OutlineState::editingChanged);
 
+        const PlistValue before = sample();
         const PlistNodePtr next = PlistNode::create(
             {},
-            PlistValue::dictionary({{"more", tree("{b: 2}")}, {"items", sample().children()[1]}}));
+            PlistValue::dictionary({{"more", tree("{b: 2}")}, {"items", before.children()[1]}}));
         window.outline.rebuild(*next);
         QCOMPARE(window.rows(), QStringLiteral(": dictionary [-]\n"
                                                "  0 more: dictionary [+]\n"

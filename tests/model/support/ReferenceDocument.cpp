@@ -89,7 +89,7 @@ std::optional<QString> ReferenceDocument::rename(Name item, const std::string& k
 void ReferenceDocument::changeValue(Name item, const PlistValue& value) {
     ReferenceItem& changed = *content_.root.find(item);
     if (changed.isContainer() || value.isContainer() ||
-        ReferenceText::areEqual(changed.scalar, value)) {
+        ReferenceText::areEqualScalars(changed.scalar, value)) {
         return;
     }
     beginGroup();

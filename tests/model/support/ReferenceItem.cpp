@@ -127,7 +127,7 @@ bool ReferenceText::areEqual(std::string_view left, std::string_view right) {
     return canonical(left) == canonical(right);
 }
 
-bool ReferenceText::areEqual(const PlistValue& left, const PlistValue& right) {
+bool ReferenceText::areEqualScalars(const PlistValue& left, const PlistValue& right) {
     if (left.type() != right.type()) {
         return false;
     }

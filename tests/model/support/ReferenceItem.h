@@ -57,7 +57,7 @@ std::string canonical(std::string_view text);
 bool areEqual(std::string_view left, std::string_view right);
 
 /// Whether two scalars count as the same value; NaN differs from itself.
-bool areEqual(const PlistValue& left, const PlistValue& right);
+bool areEqualScalars(const PlistValue& left, const PlistValue& right);
 
 /// Whether two scalars are the same to the byte.
 bool areIdentical(const PlistValue& left, const PlistValue& right);

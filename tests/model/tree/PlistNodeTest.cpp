@@ -199,7 +199,8 @@ private Q_SLOTS:
         tags.children();
         const PlistValue before = tags.value();
         child(root, 0).setValue(number(1));
-        QVERIFY(root->value().children()[1].isIdenticalTo(before));
+        const PlistValue after = root->value();
+        QVERIFY(after.children()[1].isIdenticalTo(before));
     }
 
     void sharesTheKeysOfADictionaryThatKeptThem() {
@@ -333,8 +334,8 @@ private Q_SLOTS:
                                                          "    p: 1\n"
                                                          "    q: 2\n"
                                                          "    b: 2"));
-        QCOMPARE(TreeText::whole(root->value().children()[2]),
-                 QStringLiteral("{a: 1, p: 1, q: 2, b: 2}"));
+        const PlistValue whole = root->value();
+        QCOMPARE(TreeText::whole(whole.children()[2]), QStringLiteral("{a: 1, p: 1, q: 2, b: 2}"));
     }
 
     void insertsNothingSilently() {
@@ -496,7 +497,8 @@ private Q_SLOTS:
         inner.setValue(number(1));
         children[0]->setKey("renamed meanwhile");
         inner.restore(old);
-        QCOMPARE(TreeText::whole(root->value().children()[2]),
+        const PlistValue whole = root->value();
+        QCOMPARE(TreeText::whole(whole.children()[2]),
                  QStringLiteral("{renamed meanwhile: 5, b: 2}"));
     }
 

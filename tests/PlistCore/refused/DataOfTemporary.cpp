@@ -1,0 +1,3 @@
+#include <PlistCore/PlistCore.h>
+
+const auto bytes = plist::PlistValue::data({}).dataValue();

@@ -1,0 +1,3 @@
+#include <PlistCore/PlistCore.h>
+
+const auto entries = plist::PlistValue::dictionary().entries();

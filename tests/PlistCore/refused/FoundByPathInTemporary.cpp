@@ -1,0 +1,3 @@
+#include <PlistCore/PlistCore.h>
+
+const plist::PlistValue* child = plist::PlistValue::array({1}).find({0, 1});

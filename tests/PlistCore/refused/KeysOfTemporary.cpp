@@ -1,0 +1,3 @@
+#include <PlistCore/PlistCore.h>
+
+const auto keys = plist::PlistValue::dictionary().keys();

@@ -1,0 +1,3 @@
+#include <PlistCore/PlistCore.h>
+
+const std::string_view text = plist::PlistValue("a").text();

@@ -1,0 +1,3 @@
+#include <PlistCore/PlistCore.h>
+
+const std::string_view view = plist::PlistString("a").view();
