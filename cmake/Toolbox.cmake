@@ -1,8 +1,14 @@
 # What every target of the tree shares: warnings, sanitizers, a compiler cache and the linker.
 
+# Presets, and checkouts, that compile the same source with the same options share the result: the
+# cache sees neither the folder of the build nor that of the sources. The sloppiness is what it
+# needs to be told before it keeps anything that uses a precompiled header.
 find_program(TABULET_CCACHE ccache)
 if(TABULET_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${TABULET_CCACHE})
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        env CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} CCACHE_NOHASHDIR=1
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+        ${TABULET_CCACHE})
 endif()
 
 # By the name that the compiler knows it by, so that what comes out does not depend on what else is
@@ -36,6 +42,26 @@ function(tabulet_warnings target)
         # What sanitizers add to the code makes gcc see uninitialized variants that are none; the
         # ordinary builds still warn of real ones.
         target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
+    endif()
+endfunction()
+
+# Reads the headers that most files of a target include once, and not again for each of them: that
+# more than halves the time of a file that includes Qt's. A file still includes all that it uses.
+function(tabulet_precompile target)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+    tabulet_preprocess_less(${target})
+endfunction()
+
+# Takes the precompiled headers of another target, which has to have the same compiler options.
+function(tabulet_precompile_as target other)
+    target_precompile_headers(${target} REUSE_FROM ${other})
+    tabulet_preprocess_less(${target})
+endfunction()
+
+# Lets the cache ask for the text of a file without that of the precompiled headers.
+function(tabulet_preprocess_less target)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_compile_options(${target} PRIVATE -fpch-preprocess)
     endif()
 endfunction()
 

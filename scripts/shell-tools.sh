@@ -62,10 +62,6 @@ installMissing() {
     installPackages "${missing[@]%%|*}"
 }
 
-# Presets that compile the same source with the same options share the result, although each has
-# a folder of its own.
-export CCACHE_NOHASHDIR=1
-
 # Configures and builds a preset; further arguments are targets. Quiet unless it fails.
 buildPreset() {
     local preset=$1 log=build/$1.log

@@ -13,6 +13,10 @@ shift
 tool=$(command -v clang-tidy-14 || command -v clang-tidy)
 clean=$PWD/build/tidy
 mkdir -p "$clean"
+# Without the precompiled headers of the build, which are another compiler's: every file has to
+# include all that it uses.
+sed -E 's/ -Winvalid-pch -include [^ ]+//; s/ -fpch-preprocess//' "$build/compile_commands.json" \
+    >"$clean/compile_commands.json"
 common=$(cat <("$tool" --version) .clang-tidy tests/.clang-tidy | sha256sum)
 
 # Prints "source header header …" for every source of ours that was built, as paths from here.
@@ -37,13 +41,13 @@ searchOne() {
     local source=$1 digest
     digest=$({
         echo "$common"
-        grep -F "/$source\"" "$build/compile_commands.json"
+        grep -F "/$source\"" "$clean/compile_commands.json"
         cat "$@"
     } | sha256sum | cut -d ' ' -f 1)
     if [[ ! -e $clean/$digest ]]; then
         echo "$source"
         # What it says on standard error is a count of warnings in other people's headers.
-        "$tool" --quiet -p "$build" "$source" 2>"$clean/$digest.errors" || {
+        "$tool" --quiet -p "$clean" "$source" 2>"$clean/$digest.errors" || {
             grep -v 'warnings\? generated\|warnings treated as errors' "$clean/$digest.errors" || true
             return 1
         }
@@ -52,7 +56,7 @@ searchOne() {
     fi
 }
 export -f searchOne
-export tool clean common build
+export tool clean common
 
 chosen=$(printf '%s\n' "$@")
 dependencies | while read -r source headers; do
