@@ -9,6 +9,7 @@
 #include "app/desktop/document/DocumentController.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/tree/PlistNode.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -222,5 +223,5 @@ private:
     std::optional<FileError> failure_;
 };
 
-QTEST_GUILESS_MAIN(DocumentControllerChangesTest)
+const RegisteredTest<DocumentControllerChangesTest> registered;
 #include "DocumentControllerChangesTest.moc"

@@ -16,6 +16,7 @@
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -364,5 +365,5 @@ private:
     QTemporaryDir folder_;
 };
 
-QTEST_GUILESS_MAIN(DocumentControllerTest)
+const RegisteredTest<DocumentControllerTest> registered;
 #include "DocumentControllerTest.moc"

@@ -15,6 +15,7 @@
 #include "app/desktop/recovery/RecoverableDocument.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/tree/PlistNode.h"
+#include "tests/support/TestProgram.h"
 
 using std::chrono::milliseconds;
 
@@ -298,5 +299,5 @@ private:
     std::unique_ptr<DocumentController> controller_;
 };
 
-QTEST_GUILESS_MAIN(DocumentRecoveryTest)
+const RegisteredTest<DocumentRecoveryTest> registered;
 #include "DocumentRecoveryTest.moc"

@@ -9,6 +9,7 @@
 #include "app/desktop/document/ExternalChanges.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/tree/PlistNode.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -301,5 +302,5 @@ private:
     std::unique_ptr<ExternalChanges> follower_;
 };
 
-QTEST_GUILESS_MAIN(ExternalChangesTest)
+const RegisteredTest<ExternalChangesTest> registered;
 #include "ExternalChangesTest.moc"

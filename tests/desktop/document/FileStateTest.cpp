@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "app/desktop/document/FileState.h"
+#include "tests/support/TestProgram.h"
 
 using Verdict = FileState::Verdict;
 
@@ -131,5 +132,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FileStateTest)
+const RegisteredTest<FileStateTest> registered;
 #include "FileStateTest.moc"

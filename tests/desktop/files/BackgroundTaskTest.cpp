@@ -5,6 +5,7 @@
 #include <chrono>
 
 #include "app/desktop/files/BackgroundTask.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -62,5 +63,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(BackgroundTaskTest)
+const RegisteredTest<BackgroundTaskTest> registered;
 #include "BackgroundTaskTest.moc"

@@ -8,6 +8,7 @@
 
 #include "app/desktop/files/ContentDigest.h"
 #include "app/desktop/files/FileDescriptor.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -92,5 +93,5 @@ private:
     QTemporaryDir folder_;
 };
 
-QTEST_GUILESS_MAIN(ContentDigestTest)
+const RegisteredTest<ContentDigestTest> registered;
 #include "ContentDigestTest.moc"

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "app/desktop/files/FileDescriptor.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -107,5 +108,5 @@ private:
     QTemporaryDir folder_;
 };
 
-QTEST_GUILESS_MAIN(FileDescriptorTest)
+const RegisteredTest<FileDescriptorTest> registered;
 #include "FileDescriptorTest.moc"

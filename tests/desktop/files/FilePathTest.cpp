@@ -10,6 +10,7 @@
 #include <QUrl>
 
 #include "app/desktop/files/FilePath.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -225,5 +226,5 @@ private:
     QTemporaryDir folder_;
 };
 
-QTEST_GUILESS_MAIN(FilePathTest)
+const RegisteredTest<FilePathTest> registered;
 #include "FilePathTest.moc"

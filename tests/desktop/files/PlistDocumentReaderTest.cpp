@@ -18,6 +18,7 @@
 #include "tests/model/support/IntervalCount.h"
 #include "tests/model/support/OrdinaryUser.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -188,5 +189,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(PlistDocumentReaderTest)
+const RegisteredTest<PlistDocumentReaderTest> registered;
 #include "PlistDocumentReaderTest.moc"

@@ -6,6 +6,7 @@
 #include "app/desktop/pasteboard/PasteboardData.h"
 #include "app/model/actions/PlistTransfer.h"
 #include "app/model/runtime/Plist.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -128,5 +129,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(PasteboardDataTest)
+const RegisteredTest<PasteboardDataTest> registered;
 #include "PasteboardDataTest.moc"

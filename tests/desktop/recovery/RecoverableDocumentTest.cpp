@@ -13,6 +13,7 @@
 #include "app/desktop/recovery/RecoverableDocument.h"
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/tree/PlistNode.h"
+#include "tests/support/TestProgram.h"
 
 class RecoverableDocumentTest : public QObject {
     Q_OBJECT
@@ -257,5 +258,5 @@ private:
     std::optional<QTemporaryDir> folder_;
 };
 
-QTEST_GUILESS_MAIN(RecoverableDocumentTest)
+const RegisteredTest<RecoverableDocumentTest> registered;
 #include "RecoverableDocumentTest.moc"

@@ -9,6 +9,7 @@
 #include <cerrno>
 
 #include "app/desktop/recovery/RecoveryFolder.h"
+#include "tests/support/TestProgram.h"
 
 class RecoveryFolderTest : public QObject {
     Q_OBJECT
@@ -126,5 +127,5 @@ private:
     std::optional<QTemporaryDir> place_;
 };
 
-QTEST_GUILESS_MAIN(RecoveryFolderTest)
+const RegisteredTest<RecoveryFolderTest> registered;
 #include "RecoveryFolderTest.moc"

@@ -16,6 +16,7 @@
 #include "app/model/editing/PlistEditor.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/RandomValues.h"
+#include "tests/support/TestProgram.h"
 
 using std::chrono::milliseconds;
 
@@ -151,7 +152,8 @@ private:
         const int lastEdit = 20 + static_cast<int>(random() % 300);
         QProcess program;
         program.start(QCoreApplication::applicationFilePath(),
-                      {QStringLiteral("edit"), place, QString::number(seed)});
+                      {QStringLiteral("RecoveryKillTest"), QStringLiteral("edit"), place,
+                       QString::number(seed)});
         int edited = 0;
         int kept = 0;
         while ((edited < lastEdit || kept == 0) && program.waitForReadyRead()) {
@@ -172,13 +174,17 @@ private:
     }
 };
 
-int main(int argc, char** argv) {
+namespace {
+
+int editOrTest(int argc, char** argv) {
     if (argc == 4 && QByteArray(argv[1]) == "edit") {
         return editUntilKilled(argc, argv);
     }
-    QCoreApplication application(argc, argv);
-    RecoveryKillTest test;
-    return QTest::qExec(&test, argc, argv);
+    return TestProgram::runWithoutWindows<RecoveryKillTest>(argc, argv);
 }
+
+const RegisteredTest<RecoveryKillTest, editOrTest> registered;
+
+}  // namespace
 
 #include "RecoveryKillTest.moc"

@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "app/desktop/recovery/RecoveryRecord.h"
+#include "tests/support/TestProgram.h"
 
 class RecoveryRecordTest : public QObject {
     Q_OBJECT
@@ -53,5 +54,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(RecoveryRecordTest)
+const RegisteredTest<RecoveryRecordTest> registered;
 #include "RecoveryRecordTest.moc"

@@ -5,6 +5,7 @@
 #include <QTest>
 
 #include "app/desktop/saving/ByteFile.h"
+#include "tests/support/TestProgram.h"
 
 class ByteFileTest : public QObject {
     Q_OBJECT
@@ -49,5 +50,5 @@ private:
     QTemporaryDir folder_;
 };
 
-QTEST_GUILESS_MAIN(ByteFileTest)
+const RegisteredTest<ByteFileTest> registered;
 #include "ByteFileTest.moc"

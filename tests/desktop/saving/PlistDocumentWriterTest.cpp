@@ -16,6 +16,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/IntervalCount.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -175,5 +176,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(PlistDocumentWriterTest)
+const RegisteredTest<PlistDocumentWriterTest> registered;
 #include "PlistDocumentWriterTest.moc"

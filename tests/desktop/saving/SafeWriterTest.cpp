@@ -16,6 +16,7 @@
 #include "app/desktop/files/FileError.h"
 #include "app/desktop/saving/SafeWriter.h"
 #include "tests/model/support/OrdinaryUser.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -457,5 +458,5 @@ private:
     std::unique_ptr<QTemporaryDir> folder_;
 };
 
-QTEST_GUILESS_MAIN(SafeWriterTest)
+const RegisteredTest<SafeWriterTest> registered;
 #include "SafeWriterTest.moc"

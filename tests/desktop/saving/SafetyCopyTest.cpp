@@ -10,6 +10,7 @@
 
 #include "app/desktop/files/ContentDigest.h"
 #include "app/desktop/saving/SafetyCopy.h"
+#include "tests/support/TestProgram.h"
 
 class SafetyCopyTest : public QObject {
     Q_OBJECT
@@ -157,5 +158,5 @@ private:
     std::optional<QTemporaryDir> folder_;
 };
 
-QTEST_GUILESS_MAIN(SafetyCopyTest)
+const RegisteredTest<SafetyCopyTest> registered;
 #include "SafetyCopyTest.moc"

@@ -5,6 +5,7 @@
 #include "app/desktop/session/ColorScheme.h"
 #include "tests/desktop/support/PrivateBus.h"
 #include "tests/desktop/support/SettingsPortal.h"
+#include "tests/support/TestProgram.h"
 
 using Preference = ColorScheme::Preference;
 
@@ -91,13 +92,6 @@ private:
     std::unique_ptr<PrivateBus> bus_;
 };
 
-int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    if (SettingsPortal::serveIfAsked()) {
-        return 0;
-    }
-    ColorSchemeTest test;
-    return QTest::qExec(&test, argc, argv);
-}
+const RegisteredTest<ColorSchemeTest> registered;
 
 #include "ColorSchemeTest.moc"

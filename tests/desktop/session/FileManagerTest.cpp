@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include "app/desktop/session/FileManager.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -82,5 +83,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FileManagerTest)
+const RegisteredTest<FileManagerTest> registered;
 #include "FileManagerTest.moc"

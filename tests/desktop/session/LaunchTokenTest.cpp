@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "app/desktop/session/LaunchToken.h"
+#include "tests/support/TestProgram.h"
 
 class LaunchTokenTest : public QObject {
     Q_OBJECT
@@ -29,5 +30,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(LaunchTokenTest)
+const RegisteredTest<LaunchTokenTest> registered;
 #include "LaunchTokenTest.moc"

@@ -7,6 +7,7 @@
 #include "app/desktop/files/FilePath.h"
 #include "app/desktop/saving/ByteFile.h"
 #include "app/desktop/session/RecentDocuments.h"
+#include "tests/support/TestProgram.h"
 
 class RecentDocumentsTest : public QObject {
     Q_OBJECT
@@ -88,5 +89,5 @@ private:
     QTemporaryDir folder_;
 };
 
-QTEST_GUILESS_MAIN(RecentDocumentsTest)
+const RegisteredTest<RecentDocumentsTest> registered;
 #include "RecentDocumentsTest.moc"

@@ -18,6 +18,7 @@
 #include "app/desktop/files/FilePath.h"
 #include "app/desktop/session/SingleInstance.h"
 #include "tests/desktop/support/PrivateBus.h"
+#include "tests/support/TestProgram.h"
 
 using Role = SingleInstance::Role;
 using namespace std::chrono_literals;
@@ -303,5 +304,5 @@ private:
     std::unique_ptr<PrivateBus> bus_;
 };
 
-QTEST_GUILESS_MAIN(SingleInstanceTest)
+const RegisteredTest<SingleInstanceTest> registered;
 #include "SingleInstanceTest.moc"

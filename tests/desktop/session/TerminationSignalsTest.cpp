@@ -5,6 +5,7 @@
 #include <csignal>
 
 #include "app/desktop/session/TerminationSignals.h"
+#include "tests/support/TestProgram.h"
 
 class TerminationSignalsTest : public QObject {
     Q_OBJECT
@@ -26,12 +27,16 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv) {
+namespace {
+
+int runBlocked(int argc, char** argv) {
     // Before the watchdog of the tests starts its thread.
     TerminationSignals::block();
-    QCoreApplication application(argc, argv);
-    TerminationSignalsTest test;
-    return QTest::qExec(&test, argc, argv);
+    return TestProgram::runWithoutWindows<TerminationSignalsTest>(argc, argv);
 }
+
+const RegisteredTest<TerminationSignalsTest, runBlocked> registered;
+
+}  // namespace
 
 #include "TerminationSignalsTest.moc"

@@ -13,10 +13,10 @@
 #include <iostream>
 
 #include "tests/desktop/support/PrivateBus.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
-const QString option = QStringLiteral("--settings-portal");
 const QString connectionName = QStringLiteral("settings portal");
 const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
@@ -62,7 +62,8 @@ private:
 
 SettingsPortal::SettingsPortal(const PrivateBus& bus, uint colorScheme) {
     process_.start(QCoreApplication::applicationFilePath(),
-                   {option, bus.address(), QString::number(colorScheme)});
+                   {QLatin1String(PortalObject::staticMetaObject.className()), bus.address(),
+                    QString::number(colorScheme)});
     process_.waitForReadyRead();
 }
 
@@ -76,14 +77,15 @@ void SettingsPortal::set(const QString& group, const QString& key, uint value) {
     process_.waitForBytesWritten();
 }
 
-bool SettingsPortal::serveIfAsked() {
+namespace {
+
+/// The other process, to its end.
+int serve(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 4 || arguments[1] != option) {
-        return false;
-    }
     qDBusRegisterMetaType<QDBusVariant>();
-    QDBusConnection bus = QDBusConnection::connectToBus(arguments[2], connectionName);
-    PortalObject portal(arguments[3].toUInt());
+    QDBusConnection bus = QDBusConnection::connectToBus(arguments[1], connectionName);
+    PortalObject portal(arguments[2].toUInt());
     bus.registerObject(path, &portal,
                        QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
     bus.registerService(service);
@@ -103,8 +105,11 @@ bool SettingsPortal::serveIfAsked() {
             portal.set(words[0], words[1], words[2].toUInt());
         }
     });
-    QCoreApplication::exec();
-    return true;
+    return QCoreApplication::exec();
 }
+
+const RegisteredTest<PortalObject, serve> registered;
+
+}  // namespace
 
 #include "SettingsPortal.moc"

@@ -7,8 +7,7 @@ class PrivateBus;
 
 /// A desktop's settings portal on a bus, in another process: the types that it registers for its
 /// messages are unknown in this one, as on a real desktop. Ends with this.
-///
-/// The other process is the test program once more, so its `main` must begin with `serveIfAsked`.
+/// The other process is the test program once more.
 class SettingsPortal {
 public:
     /// Returns when the portal can be asked.
@@ -19,10 +18,6 @@ public:
 
     /// Changes a setting and tells everybody.
     void set(const QString& group, const QString& key, uint value);
-
-    /// Where this process is to be the portal: is that, to its end, and returns true. Needs an
-    /// application.
-    static bool serveIfAsked();
 
 private:
     QProcess process_;

@@ -15,6 +15,7 @@
 
 #include "app/desktop/watching/FileChangeDetector.h"
 #include "tests/model/support/NoMoreDescriptors.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -348,5 +349,5 @@ private:
     QStringList log_;
 };
 
-QTEST_GUILESS_MAIN(FileChangeDetectorTest)
+const RegisteredTest<FileChangeDetectorTest> registered;
 #include "FileChangeDetectorTest.moc"

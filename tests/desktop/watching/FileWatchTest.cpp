@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "app/desktop/watching/FileWatch.h"
+#include "tests/support/TestProgram.h"
 
 /// What the detector makes of the events is tested with it.
 class FileWatchTest : public QObject {
@@ -122,5 +123,5 @@ private:
     int before_ = 0;
 };
 
-QTEST_GUILESS_MAIN(FileWatchTest)
+const RegisteredTest<FileWatchTest> registered;
 #include "FileWatchTest.moc"

@@ -8,6 +8,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -309,5 +310,5 @@ private:
     std::unique_ptr<ActionsDesk> desk_;
 };
 
-QTEST_GUILESS_MAIN(DocumentActionsEditingTest)
+const RegisteredTest<DocumentActionsEditingTest> registered;
 #include "DocumentActionsEditingTest.moc"

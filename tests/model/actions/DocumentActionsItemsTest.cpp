@@ -7,6 +7,7 @@
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/IntervalCount.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -376,5 +377,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DocumentActionsItemsTest)
+const RegisteredTest<DocumentActionsItemsTest> registered;
 #include "DocumentActionsItemsTest.moc"

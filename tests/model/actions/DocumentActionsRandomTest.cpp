@@ -11,6 +11,7 @@
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/RowMirror.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -133,5 +134,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DocumentActionsRandomTest)
+const RegisteredTest<DocumentActionsRandomTest> registered;
 #include "DocumentActionsRandomTest.moc"

@@ -10,6 +10,7 @@
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/IntervalCount.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -216,5 +217,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DocumentActionsTest)
+const RegisteredTest<DocumentActionsTest> registered;
 #include "DocumentActionsTest.moc"

@@ -10,6 +10,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -285,5 +286,5 @@ private:
     std::unique_ptr<ActionsDesk> desk_;
 };
 
-QTEST_GUILESS_MAIN(DocumentActionsTransferTest)
+const RegisteredTest<DocumentActionsTransferTest> registered;
 #include "DocumentActionsTransferTest.moc"

@@ -8,6 +8,7 @@
 #include "tests/model/support/BrokenRule.h"
 #include "tests/model/support/ComparedEditing.h"
 #include "tests/model/support/RandomOperations.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -88,5 +89,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(EditingModelRandomTest)
+const RegisteredTest<EditingModelRandomTest> registered;
 #include "EditingModelRandomTest.moc"

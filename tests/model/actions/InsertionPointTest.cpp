@@ -7,6 +7,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -116,5 +117,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(InsertionPointTest)
+const RegisteredTest<InsertionPointTest> registered;
 #include "InsertionPointTest.moc"

@@ -8,6 +8,7 @@
 #include "app/model/actions/PlistTransfer.h"
 #include "app/model/runtime/Plist.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -361,5 +362,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(PlistTransferTest)
+const RegisteredTest<PlistTransferTest> registered;
 #include "PlistTransferTest.moc"

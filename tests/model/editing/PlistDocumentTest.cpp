@@ -6,6 +6,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/BrokenRule.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -180,5 +181,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(PlistDocumentTest)
+const RegisteredTest<PlistDocumentTest> registered;
 #include "PlistDocumentTest.moc"

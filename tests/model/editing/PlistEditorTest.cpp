@@ -14,6 +14,7 @@
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -565,5 +566,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(PlistEditorTest)
+const RegisteredTest<PlistEditorTest> registered;
 #include "PlistEditorTest.moc"

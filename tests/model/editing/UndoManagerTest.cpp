@@ -6,6 +6,7 @@
 #include "app/model/editing/PlistDocument.h"
 #include "app/model/editing/UndoManager.h"
 #include "tests/model/support/BrokenRule.h"
+#include "tests/support/TestProgram.h"
 
 /// A text stands for the document: each change of it registers its inverse.
 class UndoManagerTest : public QObject {
@@ -231,5 +232,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(UndoManagerTest)
+const RegisteredTest<UndoManagerTest> registered;
 #include "UndoManagerTest.moc"

@@ -5,6 +5,7 @@
 
 #include "app/model/editing/UniqueKeys.h"
 #include "app/model/tree/PlistNode.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -70,5 +71,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(UniqueKeysTest)
+const RegisteredTest<UniqueKeysTest> registered;
 #include "UniqueKeysTest.moc"

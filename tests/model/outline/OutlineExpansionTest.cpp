@@ -3,6 +3,7 @@
 #include "app/model/outline/OutlineExpansion.h"
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -78,5 +79,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(OutlineExpansionTest)
+const RegisteredTest<OutlineExpansionTest> registered;
 #include "OutlineExpansionTest.moc"

@@ -13,6 +13,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/RowMirror.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -379,5 +380,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(OutlineRandomTest)
+const RegisteredTest<OutlineRandomTest> registered;
 #include "OutlineRandomTest.moc"

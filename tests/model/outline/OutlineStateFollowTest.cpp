@@ -14,6 +14,7 @@
 #include "tests/model/support/ActionsDesk.h"
 #include "tests/model/support/RowMirror.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -275,5 +276,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(OutlineStateFollowTest)
+const RegisteredTest<OutlineStateFollowTest> registered;
 #include "OutlineStateFollowTest.moc"

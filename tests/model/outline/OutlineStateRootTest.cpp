@@ -9,6 +9,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/OutlineWindow.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -228,5 +229,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(OutlineStateRootTest)
+const RegisteredTest<OutlineStateRootTest> registered;
 #include "OutlineStateRootTest.moc"

@@ -9,6 +9,7 @@
 #include "tests/model/support/BrokenRule.h"
 #include "tests/model/support/OutlineWindow.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -431,5 +432,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(OutlineStateTest)
+const RegisteredTest<OutlineStateTest> registered;
 #include "OutlineStateTest.moc"

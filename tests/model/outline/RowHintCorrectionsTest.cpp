@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "app/model/outline/RowHintCorrections.h"
+#include "tests/support/TestProgram.h"
 
 /// Looks for rows by hints, in a plain list that has moved in the same way.
 class RowHintCorrectionsTest : public QObject {
@@ -61,5 +62,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(RowHintCorrectionsTest)
+const RegisteredTest<RowHintCorrectionsTest> registered;
 #include "RowHintCorrectionsTest.moc"

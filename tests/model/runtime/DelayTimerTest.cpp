@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "app/model/runtime/DelayTimer.h"
+#include "tests/support/TestProgram.h"
 
 using std::chrono::milliseconds;
 
@@ -56,5 +57,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DelayTimerTest)
+const RegisteredTest<DelayTimerTest> registered;
 #include "DelayTimerTest.moc"

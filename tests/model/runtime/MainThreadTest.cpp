@@ -11,6 +11,7 @@
 #include "app/model/runtime/MainThread.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/BrokenRule.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -101,5 +102,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(MainThreadTest)
+const RegisteredTest<MainThreadTest> registered;
 #include "MainThreadTest.moc"

@@ -5,6 +5,7 @@
 #include "app/model/outline/OutlineState.h"
 #include "app/model/runtime/Signposter.h"
 #include "app/model/tree/PlistNode.h"
+#include "tests/support/TestProgram.h"
 
 class SignposterTest : public QObject {
     Q_OBJECT
@@ -39,5 +40,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SignposterTest)
+const RegisteredTest<SignposterTest> registered;
 #include "SignposterTest.moc"

@@ -7,6 +7,7 @@
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/SearchDesk.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -119,5 +120,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(MatchResolverTest)
+const RegisteredTest<MatchResolverTest> registered;
 #include "MatchResolverTest.moc"

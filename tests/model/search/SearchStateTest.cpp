@@ -17,6 +17,7 @@
 #include "tests/model/support/ManualTimer.h"
 #include "tests/model/support/SearchDesk.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 using std::chrono::milliseconds;
 
@@ -566,5 +567,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SearchStateTest)
+const RegisteredTest<SearchStateTest> registered;
 #include "SearchStateTest.moc"

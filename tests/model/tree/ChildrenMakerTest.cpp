@@ -9,6 +9,7 @@
 #include "app/model/tree/ChildrenMaker.h"
 #include "app/model/tree/PlistNode.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -129,5 +130,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ChildrenMakerTest)
+const RegisteredTest<ChildrenMakerTest> registered;
 #include "ChildrenMakerTest.moc"

@@ -5,6 +5,7 @@
 
 #include "app/model/tree/KeyTable.h"
 #include "app/model/tree/PlistNode.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -86,5 +87,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(KeyTableTest)
+const RegisteredTest<KeyTableTest> registered;
 #include "KeyTableTest.moc"

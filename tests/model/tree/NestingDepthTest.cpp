@@ -5,6 +5,7 @@
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/NestingDepth.h"
 #include "app/model/tree/PlistNode.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -70,5 +71,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(NestingDepthTest)
+const RegisteredTest<NestingDepthTest> registered;
 #include "NestingDepthTest.moc"

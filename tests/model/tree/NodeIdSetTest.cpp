@@ -6,6 +6,7 @@
 
 #include "app/model/tree/NodeIdSet.h"
 #include "tests/model/support/BrokenRule.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -92,5 +93,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(NodeIdSetTest)
+const RegisteredTest<NodeIdSetTest> registered;
 #include "NodeIdSetTest.moc"

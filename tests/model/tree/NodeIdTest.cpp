@@ -3,6 +3,7 @@
 
 #include "app/model/tree/NodeId.h"
 #include "tests/model/support/BrokenRule.h"
+#include "tests/support/TestProgram.h"
 
 class NodeIdTest : public QObject {
     Q_OBJECT
@@ -31,5 +32,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(NodeIdTest)
+const RegisteredTest<NodeIdTest> registered;
 #include "NodeIdTest.moc"

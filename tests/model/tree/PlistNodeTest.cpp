@@ -10,6 +10,7 @@
 #include "tests/model/support/BrokenRule.h"
 #include "tests/model/support/ChangeRecorder.h"
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -613,5 +614,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(PlistNodeTest)
+const RegisteredTest<PlistNodeTest> registered;
 #include "PlistNodeTest.moc"

@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "tests/model/support/TreeText.h"
+#include "tests/support/TestProgram.h"
 
 /// The texts by which tests say what trees they mean.
 class TreeTextTest : public QObject {
@@ -44,5 +45,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TreeTextTest)
+const RegisteredTest<TreeTextTest> registered;
 #include "TreeTextTest.moc"

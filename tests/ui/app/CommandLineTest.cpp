@@ -5,6 +5,7 @@
 
 #include "app/desktop/files/FilePath.h"
 #include "app/ui/app/CommandLine.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -111,5 +112,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CommandLineTest)
+const RegisteredTest<CommandLineTest> registered;
 #include "CommandLineTest.moc"

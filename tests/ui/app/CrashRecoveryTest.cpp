@@ -304,8 +304,6 @@ private:
     std::unique_ptr<TabuletApp> app_;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<CrashRecoveryTest>(argc, argv);
-}
+const RegisteredUiTest<CrashRecoveryTest> registered;
 
 #include "CrashRecoveryTest.moc"

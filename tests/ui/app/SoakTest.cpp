@@ -198,7 +198,5 @@ private:
     QRandomGenerator random_{20'261'121};
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<SoakTest>(argc, argv);
-}
+const RegisteredUiTest<SoakTest> registered;
 #include "SoakTest.moc"

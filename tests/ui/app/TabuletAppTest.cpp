@@ -369,7 +369,5 @@ private:
     std::unique_ptr<TabuletApp> app_;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<TabuletAppTest>(argc, argv);
-}
+const RegisteredUiTest<TabuletAppTest> registered;
 #include "TabuletAppTest.moc"

@@ -206,8 +206,6 @@ private:
     QPointer<RecoveryDialog> dialog_;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<RecoveryDialogTest>(argc, argv);
-}
+const RegisteredUiTest<RecoveryDialogTest> registered;
 
 #include "RecoveryDialogTest.moc"

@@ -247,7 +247,5 @@ private:
     DocumentWindow* window_ = nullptr;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<DocumentSearchTest>(argc, argv);
-}
+const RegisteredUiTest<DocumentSearchTest> registered;
 #include "DocumentSearchTest.moc"

@@ -160,7 +160,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<DocumentViewTest>(argc, argv);
-}
+const RegisteredUiTest<DocumentViewTest> registered;
 #include "DocumentViewTest.moc"

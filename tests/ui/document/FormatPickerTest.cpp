@@ -64,7 +64,5 @@ private:
     }
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<FormatPickerTest>(argc, argv);
-}
+const RegisteredUiTest<FormatPickerTest> registered;
 #include "FormatPickerTest.moc"

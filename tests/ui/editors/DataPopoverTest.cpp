@@ -284,7 +284,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<DataPopoverTest>(argc, argv);
-}
+const RegisteredUiTest<DataPopoverTest> registered;
 #include "DataPopoverTest.moc"

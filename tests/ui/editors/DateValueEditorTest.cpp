@@ -179,7 +179,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<DateValueEditorTest>(argc, argv);
-}
+const RegisteredUiTest<DateValueEditorTest> registered;
 #include "DateValueEditorTest.moc"

@@ -305,7 +305,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<ExactTextEditTest>(argc, argv);
-}
+const RegisteredUiTest<ExactTextEditTest> registered;
 #include "ExactTextEditTest.moc"

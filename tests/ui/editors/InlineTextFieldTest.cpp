@@ -278,7 +278,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<InlineTextFieldTest>(argc, argv);
-}
+const RegisteredUiTest<InlineTextFieldTest> registered;
 #include "InlineTextFieldTest.moc"

@@ -144,7 +144,5 @@ private:
     int endings_ = 0;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<LongTextEditorTest>(argc, argv);
-}
+const RegisteredUiTest<LongTextEditorTest> registered;
 #include "LongTextEditorTest.moc"

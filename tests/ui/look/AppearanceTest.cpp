@@ -6,6 +6,7 @@
 #include "app/ui/look/Appearance.h"
 #include "app/ui/look/Colors.h"
 #include "app/ui/look/DarkPalette.h"
+#include "tests/ui/support/UiTest.h"
 
 class AppearanceTest : public QObject {
     Q_OBJECT
@@ -93,5 +94,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(AppearanceTest)
+const RegisteredUiTest<AppearanceTest> registered;
 #include "AppearanceTest.moc"

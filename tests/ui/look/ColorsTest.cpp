@@ -2,6 +2,7 @@
 
 #include "app/ui/look/Colors.h"
 #include "app/ui/look/DarkPalette.h"
+#include "tests/ui/support/UiTest.h"
 
 class ColorsTest : public QObject {
     Q_OBJECT
@@ -73,5 +74,5 @@ private:
     }
 };
 
-QTEST_MAIN(ColorsTest)
+const RegisteredUiTest<ColorsTest> registered;
 #include "ColorsTest.moc"

@@ -146,7 +146,5 @@ private:
     DocumentWindow* window_ = nullptr;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<EditMenuTest>(argc, argv);
-}
+const RegisteredUiTest<EditMenuTest> registered;
 #include "EditMenuTest.moc"

@@ -261,7 +261,5 @@ private:
     DocumentWindow* window_ = nullptr;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<ItemClipboardTest>(argc, argv);
-}
+const RegisteredUiTest<ItemClipboardTest> registered;
 #include "ItemClipboardTest.moc"

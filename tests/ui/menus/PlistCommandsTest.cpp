@@ -245,7 +245,5 @@ private:
     DocumentWindow* window_ = nullptr;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<PlistCommandsTest>(argc, argv);
-}
+const RegisteredUiTest<PlistCommandsTest> registered;
 #include "PlistCommandsTest.moc"

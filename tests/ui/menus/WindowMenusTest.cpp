@@ -142,7 +142,5 @@ private:
     std::unique_ptr<TabuletApp> app_;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<WindowMenusTest>(argc, argv);
-}
+const RegisteredUiTest<WindowMenusTest> registered;
 #include "WindowMenusTest.moc"

@@ -3,6 +3,7 @@
 
 #include "app/desktop/files/ProgressReporter.h"
 #include "app/ui/notices/ProgressBar.h"
+#include "tests/ui/support/UiTest.h"
 
 class ProgressBarTest : public QObject {
     Q_OBJECT
@@ -41,5 +42,5 @@ private:
     }
 };
 
-QTEST_MAIN(ProgressBarTest)
+const RegisteredUiTest<ProgressBarTest> registered;
 #include "ProgressBarTest.moc"

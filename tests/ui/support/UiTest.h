@@ -6,15 +6,16 @@
 #include <QTest>
 
 #include "app/ui/app/TabuletApp.h"
+#include "tests/support/TestProgram.h"
 
-/// The main function of a test that shows widgets: an application with the program's own texts and
-/// a style that is the same everywhere.
+/// Runs a test that shows widgets: with an application, the program's own texts and a style that is
+/// the same everywhere.
 template <typename Test>
 int runUiTest(int argc, char** argv) {
     // What is kept for a crash in one run is not to be offered in the next.
     const QTemporaryDir state;
     qputenv("XDG_STATE_HOME", QFile::encodeName(state.path()));
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("Fusion"));
     // Windows come and go within a test.
     QApplication::setQuitOnLastWindowClosed(false);
@@ -22,3 +23,7 @@ int runUiTest(int argc, char** argv) {
     Test test;
     return QTest::qExec(&test, argc, argv);
 }
+
+/// Makes a test class that shows widgets known to its program.
+template <typename Test>
+using RegisteredUiTest = RegisteredTest<Test, runUiTest<Test>>;

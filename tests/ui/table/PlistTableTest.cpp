@@ -590,7 +590,5 @@ private:
     static bool hasInk(const QImage& image) { return !extentOf(image).isEmpty(); }
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<PlistTableTest>(argc, argv);
-}
+const RegisteredUiTest<PlistTableTest> registered;
 #include "PlistTableTest.moc"

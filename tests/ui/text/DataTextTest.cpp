@@ -78,7 +78,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<DataTextTest>(argc, argv);
-}
+const RegisteredUiTest<DataTextTest> registered;
 #include "DataTextTest.moc"

@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "app/ui/text/DateText.h"
+#include "tests/support/TestProgram.h"
 
 class DateTextTest : public QObject {
     Q_OBJECT
@@ -83,5 +84,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DateTextTest)
+const RegisteredTest<DateTextTest> registered;
 #include "DateTextTest.moc"

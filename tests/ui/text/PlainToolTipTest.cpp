@@ -2,6 +2,7 @@
 #include <QTextDocument>
 
 #include "app/ui/text/PlainToolTip.h"
+#include "tests/ui/support/UiTest.h"
 
 class PlainToolTipTest : public QObject {
     Q_OBJECT
@@ -49,5 +50,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(PlainToolTipTest)
+const RegisteredUiTest<PlainToolTipTest> registered;
 #include "PlainToolTipTest.moc"

@@ -36,7 +36,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<RowTextTest>(argc, argv);
-}
+const RegisteredUiTest<RowTextTest> registered;
 #include "RowTextTest.moc"

@@ -2,6 +2,7 @@
 #include <string>
 
 #include "app/ui/text/SingleLineText.h"
+#include "tests/support/TestProgram.h"
 
 class SingleLineTextTest : public QObject {
     Q_OBJECT
@@ -63,5 +64,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SingleLineTextTest)
+const RegisteredTest<SingleLineTextTest> registered;
 #include "SingleLineTextTest.moc"

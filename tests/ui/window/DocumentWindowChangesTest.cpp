@@ -376,7 +376,5 @@ private:
     DocumentWindow* window_ = nullptr;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<DocumentWindowChangesTest>(argc, argv);
-}
+const RegisteredUiTest<DocumentWindowChangesTest> registered;
 #include "DocumentWindowChangesTest.moc"

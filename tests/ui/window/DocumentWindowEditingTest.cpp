@@ -219,7 +219,5 @@ private:
     DocumentWindow* window_ = nullptr;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<DocumentWindowEditingTest>(argc, argv);
-}
+const RegisteredUiTest<DocumentWindowEditingTest> registered;
 #include "DocumentWindowEditingTest.moc"

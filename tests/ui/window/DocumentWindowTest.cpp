@@ -489,7 +489,5 @@ private:
     DocumentWindow* window_ = nullptr;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<DocumentWindowTest>(argc, argv);
-}
+const RegisteredUiTest<DocumentWindowTest> registered;
 #include "DocumentWindowTest.moc"

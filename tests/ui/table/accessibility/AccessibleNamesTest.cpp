@@ -147,7 +147,5 @@ private:
     DocumentWindow* window_ = nullptr;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<AccessibleNamesTest>(argc, argv);
-}
+const RegisteredUiTest<AccessibleNamesTest> registered;
 #include "AccessibleNamesTest.moc"

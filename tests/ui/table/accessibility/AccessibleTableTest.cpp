@@ -265,8 +265,6 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<AccessibleTableTest>(argc, argv);
-}
+const RegisteredUiTest<AccessibleTableTest> registered;
 
 #include "AccessibleTableTest.moc"

@@ -207,8 +207,14 @@ private:
     std::unique_ptr<Taker> taker_;
 };
 
-int main(int argc, char** argv) {
+namespace {
+
+int runWithDrags(int argc, char** argv) {
     MouseDrag::choosePlatform();
     return runUiTest<RowDraggingTest>(argc, argv);
 }
+
+const RegisteredTest<RowDraggingTest, runWithDrags> registered;
+
+}  // namespace
 #include "RowDraggingTest.moc"

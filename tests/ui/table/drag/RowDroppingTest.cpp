@@ -527,8 +527,14 @@ private:
     ManualTimer* scroll_ = nullptr;
 };
 
-int main(int argc, char** argv) {
+namespace {
+
+int runWithDrags(int argc, char** argv) {
     MouseDrag::choosePlatform();
     return runUiTest<RowDroppingTest>(argc, argv);
 }
+
+const RegisteredTest<RowDroppingTest, runWithDrags> registered;
+
+}  // namespace
 #include "RowDroppingTest.moc"

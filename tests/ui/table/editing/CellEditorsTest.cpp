@@ -300,7 +300,5 @@ private:
     std::unique_ptr<PlistTable> table_;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<CellEditorsTest>(argc, argv);
-}
+const RegisteredUiTest<CellEditorsTest> registered;
 #include "CellEditorsTest.moc"

@@ -446,7 +446,5 @@ private:
     std::unique_ptr<Window> window_;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<InlineEditingTest>(argc, argv);
-}
+const RegisteredUiTest<InlineEditingTest> registered;
 #include "InlineEditingTest.moc"

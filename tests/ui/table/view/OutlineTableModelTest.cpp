@@ -313,7 +313,5 @@ private:
     std::mt19937 random_;
 };
 
-int main(int argc, char** argv) {
-    return runUiTest<OutlineTableModelTest>(argc, argv);
-}
+const RegisteredUiTest<OutlineTableModelTest> registered;
 #include "OutlineTableModelTest.moc"
