@@ -234,7 +234,7 @@ private Q_SLOTS:
         window(0).session().keepNow();
         QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("backupWarning")) != nullptr);
         const auto* notice = window(0).findChild<NoticeStrip*>(QStringLiteral("backupWarning"));
-        QVERIFY(notice->isVisible());
+        QTRY_VERIFY(notice->isVisible());
         QCOMPARE(
             notice->accessibleName(),
             QStringLiteral("Unsaved changes can't be backed up: Not a directory. Save often."));
