@@ -15,8 +15,8 @@ constexpr std::string_view prologue =
     "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
     "<plist version=\"1.0\">\n";
 
-constexpr std::string_view nameOf(PlistType container) {
-    return container == PlistType::dictionary ? "dict" : "array";
+constexpr std::string_view nameOf(plist::PlistType container) {
+    return container == plist::PlistType::dictionary ? "dict" : "array";
 }
 
 std::string realText(double number) {
@@ -71,7 +71,7 @@ DocumentText::DocumentText(std::size_t bytes) {
     text_.append(prologue);
 }
 
-void DocumentText::open(PlistType container) {
+void DocumentText::open(plist::PlistType container) {
     count(container);
     indent(depth());
     text_.append("<").append(nameOf(container)).append(">\n");
@@ -79,7 +79,7 @@ void DocumentText::open(PlistType container) {
 }
 
 void DocumentText::close() {
-    const PlistType container = open_.back().type;
+    const plist::PlistType container = open_.back().type;
     open_.pop_back();
     indent(depth());
     text_.append("</").append(nameOf(container)).append(">\n");
@@ -95,7 +95,7 @@ void DocumentText::key(std::string_view text) {
 }
 
 void DocumentText::string(std::string_view text) {
-    count(PlistType::string);
+    count(plist::PlistType::string);
     census_.stringBytes += text.size();
     indent(depth());
     text_.append("<string>");
@@ -104,31 +104,31 @@ void DocumentText::string(std::string_view text) {
 }
 
 void DocumentText::integer(std::int64_t number) {
-    count(PlistType::integer);
+    count(plist::PlistType::integer);
     census_.addNumber(static_cast<std::uint64_t>(number));
     element("integer", std::to_string(number));
 }
 
 void DocumentText::real(double number) {
-    count(PlistType::real);
+    count(plist::PlistType::real);
     census_.addNumber(std::bit_cast<std::uint64_t>(number));
     element("real", realText(number));
 }
 
 void DocumentText::boolean(bool truth) {
-    count(PlistType::boolean);
+    count(plist::PlistType::boolean);
     census_.addNumber(truth ? 1 : 0);
     line(depth(), truth ? "<true/>" : "<false/>");
 }
 
 void DocumentText::date(std::int64_t seconds) {
-    count(PlistType::date);
+    count(plist::PlistType::date);
     census_.addNumber(std::bit_cast<std::uint64_t>(static_cast<double>(seconds)));
     element("date", dateText(seconds));
 }
 
 void DocumentText::data(std::span<const std::uint8_t> bytes) {
-    count(PlistType::data);
+    count(plist::PlistType::data);
     census_.dataBytes += bytes.size();
     line(depth(), "<data>");
     const std::size_t tabs = std::min<std::size_t>(depth(), 8);
@@ -141,7 +141,7 @@ void DocumentText::data(std::span<const std::uint8_t> bytes) {
 }
 
 void DocumentText::uid(std::uint64_t number) {
-    count(PlistType::uid);
+    count(plist::PlistType::uid);
     census_.addNumber(number);
     line(depth(), "<dict>");
     line(depth() + 1, "<key>CF$UID</key>");
@@ -156,7 +156,7 @@ void DocumentText::finish() {
     text_.append("</plist>\n");
 }
 
-void DocumentText::count(PlistType type) {
+void DocumentText::count(plist::PlistType type) {
     ++census_[type];
     if (!open_.empty()) {
         ++open_.back().children;

@@ -24,13 +24,13 @@ public:
 
     /// Whether the innermost open container is a dictionary.
     bool isInDictionary() const noexcept {
-        return !open_.empty() && open_.back().type == PlistType::dictionary;
+        return !open_.empty() && open_.back().type == plist::PlistType::dictionary;
     }
 
     /// How many values the innermost open container has so far.
     std::size_t childCount() const noexcept { return open_.empty() ? 0 : open_.back().children; }
 
-    void open(PlistType container);
+    void open(plist::PlistType container);
     void close();
     void key(std::string_view text);
 
@@ -51,11 +51,11 @@ public:
 
 private:
     struct Container {
-        PlistType type;
+        plist::PlistType type;
         std::size_t children;
     };
 
-    void count(PlistType type);
+    void count(plist::PlistType type);
     void indent(std::size_t tabs) { text_.append(tabs, '\t'); }
     void line(std::size_t tabs, std::string_view content);
     void element(std::string_view name, std::string_view content);
