@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <new>
 #include <span>
 #include <string_view>
@@ -23,11 +24,13 @@ public:
     PlistBytes(PlistBytes&& other) noexcept
         : start_(std::exchange(other.start_, nullptr)),
           size_(std::exchange(other.size_, 0)),
-          capacity_(std::exchange(other.capacity_, 0)) {}
+          capacity_(std::exchange(other.capacity_, 0)),
+          limit_(std::exchange(other.limit_, noLimit)) {}
     PlistBytes& operator=(PlistBytes&& other) noexcept {
         std::swap(start_, other.start_);
         std::swap(size_, other.size_);
         std::swap(capacity_, other.capacity_);
+        std::swap(limit_, other.limit_);
         return *this;
     }
     PlistBytes(const PlistBytes&) = delete;
@@ -53,6 +56,13 @@ public:
         return start_ + size_;
     }
 
+    /// Thrown where a buffer holds more than its limit.
+    struct LimitReached {};
+
+    /// Lets `reserve` throw `LimitReached` once there are more than `count` bytes. It may notice a
+    /// little later: whoever needs to know exactly asks for the size in the end.
+    void limitTo(std::size_t count) noexcept { limit_ = count; }
+
     /// Takes `count` bytes that were written at `reserve`'s place into the buffer.
     void advance(std::size_t count) noexcept { size_ += count; }
 
@@ -72,6 +82,8 @@ public:
     }
 
 private:
+    static constexpr std::size_t noLimit = std::numeric_limits<std::size_t>::max();
+
     void grow(std::size_t count);
     void moveToMapping(std::size_t capacity);
     void release() noexcept;
@@ -79,6 +91,7 @@ private:
     std::uint8_t* start_ = nullptr;
     std::size_t size_ = 0;
     std::size_t capacity_ = 0;
+    std::size_t limit_ = noLimit;
 };
 
 }  // namespace plist

@@ -16,6 +16,7 @@
 #include "PlistCore/PlistFormat.h"
 #include "PlistCore/PlistInteger.h"
 #include "PlistCore/PlistMatches.h"
+#include "PlistCore/PlistResult.h"
 #include "PlistCore/PlistSearch.h"
 #include "PlistCore/PlistStep.h"
 #include "PlistCore/PlistString.h"

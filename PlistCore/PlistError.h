@@ -46,6 +46,16 @@ public:
     using Reason = std::variant<Malformed, InvalidValue, NestingTooDeep, NotWritable,
                                 UnrecognizedFormat, UnexpectedEnd>;
 
+    /// The reasons by number, in the order of `Reason`, to switch over.
+    enum class Kind : std::uint8_t {
+        malformed,
+        invalidValue,
+        nestingTooDeep,
+        notWritable,
+        unrecognizedFormat,
+        unexpectedEnd,
+    };
+
     /// A place in a text, both counted from 1; columns count bytes.
     struct Line {
         std::int64_t line = 1;
@@ -61,6 +71,7 @@ public:
 
     explicit PlistError(Reason reason, std::optional<Location> location = std::nullopt);
 
+    Kind kind() const noexcept { return static_cast<Kind>(reason_.index()); }
     const Reason& reason() const noexcept { return reason_; }
     const std::optional<Location>& location() const noexcept { return location_; }
 

@@ -212,7 +212,8 @@ struct Upcoming {
 
 class Writer {
 public:
-    Writer(const BinaryObjectOrder::Counts& counts, unsigned referenceSize, EqualTexts equalTexts);
+    Writer(const BinaryObjectOrder::Counts& counts, unsigned referenceSize, EqualTexts equalTexts,
+           std::size_t maximumBytes);
 
     void writeObjects(const PlistValue& root);
     std::size_t objectCount() const noexcept { return objectCount_; }
@@ -264,11 +265,12 @@ private:
 };
 
 Writer::Writer(const BinaryObjectOrder::Counts& counts, unsigned referenceSize,
-               EqualTexts equalTexts)
+               EqualTexts equalTexts, std::size_t maximumBytes)
     : referenceSize_(referenceSize),
       equalTexts_(equalTexts),
       offsets_(counts.objects()),
       table_(counts.scalars) {
+    bytes_.limitTo(maximumBytes);
     bytes_.append(magic);
 }
 
@@ -528,15 +530,15 @@ PlistBytes Writer::finish() {
 
 namespace BinaryPlistSerializer {
 
-PlistBytes serialize(const PlistValue& value, EqualTexts equalTexts) {
+PlistBytes serialize(const PlistValue& value, EqualTexts equalTexts, std::size_t maximumBytes) {
     const BinaryObjectOrder::Counts counts = BinaryObjectOrder::count(value);
-    Writer writer(counts, referenceSizeFor(counts.objects()), equalTexts);
+    Writer writer(counts, referenceSizeFor(counts.objects()), equalTexts, maximumBytes);
     writer.writeObjects(value);
     const unsigned referenceSize = referenceSizeFor(writer.objectCount());
     if (referenceSize == referenceSizeFor(counts.objects())) {
         return writer.finish();
     }
-    Writer narrower(counts, referenceSize, equalTexts);
+    Writer narrower(counts, referenceSize, equalTexts, maximumBytes);
     narrower.writeObjects(value);
     return narrower.finish();
 }

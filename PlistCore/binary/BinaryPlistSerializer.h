@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include "PlistCore/PlistBytes.h"
 #include "PlistCore/PlistValue.h"
@@ -15,7 +17,9 @@ enum class EqualTexts : std::uint8_t {
     identical,   ///< the same characters: nothing of any value is lost
 };
 
-/// The binary form of `value`. Never fails but for lack of memory.
-PlistBytes serialize(const PlistValue& value, EqualTexts equalTexts = EqualTexts::equivalent);
+/// The binary form of `value`. Fails only for lack of memory, or by `PlistBytes::LimitReached` when
+/// it is known to take more than `maximumBytes`.
+PlistBytes serialize(const PlistValue& value, EqualTexts equalTexts = EqualTexts::equivalent,
+                     std::size_t maximumBytes = std::numeric_limits<std::size_t>::max());
 
 }  // namespace plist::detail::BinaryPlistSerializer

@@ -70,11 +70,37 @@ PlistFile readConverted(std::string_view text) {
     return firstTellingByte(text) == '<' ? readXml(bytesOf(text)) : readOpenStep(text);
 }
 
-void checkWrittenValues(const PlistValue& value) {
-    if (PlistExpansion::exceeds({&value, 1}, PlistCodec::writtenValueLimit)) {
+void checkWrittenValues(const PlistValue& value, std::uint64_t limit) {
+    if (PlistExpansion::exceeds({&value, 1}, limit)) {
         throw PlistError(PlistError::InvalidValue{"The document describes more than " +
-                                                  std::to_string(PlistCodec::writtenValueLimit) +
+                                                  std::to_string(limit) +
                                                   " values when written out."});
+    }
+}
+
+PlistBytes writtenWithinLimit(const PlistValue& value, PlistFormat format,
+                              const PlistCodec::WriteOptions& options) {
+    using detail::BinaryPlistSerializer::EqualTexts;
+    const EqualTexts equalTexts =
+        options.keepsSpellings ? EqualTexts::identical : EqualTexts::equivalent;
+    const std::size_t limit = options.maximumBytes;
+    PlistBytes bytes = format == PlistFormat::binary
+                           ? detail::BinaryPlistSerializer::serialize(value, equalTexts, limit)
+                           : detail::XMLPlistSerializer::serialize(value, limit);
+    if (bytes.size() > limit) {
+        throw PlistBytes::LimitReached();
+    }
+    bytes.limitTo(std::numeric_limits<std::size_t>::max());
+    return bytes;
+}
+
+/// What `work` gives, or the error it throws.
+template <typename Work>
+auto attempted(const Work& work) -> PlistResult<decltype(work())> {
+    try {
+        return work();
+    } catch (const PlistError& error) {
+        return error;
     }
 }
 
@@ -101,13 +127,27 @@ PlistBytes PlistCodec::write(const PlistValue& value, PlistFormat format,
     if (!isWritable(format)) {
         throw PlistError(PlistError::NotWritable{format});
     }
-    checkWrittenValues(value);
-    if (format == PlistFormat::xml) {
-        return detail::XMLPlistSerializer::serialize(value);
+    checkWrittenValues(value, options.maximumValues);
+    try {
+        return writtenWithinLimit(value, format, options);
+    } catch (const PlistBytes::LimitReached&) {
+        throw PlistError(PlistError::InvalidValue{"The document takes more than " +
+                                                  std::to_string(options.maximumBytes) +
+                                                  " bytes when written out."});
     }
-    using detail::BinaryPlistSerializer::EqualTexts;
-    return detail::BinaryPlistSerializer::serialize(
-        value, options.keepsSpellings ? EqualTexts::identical : EqualTexts::equivalent);
+}
+
+PlistResult<PlistFile> PlistCodec::tryRead(std::span<const std::uint8_t> bytes) {
+    return attempted([bytes] { return read(bytes); });
+}
+
+PlistResult<PlistFile> PlistCodec::tryRead(std::string_view bytes) {
+    return tryRead(bytesOf(bytes));
+}
+
+PlistResult<PlistBytes> PlistCodec::tryWrite(const PlistValue& value, PlistFormat format,
+                                             const WriteOptions& options) {
+    return attempted([&value, format, &options] { return write(value, format, options); });
 }
 
 }  // namespace plist

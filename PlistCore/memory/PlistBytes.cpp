@@ -21,15 +21,21 @@ constexpr std::size_t leastMapping = 8 * detail::LargeMemory::unit;
 
 }  // namespace
 
+// Near the limit there is room for no more than was asked for, so that what runs past it comes here
+// again.
 void PlistBytes::grow(std::size_t count) {
+    if (size_ > limit_) {
+        throw LimitReached();
+    }
     if (count > greatest - size_) {
         throw std::bad_alloc();
     }
     const std::size_t needed = size_ + count;
     const std::size_t doubled = capacity_ > greatest / 2 ? greatest : capacity_ * 2;
-    const std::size_t capacity = std::max({smallest, doubled, needed});
+    const std::size_t usual = std::max(smallest, doubled);
+    const std::size_t capacity = std::max(std::min(usual, limit_), needed);
     if (capacity >= leastMapped) {
-        moveToMapping(std::max(capacity, leastMapping));
+        moveToMapping(std::max(capacity, std::min(leastMapping, limit_)));
         return;
     }
     void* const memory = std::realloc(start_, capacity);

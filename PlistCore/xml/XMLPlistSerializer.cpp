@@ -98,6 +98,8 @@ struct OpenContainer {
 
 class Writer {
 public:
+    explicit Writer(std::size_t maximumBytes) { bytes_.limitTo(maximumBytes); }
+
     PlistBytes write(const PlistValue& root);
 
 private:
@@ -293,8 +295,8 @@ void Writer::take(char* out) {
 
 namespace XMLPlistSerializer {
 
-PlistBytes serialize(const PlistValue& value) {
-    return Writer().write(value);
+PlistBytes serialize(const PlistValue& value, std::size_t maximumBytes) {
+    return Writer(maximumBytes).write(value);
 }
 
 }  // namespace XMLPlistSerializer

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <limits>
+
 #include "PlistCore/PlistBytes.h"
 #include "PlistCore/PlistValue.h"
 
@@ -7,8 +10,10 @@
 /// written.
 namespace plist::detail::XMLPlistSerializer {
 
-/// The XML form of `value` in UTF-8, tabs for indentation, ended by a line feed. Never fails but
-/// for lack of memory.
-PlistBytes serialize(const PlistValue& value);
+/// The XML form of `value` in UTF-8, tabs for indentation, ended by a line feed. Fails only for
+/// lack of memory, or by `PlistBytes::LimitReached` when it is known to take more than
+/// `maximumBytes`.
+PlistBytes serialize(const PlistValue& value,
+                     std::size_t maximumBytes = std::numeric_limits<std::size_t>::max());
 
 }  // namespace plist::detail::XMLPlistSerializer

@@ -61,6 +61,7 @@ HEADERS_ALONE = {
     "PlistEntry": "PlistCore/value",
     "PlistFile": "PlistCore/codec",
     "PlistFormat": "PlistCore/text",
+    "PlistResult": "PlistCore/text",
     "PlistStep": "PlistCore/value",
     "PlistVersion": "PlistCore/memory",
 }

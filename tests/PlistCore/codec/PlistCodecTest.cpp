@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "PlistCore/PlistCodec.h"
+#include "PlistCore/PlistEntry.h"
 #include "PlistCore/PlistError.h"
 #include "tests/PlistCore/support/ValueText.h"
 
@@ -265,6 +266,55 @@ TEST(PlistCodecTest, refusesToWriteWithoutMeasure) {
         EXPECT_EQ(writeErrorOf(doubled(100), format), expected);
         EXPECT_EQ(writeErrorOf(doubled(10), format), std::nullopt);
     }
+}
+
+TEST(PlistCodecTest, writesNoMoreValuesThanAskedFor) {
+    const PlistValue value = PlistValue::array({1, 2, 3});
+    for (const PlistFormat format : {PlistFormat::xml, PlistFormat::binary}) {
+        EXPECT_TRUE(PlistCodec::tryWrite(value, format, {.maximumValues = 4}).hasValue());
+        const auto refused = PlistCodec::tryWrite(value, format, {.maximumValues = 3});
+        ASSERT_FALSE(refused.hasValue());
+        EXPECT_EQ(refused.error(),
+                  PlistError(PlistError::InvalidValue{
+                      "The document describes more than 3 values when written out."}));
+    }
+}
+
+TEST(PlistCodecTest, writesNoMoreBytesThanAskedFor) {
+    const PlistValue little = PlistValue::array({"some text", 2, 0.5});
+    const PlistValue much = PlistValue::array(std::vector<PlistValue>(
+        1000, PlistValue::dictionary({{"key", std::string(5000, '<')}, {"n", 1}})));
+    for (const PlistFormat format : {PlistFormat::xml, PlistFormat::binary}) {
+        for (const PlistValue& value : {little, much}) {
+            const PlistBytes whole = PlistCodec::write(value, format);
+            const PlistCodec::WriteOptions enough{.maximumBytes = whole.size()};
+            const auto exact = PlistCodec::tryWrite(value, format, enough);
+            ASSERT_TRUE(exact.hasValue());
+            EXPECT_EQ(exact->view(), whole.view());
+            for (const std::size_t limit : {whole.size() - 1, whole.size() / 2, std::size_t{0}}) {
+                const auto refused = PlistCodec::tryWrite(value, format, {.maximumBytes = limit});
+                ASSERT_FALSE(refused.hasValue()) << limit;
+                EXPECT_EQ(refused.error().errorDescription(), "The document takes more than " +
+                                                                  std::to_string(limit) +
+                                                                  " bytes when written out.");
+            }
+        }
+    }
+}
+
+TEST(PlistCodecTest, triesWithoutThrowing) {
+    const auto file = PlistCodec::tryRead("{ a = 1; }");
+    ASSERT_TRUE(file);
+    EXPECT_EQ(file->format, PlistFormat::openStep);
+    EXPECT_EQ((*file).root["a"], PlistValue("1"));
+    EXPECT_EQ(PlistCodec::tryRead("{ a = 1; }").value().root.childCount(), 1U);
+
+    const auto refused = PlistCodec::tryRead(" ");
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.error().kind(), PlistError::Kind::unrecognizedFormat);
+    const auto notWritten = PlistCodec::tryWrite(PlistValue(), PlistFormat::openStep);
+    ASSERT_FALSE(notWritten);
+    EXPECT_EQ(notWritten.error().kind(), PlistError::Kind::notWritable);
 }
 
 TEST(PlistCodecTest, writesWhatAnEditPutsTogetherFromPartsOfAFile) {

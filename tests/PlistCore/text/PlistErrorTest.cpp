@@ -93,6 +93,16 @@ TEST(PlistError, isCaughtAsStandardException) {
     }
 }
 
+TEST(PlistErrorTest, namesItsKind) {
+    using Kind = PlistError::Kind;
+    EXPECT_EQ(PlistError(PlistError::Malformed{"x"}).kind(), Kind::malformed);
+    EXPECT_EQ(PlistError(PlistError::InvalidValue{"x"}).kind(), Kind::invalidValue);
+    EXPECT_EQ(PlistError(PlistError::NestingTooDeep{512}).kind(), Kind::nestingTooDeep);
+    EXPECT_EQ(PlistError(PlistError::NotWritable{}).kind(), Kind::notWritable);
+    EXPECT_EQ(PlistError(PlistError::UnrecognizedFormat{}).kind(), Kind::unrecognizedFormat);
+    EXPECT_EQ(PlistError(PlistError::UnexpectedEnd{}).kind(), Kind::unexpectedEnd);
+}
+
 }  // namespace
 
 }  // namespace plist

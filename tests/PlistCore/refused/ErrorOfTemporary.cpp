@@ -1,0 +1,3 @@
+#include <PlistCore/PlistCore.h>
+
+const plist::PlistError& error = plist::PlistCodec::tryRead("").error();

@@ -1,0 +1,3 @@
+#include <PlistCore/PlistCore.h>
+
+const plist::PlistFile& file = *plist::PlistCodec::tryRead("");
