@@ -35,20 +35,20 @@ bool isDigit(char byte) {
 
 }  // namespace
 
-XMLFastPath::XMLFastPath(XMLScanner& scanner, XMLAssembler& assembler)
-    : scanner_(scanner), assembler_(assembler), start_(scanner.input().data()) {
+XMLFastPath::XMLFastPath(XMLScanner& scanner, XMLTreeBuilder& tree)
+    : scanner_(scanner), tree_(tree), start_(scanner.input().data()) {
     const std::size_t size = scanner.input().size();
     limit_ = size < margin ? start_ : start_ + (size - margin);
 }
 
 void XMLFastPath::run() {
     const char* at = start_ + scanner_.position();
-    while (at < limit_ && assembler_.isOpen()) {
+    while (at < limit_ && tree_.isOpen()) {
         at = skipBlanks(at);
         if (at >= limit_) {
             break;
         }
-        const char* next = assembler_.awaitsKey() ? readKeyOrEnd(at) : readValueOrEnd(at);
+        const char* next = tree_.awaitsKey() ? readKeyOrEnd(at) : readValueOrEnd(at);
         if (next == nullptr) {
             break;
         }
@@ -73,7 +73,7 @@ inline const char* XMLFastPath::readKeyOrEnd(const char* at) {
         return next != nullptr ? next : readKey(at + 5);
     }
     if (isAt(at, "</dict>")) {
-        assembler_.closeDictionary();
+        tree_.closeDictionary();
         return at + 7;
     }
     return nullptr;
@@ -96,8 +96,8 @@ inline const char* XMLFastPath::readValueOrEnd(const char* at) {
         case 'a':
             return openContainer(at);
         case '/':
-            if (isAt(at, "</array>") && !assembler_.isInDictionary()) {
-                assembler_.closeArray();
+            if (isAt(at, "</array>") && !tree_.isInDictionary()) {
+                tree_.closeArray();
                 return at + 8;
             }
             return nullptr;
@@ -107,22 +107,22 @@ inline const char* XMLFastPath::readValueOrEnd(const char* at) {
 }
 
 inline const char* XMLFastPath::openContainer(const char* at) {
-    if (!assembler_.canOpen()) {
+    if (!tree_.canOpen()) {
         return nullptr;
     }
     if (isAt(at, "<dict>")) {
-        assembler_.openDictionary();
+        tree_.openDictionary();
         return at + 6;
     }
     if (isAt(at, "<array>")) {
-        assembler_.openArray();
+        tree_.openArray();
         return at + 7;
     }
     return nullptr;
 }
 
 inline const char* XMLFastPath::readExpectedKey(const char* content) {
-    const PlistCell* key = assembler_.expectedKey();
+    const PlistCell* key = tree_.expectedKey();
     if (key == nullptr) {
         return nullptr;
     }
@@ -131,7 +131,7 @@ inline const char* XMLFastPath::readExpectedKey(const char* content) {
         !isAt(content + bytes.size(), "</key>")) {
         return nullptr;
     }
-    assembler_.addExpectedKey();
+    tree_.addExpectedKey();
     return content + bytes.size() + 6;
 }
 
@@ -144,7 +144,7 @@ const char* XMLFastPath::readKey(const char* content) {
     if (!text.isAscii && !scanner_.isValidUtf8(key)) {
         return nullptr;
     }
-    assembler_.addKey(key, text.isAscii ? PlistCell::ascii : 0);
+    tree_.addKey(key, text.isAscii ? PlistCell::ascii : 0);
     return text.end + 6;
 }
 
@@ -158,7 +158,7 @@ inline const char* XMLFastPath::readString(const char* content) {
         return nullptr;
     }
     const std::uint8_t flags = text.isAscii ? PlistCell::ascii : 0;
-    return add(assembler_.builder().stringFromBlock(bytes, flags), text.end + 9);
+    return add(tree_.builder().stringFromBlock(bytes, flags), text.end + 9);
 }
 
 inline const char* XMLFastPath::readInteger(const char* content) {
@@ -197,7 +197,7 @@ inline const char* XMLFastPath::readDate(const char* content) {
 }
 
 inline const char* XMLFastPath::add(const PlistCell& value, const char* next) {
-    assembler_.add(value);
+    tree_.add(value);
     return next;
 }
 

@@ -3,8 +3,8 @@
 #include <cstddef>
 
 #include "PlistCore/value/PlistCell.h"
-#include "PlistCore/xml/XMLAssembler.h"
 #include "PlistCore/xml/XMLScanner.h"
+#include "PlistCore/xml/XMLTreeBuilder.h"
 
 namespace plist::detail {
 
@@ -13,7 +13,7 @@ namespace plist::detail {
 /// it stops in front of it, and the plain path of the parser reads that or reports it.
 class XMLFastPath {
 public:
-    XMLFastPath(XMLScanner& scanner, XMLAssembler& assembler);
+    XMLFastPath(XMLScanner& scanner, XMLTreeBuilder& tree);
 
     /// Reads on from the scanner's position, inside an open container, for as long as it can.
     void run();
@@ -40,7 +40,7 @@ private:
     Text findTextEnd(const char* content) const;
 
     XMLScanner& scanner_;
-    XMLAssembler& assembler_;
+    XMLTreeBuilder& tree_;
     const char* start_;
     /// From here on fewer than `margin` bytes are left.
     const char* limit_;

@@ -15,15 +15,15 @@
 #include "PlistCore/text/TextEncoding.h"
 #include "PlistCore/text/UnicodeText.h"
 #include "PlistCore/value/PlistCell.h"
-#include "PlistCore/xml/XMLAssembler.h"
 #include "PlistCore/xml/XMLFastPath.h"
 #include "PlistCore/xml/XMLScanner.h"
+#include "PlistCore/xml/XMLTreeBuilder.h"
 
 namespace plist::detail {
 
 namespace {
 
-static_assert(XMLPlistParser::nestingLimit == XMLAssembler::depthLimit);
+static_assert(XMLPlistParser::nestingLimit == XMLTreeBuilder::depthLimit);
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
@@ -32,8 +32,8 @@ class Reader {
 public:
     Reader(std::string_view input, XMLPlistParser::Paths paths)
         : scanner_(input),
-          assembler_(input.size()),
-          fastPath_(scanner_, assembler_),
+          tree_(input.size()),
+          fastPath_(scanner_, tree_),
           isFastPathTaken_(paths == XMLPlistParser::Paths::fastAndPlain) {}
 
     PlistValue read() {
@@ -51,7 +51,7 @@ public:
         if (!scanner_.isAtEnd()) {
             scanner_.failMalformed(scanner_.position(), "Unexpected content after the root value.");
         }
-        return assembler_.finish();
+        return tree_.finish();
     }
 
 private:
@@ -69,11 +69,11 @@ private:
 
     void readRoot(const StartTag& tag) {
         readValue(tag);
-        while (assembler_.isOpen()) {
+        while (tree_.isOpen()) {
             if (isFastPathTaken_) {
                 fastPath_.run();
             }
-            if (assembler_.isOpen()) {
+            if (tree_.isOpen()) {
                 readNext();
             }
         }
@@ -87,7 +87,7 @@ private:
         }
         if (scanner_.isAt("</")) {
             closeContainer();
-        } else if (assembler_.awaitsKey()) {
+        } else if (tree_.awaitsKey()) {
             readKey();
         } else {
             readValue(scanner_.readStartTag());
@@ -95,18 +95,18 @@ private:
     }
 
     void closeContainer() {
-        if (!assembler_.isInDictionary()) {
+        if (!tree_.isInDictionary()) {
             scanner_.readEndTag(XMLElement::array);
-            assembler_.closeArray();
+            tree_.closeArray();
             return;
         }
-        if (!assembler_.awaitsKey()) {
+        if (!tree_.awaitsKey()) {
             scanner_.failMalformed(
                 scanner_.position(),
-                "The key “" + std::string(assembler_.pendingKey()) + "” has no value.");
+                "The key “" + std::string(tree_.pendingKey()) + "” has no value.");
         }
         scanner_.readEndTag(XMLElement::dict);
-        assembler_.closeDictionary();
+        tree_.closeDictionary();
     }
 
     void readKey() {
@@ -119,7 +119,7 @@ private:
                                                    std::string(elementName(tag.element)) + ">.");
         }
         const std::string_view key = readText(tag);
-        assembler_.addKey(key, asciiFlag(key));
+        tree_.addKey(key, asciiFlag(key));
     }
 
     void readValue(const StartTag& tag) {
@@ -158,22 +158,22 @@ private:
         const bool isDictionary = tag.element == XMLElement::dict;
         if (tag.isSelfClosing) {
             const PlistType type = isDictionary ? PlistType::dictionary : PlistType::array;
-            assembler_.add(PlistCell(type, 0, 0));
+            tree_.add(PlistCell(type, 0, 0));
             return;
         }
-        if (!assembler_.canOpen()) {
+        if (!tree_.canOpen()) {
             scanner_.failAt(scanner_.position(),
                             PlistError::NestingTooDeep{XMLPlistParser::nestingLimit});
         }
         if (isDictionary) {
-            assembler_.openDictionary();
+            tree_.openDictionary();
         } else {
-            assembler_.openArray();
+            tree_.openArray();
         }
     }
 
     void addString(std::string_view text) {
-        assembler_.add(assembler_.builder().string(text, asciiFlag(text)));
+        tree_.add(tree_.builder().string(text, asciiFlag(text)));
     }
 
     void addInteger(const StartTag& tag) {
@@ -182,7 +182,7 @@ private:
         if (!number) {
             failInvalid(tag, quoted(text) + " is not a valid integer.");
         }
-        assembler_.add(PlistCell::ofInteger(*number));
+        tree_.add(PlistCell::ofInteger(*number));
     }
 
     void addReal(const StartTag& tag) {
@@ -191,7 +191,7 @@ private:
         if (!number) {
             failInvalid(tag, quoted(text) + " is not a valid real number.");
         }
-        assembler_.add(PlistCell::ofReal(*number));
+        tree_.add(PlistCell::ofReal(*number));
     }
 
     void addBoolean(const StartTag& tag) {
@@ -199,7 +199,7 @@ private:
             scanner_.skipBlanks();
             scanner_.readEndTag(tag.element);
         }
-        assembler_.add(PlistCell::ofBoolean(tag.element == XMLElement::trueElement));
+        tree_.add(PlistCell::ofBoolean(tag.element == XMLElement::trueElement));
     }
 
     void addDate(const StartTag& tag) {
@@ -209,18 +209,18 @@ private:
         if (!date) {
             failInvalid(tag, quoted(text) + " is not a valid date.");
         }
-        assembler_.add(PlistCell::ofDate(*date));
+        tree_.add(PlistCell::ofDate(*date));
     }
 
     void addData(const StartTag& tag) {
         const std::string_view text = readText(tag);
-        const auto data = assembler_.builder().data(
+        const auto data = tree_.builder().data(
             Base64::decodedCapacity(text.size()),
             [text](std::uint8_t* place) { return Base64::decode(text, place); });
         if (!data) {
             failInvalid(tag, "The <data> element is not valid Base64.");
         }
-        assembler_.add(*data);
+        tree_.add(*data);
     }
 
     /// The content of an element that holds text, up to and with its end tag. Valid until the next
@@ -240,7 +240,7 @@ private:
     }
 
     XMLScanner scanner_;
-    XMLAssembler assembler_;
+    XMLTreeBuilder tree_;
     XMLFastPath fastPath_;
     bool isFastPathTaken_;
     std::string buffer_;

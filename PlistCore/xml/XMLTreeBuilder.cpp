@@ -1,8 +1,8 @@
-#include "PlistCore/xml/XMLAssembler.h"
+#include "PlistCore/xml/XMLTreeBuilder.h"
 
 namespace plist::detail {
 
-void XMLAssembler::addKey(std::string_view key, std::uint8_t flags) {
+void XMLTreeBuilder::addKey(std::string_view key, std::uint8_t flags) {
     Frame& frame = top();
     frame.awaitsKey = false;
     if (frame.shape != KeyShapes::none) {
@@ -17,12 +17,12 @@ void XMLAssembler::addKey(std::string_view key, std::uint8_t flags) {
     }
 }
 
-std::string_view XMLAssembler::pendingKey() const noexcept {
+std::string_view XMLTreeBuilder::pendingKey() const noexcept {
     const KeyShapes::Shape shape = top().shape;
     return shape == KeyShapes::none ? keys_.back().bytes() : shapes_.lastKey(shape).bytes();
 }
 
-void XMLAssembler::closeDictionary() {
+void XMLTreeBuilder::closeDictionary() {
     const Frame& frame = top();
     if (const std::optional<PlistCell> uid = uidOf(frame)) {
         replaceTop(*uid);
@@ -38,12 +38,12 @@ void XMLAssembler::closeDictionary() {
     replaceTop(builder_.dictionary(keys, values));
 }
 
-void XMLAssembler::closeArray() {
+void XMLTreeBuilder::closeArray() {
     replaceTop(builder_.array(values_.from(top().firstValue)));
 }
 
 /// The archiver's references stand in XML as dictionaries with the one key CF$UID.
-std::optional<PlistCell> XMLAssembler::uidOf(const Frame& frame) const noexcept {
+std::optional<PlistCell> XMLTreeBuilder::uidOf(const Frame& frame) const noexcept {
     if (values_.size() - frame.firstValue != 1 || pendingKey() != "CF$UID") {
         return std::nullopt;
     }
@@ -56,7 +56,7 @@ std::optional<PlistCell> XMLAssembler::uidOf(const Frame& frame) const noexcept 
     return isNegative ? std::nullopt : std::optional(PlistCell::ofUid(value.word()));
 }
 
-void XMLAssembler::replaceTop(const PlistCell& container) {
+void XMLTreeBuilder::replaceTop(const PlistCell& container) {
     values_.shrink(top().firstValue);
     keys_.shrink(top().firstKey);
     --depth_;

@@ -19,13 +19,13 @@ namespace plist::detail {
 /// Children wait on one stack, whatever their container, and are stored once when it closes. The
 /// keys of a dictionary are followed through `KeyShapes` for as long as that pays; where it does
 /// not, they wait on a stack of their own.
-class XMLAssembler {
+class XMLTreeBuilder {
 public:
     /// The most containers that may be open inside each other.
     static constexpr std::size_t depthLimit = 512;
 
     /// For an input of `inputSize` bytes, which is about what its values and texts will take.
-    explicit XMLAssembler(std::size_t inputSize)
+    explicit XMLTreeBuilder(std::size_t inputSize)
         : builder_(inputSize),
           shapes_(builder_),
           values_(inputSize / leastValueSize + 1),
@@ -86,7 +86,7 @@ public:
     void closeDictionary();
     void closeArray();
 
-    /// The one value that was added outside of all containers. Ends the assembling.
+    /// The one value that was added outside of all containers. Ends the building.
     PlistValue finish() noexcept { return builder_.finish(values_.back()); }
 
 private:
