@@ -4,7 +4,6 @@
 #include <QMetaObject>
 #include <algorithm>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -16,6 +15,7 @@
 #include "app/model/runtime/MainThread.h"
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
+#include "app/model/tree/TypeName.h"
 
 namespace {
 
@@ -199,9 +199,8 @@ std::optional<QString> DocumentActions::setValueFromText(PlistNode& node,
         editor_.changeValue(node, *value);
         return std::nullopt;
     }
-    const std::string_view type = displayName(node.type());
     return QCoreApplication::translate("DocumentActions", "“%1” is not a valid %2.")
-        .arg(text, QLatin1String(type.data(), static_cast<int>(type.size())));
+        .arg(text, TypeName::of(node.type()));
 }
 
 void DocumentActions::changeValue(PlistNode& node, const PlistValue& value) const {

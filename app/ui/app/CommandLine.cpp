@@ -13,10 +13,6 @@
 
 namespace {
 
-QString translated(const char* text) {
-    return QCoreApplication::translate("CommandLine", text);
-}
-
 [[noreturn]] void fail(const QString& message) {
     std::cerr << "tabulet: " << qUtf8Printable(message) << '\n';
     std::exit(2);
@@ -27,7 +23,8 @@ QStringList pathsNamedBy(const QStringList& arguments) {
     for (const QString& argument : arguments) {
         const std::optional<QString> path = FilePath::fromInput(argument);
         if (!path) {
-            fail(translated("“%1” is not the address of a file on this computer.")
+            fail(QCoreApplication::translate("CommandLine",
+                                             "“%1” is not the address of a file on this computer.")
                      .arg(FilePath::shown(argument)));
         }
         paths += *path;
@@ -70,16 +67,20 @@ CommandLine CommandLine::parse(std::span<char* const> arguments) {
         texts += FilePath::decoded(argument);
     }
     QCommandLineParser parser;
-    parser.setApplicationDescription(translated("An editor for property lists."));
+    parser.setApplicationDescription(
+        QCoreApplication::translate("CommandLine", "An editor for property lists."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption picture(
         QStringLiteral("picture"),
-        translated("Open one file, save a screenshot of its window to <path>, and quit."),
+        QCoreApplication::translate(
+            "CommandLine", "Open one file, save a screenshot of its window to <path>, and quit."),
         QStringLiteral("path"));
     parser.addOption(picture);
-    parser.addPositionalArgument(QStringLiteral("file"), translated("The property lists to open."),
-                                 QStringLiteral("[file\u2026]"));
+    parser.addPositionalArgument(
+        QStringLiteral("file"),
+        QCoreApplication::translate("CommandLine", "The property lists to open."),
+        QStringLiteral("[file\u2026]"));
     QCommandLineOption service(QStringLiteral("service"));
     service.setFlags(QCommandLineOption::HiddenFromHelp);
     parser.addOption(service);
@@ -91,7 +92,8 @@ CommandLine CommandLine::parse(std::span<char* const> arguments) {
     CommandLine result{pathsNamedBy(parser.positionalArguments()), parser.isSet(service),
                        parser.value(picture)};
     if (parser.isSet(picture) && (result.paths.size() != 1 || result.picturePath.isEmpty())) {
-        fail(translated("--picture needs a path and exactly one file."));
+        fail(QCoreApplication::translate("CommandLine",
+                                         "--picture needs a path and exactly one file."));
     }
     return result;
 }

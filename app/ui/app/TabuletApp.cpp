@@ -3,27 +3,18 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QTimer>
-#include <QTranslator>
 #include <algorithm>
 #include <chrono>
 
 #include "app/desktop/files/FilePath.h"
 #include "app/desktop/files/StateFolder.h"
 #include "app/desktop/session/RecentDocuments.h"
+#include "app/ui/app/Language.h"
 #include "app/ui/dialogs/FileDialogs.h"
 #include "app/ui/document/DocumentView.h"
 #include "app/ui/window/DocumentWindow.h"
 
 namespace {
-
-/// The texts in the sources are English, but do not tell singular from plural: that is in a
-/// catalogue, which is needed whatever the user's language.
-void loadTexts() {
-    auto* translator = new QTranslator(qApp);
-    if (translator->load(QStringLiteral(":/i18n/tabulet_en.qm"))) {
-        QCoreApplication::installTranslator(translator);
-    }
-}
 
 /// Whether a window shows its file, and the user has not done anything to it yet.
 bool isUntouched(DocumentWindow& window) {
@@ -67,7 +58,7 @@ void TabuletApp::setUp(const QString& version) {
     QCoreApplication::setApplicationVersion(version);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tabulet"));
     QGuiApplication::setDesktopFileName(QStringLiteral("com.ventrel.Tabulet"));
-    loadTexts();
+    Language::load();
 }
 
 void TabuletApp::start(const QStringList& paths) {

@@ -24,9 +24,13 @@ int printText(int argc, char** argv) {
 /// Says why nothing can be shown, which the toolkit would answer with an abort. What is wrong with
 /// the arguments comes first.
 int refuseWithoutDisplay(int argc, char** argv) {
-    printText(argc, argv);
-    std::cerr << "tabulet: There is no display to show windows on: neither DISPLAY nor "
-                 "WAYLAND_DISPLAY is set.\n";
+    const QCoreApplication application(argc, argv);
+    TabuletApp::setUp(QStringLiteral(TABULET_VERSION));
+    CommandLine::parse({argv, static_cast<std::size_t>(argc)});
+    const QString reason = QCoreApplication::translate(
+        "CommandLine",
+        "There is no display to show windows on: neither DISPLAY nor WAYLAND_DISPLAY is set.");
+    std::cerr << "tabulet: " << qUtf8Printable(reason) << '\n';
     return 1;
 }
 

@@ -10,24 +10,21 @@ namespace {
 
 constexpr auto fileSuffix = "plist";
 
-QString translated(const char* text) {
-    return QCoreApplication::translate("FileDialogs", text);
-}
-
 QFileDialog* makeDialog(QWidget& window, const QString& title) {
     auto* dialog = new QFileDialog(&window, title);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowModality(Qt::WindowModal);
     dialog->setNameFilters(
-        {translated("Property lists (*.plist *.entitlements *.xcprivacy *.stringsdict)"),
-         translated("All files (*)")});
+        {QCoreApplication::translate(
+             "FileDialogs", "Property lists (*.plist *.entitlements *.xcprivacy *.stringsdict)"),
+         QCoreApplication::translate("FileDialogs", "All files (*)")});
     return dialog;
 }
 
 }  // namespace
 
 QFileDialog* FileDialogs::opening(QWidget& window, const QString& folder) {
-    QFileDialog* dialog = makeDialog(window, translated("Open"));
+    QFileDialog* dialog = makeDialog(window, QCoreApplication::translate("FileDialogs", "Open"));
     dialog->setFileMode(QFileDialog::ExistingFiles);
     dialog->setAcceptMode(QFileDialog::AcceptOpen);
     if (!folder.isEmpty()) {
@@ -37,7 +34,7 @@ QFileDialog* FileDialogs::opening(QWidget& window, const QString& folder) {
 }
 
 QFileDialog* FileDialogs::saving(QWidget& window, const QString& path, const QString& name) {
-    QFileDialog* dialog = makeDialog(window, translated("Save As"));
+    QFileDialog* dialog = makeDialog(window, QCoreApplication::translate("FileDialogs", "Save As"));
     dialog->setFileMode(QFileDialog::AnyFile);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(QLatin1String(fileSuffix));

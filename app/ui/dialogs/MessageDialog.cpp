@@ -10,10 +10,6 @@
 
 namespace {
 
-QString translated(const char* text) {
-    return QCoreApplication::translate("MessageDialog", text);
-}
-
 QMessageBox* makeBox(QWidget& window, QMessageBox::Icon icon, const QString& text,
                      const QString& explanation) {
     auto* box = new QMessageBox(&window);
@@ -47,29 +43,35 @@ QMessageBox* MessageDialog::show(QWidget& window, const FileError& error) {
 QString MessageDialog::advice(const FileError& error) {
     switch (error.code()) {
         case FileError::Code::readFailed:
-            return translated(
+            return QCoreApplication::translate(
+                "MessageDialog",
                 "Check that the file exists and that you have permission to read it.");
         case FileError::Code::corruptFile:
-            return translated(
+            return QCoreApplication::translate(
+                "MessageDialog",
                 "Fix the file in a text editor, or open another copy of it. The file has not been "
                 "changed.");
         case FileError::Code::writeFailed:
-            return translated(
+            return QCoreApplication::translate(
+                "MessageDialog",
                 "Your changes are still in the window. Use File > Save As… to save them somewhere "
                 "else.");
         case FileError::Code::changedOnDisk:
-            return translated(
+            return QCoreApplication::translate(
+                "MessageDialog",
                 "Your changes are still in the window. Use File > Save As… to save them under "
                 "another name.");
         case FileError::Code::notEncoded:
             break;
     }
-    return translated("Your changes are still in the window. Try saving in the other format.");
+    return QCoreApplication::translate(
+        "MessageDialog", "Your changes are still in the window. Try saving in the other format.");
 }
 
 QMessageBox* MessageDialog::askToDiscard(QWidget& window, const QString& question) {
-    QMessageBox* box = makeBox(window, QMessageBox::Warning, question,
-                               translated("Discarded changes can't be recovered."));
+    QMessageBox* box = makeBox(
+        window, QMessageBox::Warning, question,
+        QCoreApplication::translate("MessageDialog", "Discarded changes can't be recovered."));
     box->setStandardButtons(QMessageBox::Discard | QMessageBox::Cancel);
     box->setDefaultButton(QMessageBox::Cancel);
     box->open();
@@ -77,19 +79,22 @@ QMessageBox* MessageDialog::askToDiscard(QWidget& window, const QString& questio
 }
 
 QMessageBox* MessageDialog::askToRestore(QWidget& window, const QString& name) {
-    QMessageBox* box =
-        makeBox(window, QMessageBox::Warning, translated("Saving “%1” was interrupted.").arg(name),
-                translated("The file may contain only part of what was being saved. Its previous "
-                           "contents were backed up and can be restored."));
+    QMessageBox* box = makeBox(
+        window, QMessageBox::Warning,
+        QCoreApplication::translate("MessageDialog", "Saving “%1” was interrupted.").arg(name),
+        QCoreApplication::translate(
+            "MessageDialog",
+            "The file may contain only part of what was being saved. Its previous "
+            "contents were backed up and can be restored."));
     box->setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Open);
     const auto rename = [box](QMessageBox::StandardButton button, const QString& text) {
         box->button(button)->setText(text);
         // The icon belongs to the old text.
         box->button(button)->setIcon({});
     };
-    rename(QMessageBox::Yes, translated("Restore"));
-    rename(QMessageBox::No, translated("Keep Current"));
-    rename(QMessageBox::Open, translated("Show Folder"));
+    rename(QMessageBox::Yes, QCoreApplication::translate("MessageDialog", "Restore"));
+    rename(QMessageBox::No, QCoreApplication::translate("MessageDialog", "Keep Current"));
+    rename(QMessageBox::Open, QCoreApplication::translate("MessageDialog", "Show Folder"));
     box->setDefaultButton(QMessageBox::Yes);
     // Leaves everything as it is.
     box->setEscapeButton(QMessageBox::Open);
@@ -98,9 +103,12 @@ QMessageBox* MessageDialog::askToRestore(QWidget& window, const QString& name) {
 }
 
 QMessageBox* MessageDialog::askToSave(QWidget& window, const QString& name) {
-    QMessageBox* box = makeBox(window, QMessageBox::Warning,
-                               translated("Do you want to save the changes to “%1”?").arg(name),
-                               translated("Your changes will be lost if you don't save them."));
+    QMessageBox* box = makeBox(
+        window, QMessageBox::Warning,
+        QCoreApplication::translate("MessageDialog", "Do you want to save the changes to “%1”?")
+            .arg(name),
+        QCoreApplication::translate("MessageDialog",
+                                    "Your changes will be lost if you don't save them."));
     box->setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     box->setDefaultButton(QMessageBox::Save);
     box->open();
@@ -113,12 +121,16 @@ QMessageBox* MessageDialog::askAboutChange(QWidget& window, const FileError& err
         makeBox(window, QMessageBox::Warning, error.message(),
                 QStringLiteral("%1\n\n%2")
                     .arg(error.failureReason(),
-                         translated("Overwrite replaces what is in the file now. Reload replaces "
-                                    "what is in the window, and can be undone.")));
-    const QAbstractButton* overwrite =
-        box->addButton(translated("Overwrite"), QMessageBox::DestructiveRole);
-    const QAbstractButton* saveAs = box->addButton(translated("Save As…"), QMessageBox::ActionRole);
-    const QAbstractButton* reload = box->addButton(translated("Reload"), QMessageBox::ActionRole);
+                         QCoreApplication::translate(
+                             "MessageDialog",
+                             "Overwrite replaces what is in the file now. Reload replaces "
+                             "what is in the window, and can be undone.")));
+    const QAbstractButton* overwrite = box->addButton(
+        QCoreApplication::translate("MessageDialog", "Overwrite"), QMessageBox::DestructiveRole);
+    const QAbstractButton* saveAs = box->addButton(
+        QCoreApplication::translate("MessageDialog", "Save As…"), QMessageBox::ActionRole);
+    const QAbstractButton* reload = box->addButton(
+        QCoreApplication::translate("MessageDialog", "Reload"), QMessageBox::ActionRole);
     box->setDefaultButton(box->addButton(QMessageBox::Cancel));
     box->setEscapeButton(QMessageBox::Cancel);
     QObject::connect(box, &QMessageBox::finished, &window,

@@ -142,8 +142,7 @@ void DocumentView::expandAll() {
 }
 
 void DocumentView::explainRefusedExpansion() {
-    const QString limit =
-        QLocale(QLocale::English).toString(qulonglong(OutlineState::expandedValueLimit));
+    const QString limit = QLocale().toString(qulonglong(OutlineState::expandedValueLimit));
     MessageDialog::show(*window(), tr("There are too many items to show at once."),
                         tr("More than %1 items would appear, because parts of this document are "
                            "used in many places. Expand smaller parts instead.")

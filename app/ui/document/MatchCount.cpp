@@ -18,9 +18,8 @@ MatchCount::MatchCount(QWidget* parent) : QWidget(parent), label_(new SecondaryL
 void MatchCount::show(const SearchState& search) {
     constexpr std::size_t greatest = std::numeric_limits<int>::max();
     const int count = static_cast<int>(std::min(search.matchIDs().size(), greatest));
-    label_->setText(
-        search.hasAllMatches()
-            ? tr("%n match(es)", nullptr, count)
-            : tr("More than %1 matches").arg(QLocale(QLocale::English).toString(count)));
+    label_->setText(search.hasAllMatches()
+                        ? tr("%n match(es)", nullptr, count)
+                        : tr("More than %1 matches").arg(QLocale().toString(count)));
     setVisible(search.visibleIDs().has_value());
 }

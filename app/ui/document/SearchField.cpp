@@ -1,6 +1,7 @@
 #include "app/ui/document/SearchField.h"
 
 #include <QKeyEvent>
+#include <algorithm>
 
 namespace {
 
@@ -15,8 +16,10 @@ SearchField::SearchField(QWidget* parent) : QLineEdit(parent) {
     setAccessibleName(tr("Search"));
     setClearButtonEnabled(true);
     const int character = fontMetrics().averageCharWidth();
-    setMinimumWidth(leastCharacters * character);
-    setMaximumWidth(mostCharacters * character);
+    // The prompt is longer in other languages, and has room at its side for the clear button.
+    const int prompt = fontMetrics().horizontalAdvance(placeholderText()) + 4 * character;
+    setMinimumWidth(std::max(leastCharacters * character, prompt));
+    setMaximumWidth(std::max(mostCharacters * character, prompt));
 }
 
 void SearchField::activate() {

@@ -1,9 +1,8 @@
 #include "app/ui/editors/TypeMenu.h"
 
-#include <string_view>
-
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
+#include "app/model/tree/TypeName.h"
 
 bool TypeMenu::isFor(const PlistNode& node) {
     return node.type() != PlistType::uid;
@@ -15,8 +14,7 @@ TypeMenu::TypeMenu(const DocumentActions& actions, const PlistNodePtr& node, QWi
         if (type == PlistType::uid) {
             continue;
         }
-        const std::string_view name = displayName(type);
-        QAction* item = addAction(QString::fromUtf8(name.data(), qsizetype(name.size())));
+        QAction* item = addAction(TypeName::of(type));
         // Not in a group, for which some styles show dots instead of check marks.
         item->setCheckable(true);
         item->setChecked(type == node->type());

@@ -7,6 +7,7 @@
 
 #include "app/model/runtime/Plist.h"
 #include "app/model/tree/PlistNode.h"
+#include "app/model/tree/TypeName.h"
 #include "app/ui/text/DataText.h"
 #include "app/ui/text/DateText.h"
 #include "app/ui/text/SingleLineText.h"
@@ -61,8 +62,7 @@ QString RowText::key(const OutlineRow& row) {
 }
 
 QString RowText::type(const OutlineRow& row) {
-    const std::string_view name = displayName(row.node().type());
-    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+    return TypeName::of(row.node().type());
 }
 
 QString RowText::value(const OutlineRow& row) {

@@ -22,6 +22,16 @@
     </message>
 </context>
 <context>
+    <name>RecoveryDialog</name>
+    <message numerus="yes">
+        <source>Do you want to discard the changes to %n documents?</source>
+        <translation>
+            <numerusform>Do you want to discard the changes to %n document?</numerusform>
+            <numerusform>Do you want to discard the changes to %n documents?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>RowText</name>
     <message numerus="yes">
         <source>%n item(s)</source>
