@@ -33,6 +33,8 @@ QPlainTextEdit* makeEditor(const QString& name, QWidget* parent) {
     auto* editor = new QPlainTextEdit(parent);
     editor->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     editor->setAccessibleName(name);
+    // Bytes are written from left to right in every language.
+    editor->setLayoutDirection(Qt::LeftToRight);
     editor->setTabChangesFocus(true);
     return editor;
 }

@@ -6,6 +6,7 @@
 
 #include "app/desktop/files/FilePath.h"
 #include "app/desktop/session/RecentDocuments.h"
+#include "app/ui/text/OwnDirection.h"
 
 namespace {
 
@@ -16,7 +17,7 @@ QString titleFor(const QString& path, const QHash<QString, int>& namesakes) {
                                                     name, FilePath::shown(FilePath::folder(path)))
                                               : name;
     // A single ampersand would underline the letter after it.
-    return QString(title).replace(u'&', QStringLiteral("&&"));
+    return OwnDirection::isolated(title).replace(u'&', QStringLiteral("&&"));
 }
 
 }  // namespace

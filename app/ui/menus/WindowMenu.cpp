@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <utility>
 
+#include "app/ui/text/OwnDirection.h"
+
 namespace {
 
 /// The name of the document, with an asterisk where it has unsaved changes.
@@ -11,7 +13,7 @@ QString titleFor(const QWidget& window) {
     QString title = window.windowTitle();
     title.replace(QStringLiteral("[*]"),
                   window.isWindowModified() ? QStringLiteral("*") : QString());
-    return title.replace(u'&', QStringLiteral("&&"));
+    return OwnDirection::isolated(title).replace(u'&', QStringLiteral("&&"));
 }
 
 }  // namespace

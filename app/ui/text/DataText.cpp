@@ -7,6 +7,8 @@
 #include <array>
 #include <cmath>
 
+#include "app/ui/text/OwnDirection.h"
+
 namespace {
 
 struct Unit {
@@ -75,8 +77,9 @@ QString DataText::size(qint64 count) {
         return QCoreApplication::translate("DataText", "Zero kB");
     }
     if (count < 1000) {
-        return QCoreApplication::translate("DataText", "%n byte(s)", nullptr,
-                                           static_cast<int>(count));
+        // lupdate overlooks a text that is followed by a cast with angle brackets.
+        const auto number = static_cast<int>(count);
+        return QCoreApplication::translate("DataText", "%n byte(s)", nullptr, number);
     }
     return inUnits(static_cast<double>(count));
 }
@@ -87,11 +90,11 @@ QString DataText::summary(std::span<const std::uint8_t> bytes) {
         return text;
     }
     text += QStringLiteral(" \u00B7 ");
-    text += hexadecimal(bytes.first(std::min(bytes.size(), shownBytes)));
+    QString content = hexadecimal(bytes.first(std::min(bytes.size(), shownBytes)));
     if (bytes.size() > shownBytes) {
-        text += u'\u2026';
+        content += u'\u2026';
     }
-    return text;
+    return text + OwnDirection::isolated(content);
 }
 
 QString DataText::dump(std::span<const std::uint8_t> bytes) {

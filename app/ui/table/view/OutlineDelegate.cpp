@@ -13,6 +13,7 @@
 #include "app/ui/look/CellMetrics.h"
 #include "app/ui/look/Colors.h"
 #include "app/ui/table/view/OutlineTableModel.h"
+#include "app/ui/text/OwnDirection.h"
 #include "app/ui/text/PlainToolTip.h"
 
 namespace {
@@ -59,6 +60,11 @@ void paintFocus(QPainter& painter, const QStyleOptionViewItem& option, const QMo
     focus.state |= QStyle::State_KeyboardFocusChange | QStyle::State_Item;
     focus.backgroundColor = option.palette.color(colorGroup(option), QPalette::Base);
     styleOf(option).drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, option.widget);
+}
+
+/// Where the texts of cells begin, whatever their own direction.
+Qt::Alignment cellAlignment(Qt::LayoutDirection layout) {
+    return QStyle::visualAlignment(layout, Qt::AlignLeft | Qt::AlignVCenter);
 }
 
 /// No more of a text than could fit: measuring all of it would cost time, and few characters are
@@ -109,6 +115,7 @@ void OutlineDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionVi
     // The text keeps its place when editing begins, and the field extends to the end of the cell.
     const int margin = CellMetrics(option.font).padding();
     if (auto* line = qobject_cast<QLineEdit*>(editor)) {
+        line->setAlignment(cellAlignment(option.direction));
         line->setTextMargins(margin - CellField::ownTextMargin, 0,
                              margin - CellField::ownTextMargin, 0);
     }
@@ -170,11 +177,11 @@ void OutlineDelegate::paintText(QPainter& painter, const QStyleOptionViewItem& o
                                 const QRect& rect, const QString& text, Tone tone) {
     const QString shown = option.fontMetrics.elidedText(
         fitting(text, option.fontMetrics, rect.width()), Qt::ElideRight, rect.width());
-    const Qt::Alignment side =
-        QStyle::visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter);
     painter.setFont(option.font);
     painter.setPen(textColor(option, tone));
-    painter.drawText(rect, static_cast<int>(side) | Qt::TextSingleLine, shown);
+    painter.setLayoutDirection(OwnDirection::of(text));
+    painter.drawText(rect, static_cast<int>(cellAlignment(option.direction)) | Qt::TextSingleLine,
+                     shown);
 }
 
 QRect OutlineDelegate::contentRect(const QStyleOptionViewItem& option) {
