@@ -80,8 +80,10 @@ inline PlistEntries PlistValue::entries() const& noexcept {
 
 }  // namespace plist
 
-/// Iterators stay valid without the range they come from.
+/// @cond internals
+// Iterators stay valid without the range they come from.
 template <>
 inline constexpr bool std::ranges::enable_borrowed_range<plist::PlistEntries> = true;
+/// @endcond
 
 #pragma GCC visibility pop
