@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Every text of the program is in every catalogue, translated, with the same placeholders.
+# Every text of the program is in every catalogue, translated, with the same placeholders; and the
+# program speaks the first of the user's languages that it has.
 #
-# usage: translationsTest.sh SOURCE LUPDATE
+# usage: translationsTest.sh SOURCE LUPDATE PROGRAM
 set -euo pipefail
 
 scratch=$(mktemp -d)
@@ -44,3 +45,14 @@ for path in sys.argv[1:]:
                 failures += 1
 sys.exit(failures != 0)
 END
+
+# The second line of --help, for a user's list of languages.
+description() {
+    LC_ALL='' LANG=C.UTF-8 LANGUAGE=$1 "$program" --help | sed -n 2p
+}
+program=$3
+[[ $(description de) == "Ein Editor für Eigenschaftslisten." ]]
+[[ $(description de_AT) == "Ein Editor für Eigenschaftslisten." ]]
+[[ $(description tlh:de) == "Ein Editor für Eigenschaftslisten." ]]
+[[ $(description en:de) == "An editor for property lists." ]]
+[[ $(description tlh) == "An editor for property lists." ]]

@@ -60,8 +60,10 @@ void EditMenu::addHistory() {
 }
 
 void EditMenu::updateHistory() {
-    undo_->setText(tr("&Undo %1").arg(undoManager_.undoActionName()).trimmed());
-    redo_->setText(tr("&Redo %1").arg(undoManager_.redoActionName()).trimmed());
+    const QString undone = undoManager_.undoActionName();
+    const QString redone = undoManager_.redoActionName();
+    undo_->setText(undone.isEmpty() ? tr("&Undo") : tr("&Undo %1").arg(undone));
+    redo_->setText(redone.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(redone));
     undo_->setEnabled(undoManager_.canUndo());
     redo_->setEnabled(undoManager_.canRedo());
 }
@@ -74,8 +76,8 @@ void EditMenu::updateHistoryForField() {
             item->setEnabled(true);
         }
     };
-    offer(undo_, "undoAvailable", tr("&Undo %1").arg(QString()).trimmed());
-    offer(redo_, "redoAvailable", tr("&Redo %1").arg(QString()).trimmed());
+    offer(undo_, "undoAvailable", tr("&Undo"));
+    offer(redo_, "redoAvailable", tr("&Redo"));
 }
 
 // --- What is selected ---

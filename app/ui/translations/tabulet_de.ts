@@ -349,6 +349,14 @@ Die Sicherung liegt in „%2“.</translation>
         <source>Select &amp;All</source>
         <translation>&amp;Alles auswählen</translation>
     </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Wiederherstellen</translation>
+    </message>
 </context>
 <context>
     <name>EmptyState</name>
