@@ -19,6 +19,8 @@ class DocumentViewTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { QLocale::setDefault(QLocale::system()); }
+
     void showsTheBannerForOpenStep() {
         PlistDocument document;
         DocumentView view(document);
@@ -141,7 +143,19 @@ private Q_SLOTS:
         QCOMPARE(view.table().model()->rowCount(), 6);
     }
 
+    void explainsWhyNotAllIsExpanded_data() {
+        QTest::addColumn<QLocale>("locale");
+        QTest::addColumn<QString>("beginning");
+        QTest::newRow("English") << QLocale(QLocale::English)
+                                 << QStringLiteral("More than 10,000,000 items would appear");
+        QTest::newRow("German") << QLocale(QLocale::German)
+                                << QStringLiteral("More than 10.000.000 items would appear");
+    }
+
     void explainsWhyNotAllIsExpanded() {
+        QFETCH(const QLocale, locale);
+        QFETCH(const QString, beginning);
+        QLocale::setDefault(locale);
         PlistValue value = PlistValue::array();
         for (int i = 0; i < 40; ++i) {
             value = PlistValue::array({value, value});
@@ -155,8 +169,7 @@ private Q_SLOTS:
         const auto* box = view.window()->findChild<QMessageBox*>();
         QVERIFY(box != nullptr);
         QCOMPARE(box->text(), QStringLiteral("There are too many items to show at once."));
-        QVERIFY(box->informativeText().startsWith(
-            QStringLiteral("More than 10,000,000 items would appear")));
+        QVERIFY(box->informativeText().startsWith(beginning));
     }
 };
 
