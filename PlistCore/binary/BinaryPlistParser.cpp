@@ -17,6 +17,7 @@
 #include "PlistCore/PlistInteger.h"
 #include "PlistCore/binary/BigEndian.h"
 #include "PlistCore/binary/Utf16BigEndian.h"
+#include "PlistCore/memory/ByteView.h"
 #include "PlistCore/memory/FreshArray.h"
 #include "PlistCore/text/UnicodeText.h"
 #include "PlistCore/value/PlistBuilder.h"
@@ -372,8 +373,7 @@ void Reader::openContainer(const OpenContainer& container) {
         opened.slot = opened.values;
         return;
     }
-    const std::string_view references(reinterpret_cast<const char*>(opened.next),
-                                      static_cast<std::size_t>(opened.endOfKeys - opened.next));
+    const std::string_view references = charactersOf({opened.next, opened.endOfKeys});
     const PlistCell* const sameKeys = keyLists_.find(references);
     if (sameKeys != nullptr) {
         opened.next = opened.endOfKeys;
@@ -396,7 +396,7 @@ void Reader::beginValues(OpenContainer& dictionary) {
     if (!dictionary.hasOtherKeys) {
         const std::size_t size = dictionary.count * trailer_.referenceSize;
         const std::uint8_t* const references = dictionary.endOfKeys - size;
-        keyLists_.remember({reinterpret_cast<const char*>(references), size}, dictionary.keys);
+        keyLists_.remember(charactersOf({references, size}), dictionary.keys);
     }
     dictionary.values = builder_.roomForEntries(
         reinterpret_cast<const PlistString*>(dictionary.keys), dictionary.count);
@@ -585,7 +585,7 @@ Payload Reader::payloadOf(std::uint64_t offset) const {
 std::string_view Reader::takeBytes(const Payload& payload, std::uint64_t width) {
     checkRange(payload.offset, payload.count, width);
     noteRead(contentRead_, payload.count * width);
-    return {reinterpret_cast<const char*>(bytes_.data() + payload.offset), payload.count * width};
+    return charactersOf({bytes_.data() + payload.offset, payload.count * width});
 }
 
 /// Adds to what objects held so far. No file needs more than its size, but one whose objects

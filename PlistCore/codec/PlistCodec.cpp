@@ -7,6 +7,7 @@
 #include "PlistCore/PlistExpansion.h"
 #include "PlistCore/binary/BinaryPlistParser.h"
 #include "PlistCore/binary/BinaryPlistSerializer.h"
+#include "PlistCore/memory/ByteView.h"
 #include "PlistCore/openstep/OpenStepPlistParser.h"
 #include "PlistCore/text/TextEncoding.h"
 #include "PlistCore/text/UnicodeText.h"
@@ -22,14 +23,6 @@ static_assert(detail::OpenStepPlistParser::nestingLimit == PlistCodec::maximumDe
 static_assert(detail::XMLPlistParser::nestingLimit == PlistCodec::maximumDepth);
 
 constexpr std::string_view binaryStart = "bplist00";
-
-std::span<const std::uint8_t> bytesOf(std::string_view text) {
-    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
-
-std::string_view viewOf(std::span<const std::uint8_t> bytes) {
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
 
 /// The first byte that tells text forms apart. White space and the bytes of the UTF-8 byte-order
 /// mark, in any order and number, tell nothing; throws if there is nothing else.
@@ -50,7 +43,7 @@ PlistFile readDeclaredXml(std::span<const std::uint8_t> bytes) {
     if (!detail::XMLPlistParser::acceptsEncoding(bytes)) {
         const std::optional<std::string> encoding = detail::TextEncoding::declaredEncoding(bytes);
         if (encoding && !detail::TextEncoding::contradictsDeclaration(bytes, *encoding)) {
-            return readXml(bytesOf(detail::TextEncoding::toUtf8(bytes, *encoding)));
+            return readXml(detail::bytesOf(detail::TextEncoding::toUtf8(bytes, *encoding)));
         }
     }
     return readXml(bytes);
@@ -67,7 +60,7 @@ PlistFile readOpenStep(std::string_view text) {
 
 /// Text that was UTF-16 or UTF-32, whatever encoding its declaration names.
 PlistFile readConverted(std::string_view text) {
-    return firstTellingByte(text) == '<' ? readXml(bytesOf(text)) : readOpenStep(text);
+    return firstTellingByte(text) == '<' ? readXml(detail::bytesOf(text)) : readOpenStep(text);
 }
 
 void checkWrittenValues(const PlistValue& value, std::uint64_t limit) {
@@ -107,7 +100,7 @@ auto attempted(const Work& work) -> PlistResult<decltype(work())> {
 }  // namespace
 
 PlistFile PlistCodec::read(std::span<const std::uint8_t> bytes) {
-    const std::string_view text = viewOf(bytes);
+    const std::string_view text = detail::charactersOf(bytes);
     if (text.starts_with(binaryStart)) {
         return {detail::BinaryPlistParser::parse(bytes), PlistFormat::binary};
     }
@@ -119,7 +112,7 @@ PlistFile PlistCodec::read(std::span<const std::uint8_t> bytes) {
 }
 
 PlistFile PlistCodec::read(std::string_view bytes) {
-    return read(bytesOf(bytes));
+    return read(detail::bytesOf(bytes));
 }
 
 PlistBytes PlistCodec::write(const PlistValue& value, PlistFormat format,
@@ -142,7 +135,7 @@ PlistResult<PlistFile> PlistCodec::tryRead(std::span<const std::uint8_t> bytes) 
 }
 
 PlistResult<PlistFile> PlistCodec::tryRead(std::string_view bytes) {
-    return tryRead(bytesOf(bytes));
+    return tryRead(detail::bytesOf(bytes));
 }
 
 PlistResult<PlistBytes> PlistCodec::tryWrite(const PlistValue& value, PlistFormat format,

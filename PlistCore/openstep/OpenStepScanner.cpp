@@ -8,19 +8,16 @@
 #include "PlistCore/PlistError.h"
 #include "PlistCore/PlistText.h"
 #include "PlistCore/openstep/NextStepEncoding.h"
+#include "PlistCore/text/Ascii.h"
+#include "PlistCore/text/TextEncoding.h"
 #include "PlistCore/text/UnicodeText.h"
 
 namespace plist::detail {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view whiteSpace = " \t\n\v\f\r";
 constexpr char32_t replacementCharacter = 0xFFFD;
-
-constexpr bool isDigit(char byte) {
-    return byte >= '0' && byte <= '9';
-}
 
 constexpr bool isOctalDigit(char byte) {
     return byte >= '0' && byte <= '7';
@@ -54,7 +51,7 @@ constexpr bool isWhiteSpace(char byte) {
 
 /// The value of a hexadecimal digit, or -1.
 constexpr int hexadecimalDigit(char byte) {
-    if (isDigit(byte)) {
+    if (Ascii::isDigit(byte)) {
         return byte - '0';
     }
     if (byte >= 'a' && byte <= 'f') {
@@ -81,7 +78,7 @@ bool hasShape(std::string_view text, std::string_view shape) {
                       [](char byte, char model) {
                           switch (model) {
                               case '0':
-                                  return isDigit(byte);
+                                  return Ascii::isDigit(byte);
                               case '+':
                                   return byte == '+' || byte == '-';
                               default:
@@ -118,8 +115,8 @@ std::optional<double> parseZonedDate(std::string_view text) {
 }  // namespace
 
 OpenStepScanner::OpenStepScanner(std::string_view text) : text_(text) {
-    if (startsWith(byteOrderMark)) {
-        position_ = byteOrderMark.size();
+    if (startsWith(TextEncoding::utf8Mark)) {
+        position_ = TextEncoding::utf8Mark.size();
     }
 }
 

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "PlistCore/PlistCheck.h"
+#include "PlistCore/text/Ascii.h"
 
 namespace plist::detail {
 
@@ -14,12 +15,8 @@ namespace {
 /// The bit in which the two cases of an ASCII letter differ; lower case has it.
 constexpr char caseBit = 0x20;
 
-bool isAsciiLetter(char byte) noexcept {
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
-}
-
 char maskOf(char byte) noexcept {
-    return isAsciiLetter(byte) ? caseBit : '\0';
+    return Ascii::isLetter(byte) ? caseBit : '\0';
 }
 
 std::string masksOf(std::string_view text) {
@@ -31,8 +28,7 @@ std::string masksOf(std::string_view text) {
 std::string lowerCased(std::string_view text) {
     plistCheck(!text.empty(), "there is something to look for");
     std::string lower(text);
-    std::ranges::transform(lower, lower.begin(),
-                           [](char byte) { return static_cast<char>(byte | maskOf(byte)); });
+    std::ranges::transform(lower, lower.begin(), Ascii::lowerCased);
     return lower;
 }
 

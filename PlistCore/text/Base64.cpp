@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 
+#include "PlistCore/memory/ByteView.h"
 #include "PlistCore/text/UnicodeText.h"
 
 namespace plist {
@@ -81,9 +82,7 @@ bool isHarmless(std::string_view text) noexcept {
 class Decoder {
 public:
     Decoder(std::string_view text, std::uint8_t* output) noexcept
-        : place_(reinterpret_cast<const std::uint8_t*>(text.data())),
-          end_(place_ + text.size()),
-          output_(output) {}
+        : place_(detail::bytesOf(text).data()), end_(place_ + text.size()), output_(output) {}
 
     /// Decodes the digits up to the padding or the end.
     void decodeDigits() noexcept {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "PlistCore/text/Ascii.h"
 #include "PlistCore/text/UnicodeText.h"
 
 namespace plist::detail {
@@ -123,16 +124,11 @@ constexpr std::array<Name, 16> names = {{
     {"latin1", fromLatin1},
 }};
 
-constexpr char lowerCase(char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
-
 }  // namespace
 
 CommonEncodings::Decoder CommonEncodings::decoderOf(std::string_view name) noexcept {
     const auto* const found = std::find_if(names.begin(), names.end(), [name](const Name& known) {
-        return std::equal(name.begin(), name.end(), known.name.begin(), known.name.end(),
-                          [](char byte, char wanted) { return lowerCase(byte) == wanted; });
+        return Ascii::isInAnyCase(name, known.name);
     });
     return found == names.end() ? nullptr : found->decoder;
 }

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "PlistCore/text/Ascii.h"
+
 namespace plist {
 
 namespace PlistDate {
@@ -115,7 +117,7 @@ public:
     std::optional<std::int64_t> takeNumber(std::size_t mostDigits) {
         std::int64_t number = 0;
         std::size_t count = 0;
-        while (count < mostDigits && count < rest_.size() && isDigit(rest_[count])) {
+        while (count < mostDigits && count < rest_.size() && detail::Ascii::isDigit(rest_[count])) {
             number = number * 10 + (rest_[count] - '0');
             ++count;
         }
@@ -124,8 +126,6 @@ public:
     }
 
 private:
-    static bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
-
     std::string_view rest_;
 };
 

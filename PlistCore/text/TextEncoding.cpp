@@ -8,6 +8,8 @@
 #include <cstddef>
 
 #include "PlistCore/PlistError.h"
+#include "PlistCore/memory/ByteView.h"
+#include "PlistCore/text/Ascii.h"
 #include "PlistCore/text/CommonEncodings.h"
 #include "PlistCore/text/UnicodeText.h"
 
@@ -15,12 +17,7 @@ namespace plist::detail {
 
 namespace {
 
-constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view declarationStart = "<?xml";
-
-std::string_view viewOf(std::span<const std::uint8_t> bytes) {
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
 
 [[noreturn]] void failUnsupported(std::string_view encoding) {
     throw PlistError(PlistError::Malformed{"The text encoding “" + std::string(encoding) +
@@ -36,20 +33,12 @@ std::string_view viewOf(std::span<const std::uint8_t> bytes) {
     throw PlistError(PlistError::Malformed{"The text is not valid " + std::string(encoding) + "."});
 }
 
-constexpr char lowerCase(char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
-
-constexpr bool isAsciiLetter(char byte) {
-    return lowerCase(byte) >= 'a' && lowerCase(byte) <= 'z';
-}
-
 /// Whether `encoding` looks like the name of a character set. The C library gives other texts a
 /// meaning of their own: the empty one is the locale's set, and "//" starts options.
 bool isName(std::string_view encoding) {
-    return !encoding.empty() && isAsciiLetter(encoding.front()) &&
+    return !encoding.empty() && Ascii::isLetter(encoding.front()) &&
            std::all_of(encoding.begin(), encoding.end(), [](char byte) {
-               return isAsciiLetter(byte) || (byte >= '0' && byte <= '9') ||
+               return Ascii::isLetter(byte) || Ascii::isDigit(byte) ||
                       std::string_view("-_.:+").find(byte) != std::string_view::npos;
            });
 }
@@ -142,7 +131,7 @@ std::size_t findEncoding(std::string_view declaration) {
     constexpr std::string_view name = "encoding=";
     const auto found =
         std::search(declaration.begin(), declaration.end(), name.begin(), name.end(),
-                    [](char byte, char wanted) { return lowerCase(byte) == wanted; });
+                    [](char byte, char wanted) { return Ascii::lowerCased(byte) == wanted; });
     if (found == declaration.end()) {
         return std::string_view::npos;
     }
@@ -162,7 +151,7 @@ std::string_view withoutFirstCharacter(std::string_view text) {
 
 std::optional<std::string_view> TextEncoding::wideEncoding(std::span<const std::uint8_t> bytes) {
     for (const Start& start : wideStarts) {
-        if (viewOf(bytes).starts_with(start.bytes)) {
+        if (charactersOf(bytes).starts_with(start.bytes)) {
             return start.encoding;
         }
     }
@@ -171,7 +160,7 @@ std::optional<std::string_view> TextEncoding::wideEncoding(std::span<const std::
 
 std::optional<std::string> TextEncoding::declaredEncoding(std::span<const std::uint8_t> bytes) {
     constexpr std::size_t searchedBytes = 256;
-    std::string_view text = viewOf(bytes).substr(0, searchedBytes);
+    std::string_view text = charactersOf(bytes).substr(0, searchedBytes);
     if (text.starts_with(utf8Mark)) {
         text.remove_prefix(utf8Mark.size());
     }
@@ -189,7 +178,7 @@ std::optional<std::string> TextEncoding::declaredEncoding(std::span<const std::u
 
 bool TextEncoding::contradictsDeclaration(std::span<const std::uint8_t> bytes,
                                           std::string_view encoding) {
-    if (viewOf(bytes).starts_with(utf8Mark)) {
+    if (charactersOf(bytes).starts_with(utf8Mark)) {
         return true;
     }
     Converter converter(encoding);
@@ -201,7 +190,7 @@ std::string TextEncoding::toUtf8(std::span<const std::uint8_t> bytes, std::strin
     if (!converter.isSupported()) {
         failUnsupported(encoding);
     }
-    std::optional<std::string> text = converter.convert(viewOf(bytes));
+    std::optional<std::string> text = converter.convert(charactersOf(bytes));
     if (!text) {
         failInvalid(encoding);
     }

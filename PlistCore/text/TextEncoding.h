@@ -9,6 +9,9 @@
 /// Which character set the bytes of a text file are in, and the way to UTF-8.
 namespace plist::detail::TextEncoding {
 
+/// The byte-order mark of UTF-8, which says nothing but that the text is UTF-8.
+inline constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+
 /// "UTF-16" or "UTF-32" in one of its two byte orders, if the bytes begin with that byte-order mark
 /// or with "<?xml" in UTF-16; nothing otherwise.
 ///

@@ -12,6 +12,8 @@
 #include "PlistCore/Base64.h"
 #include "PlistCore/PlistDate.h"
 #include "PlistCore/PlistEntry.h"
+#include "PlistCore/memory/ByteView.h"
+#include "PlistCore/text/Ascii.h"
 #include "PlistCore/text/UnicodeText.h"
 
 namespace plist {
@@ -19,21 +21,13 @@ namespace plist {
 namespace PlistText {
 namespace {
 
-char lowerCased(char byte) noexcept {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
-
-/// Whether `text` is the lower-case ASCII `word` in any case. Letters outside ASCII need no care:
-/// the only one whose lower-case form is ASCII is the Kelvin sign, and no word here has a "k".
-bool isWord(std::string_view text, std::string_view word) noexcept {
-    return std::equal(text.begin(), text.end(), word.begin(), word.end(),
-                      [](char byte, char expected) { return lowerCased(byte) == expected; });
-}
-
+/// Letters outside ASCII need no care: the only one whose lower-case form is ASCII is the Kelvin
+/// sign, and no word here has a "k".
 template <std::size_t count>
 bool isOneOf(std::string_view text, const std::array<std::string_view, count>& words) noexcept {
-    return std::any_of(words.begin(), words.end(),
-                       [text](std::string_view word) { return isWord(text, word); });
+    return std::any_of(words.begin(), words.end(), [text](std::string_view word) {
+        return detail::Ascii::isInAnyCase(text, word);
+    });
 }
 
 /// Takes `prefix` off the front of `text` if it is there.
@@ -153,7 +147,7 @@ std::optional<PlistValue> made(const std::optional<Result>& result, PlistValue (
 
 /// What the bytes say if they are text, else their Base64.
 std::string dataText(std::span<const std::uint8_t> bytes) {
-    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const std::string_view text = detail::charactersOf(bytes);
     return detail::UnicodeText::isValidUtf8(text) ? std::string(text) : Base64::encoded(bytes);
 }
 
@@ -231,7 +225,7 @@ PlistValue convertedNumber(const PlistValue& value, PlistType type) {
 PlistValue convertedString(const PlistValue& string, PlistType type) {
     const std::string_view text = string.text();
     if (type == PlistType::data) {
-        return PlistValue::data({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+        return PlistValue::data(detail::bytesOf(text));
     }
     if (const std::optional<PlistValue> result = value(text, type)) {
         return *result;
@@ -277,7 +271,7 @@ std::optional<PlistInteger> parseInteger(std::string_view text) {
 std::optional<double> parseReal(std::string_view text) {
     text = detail::UnicodeText::trimmedWithLineBreaks(text);
     const Sign sign = takeSign(text);
-    if (isWord(text, "nan")) {
+    if (detail::Ascii::isInAnyCase(text, "nan")) {
         return std::numeric_limits<double>::quiet_NaN();
     }
     const std::optional<double> magnitude = parseMagnitude(text);

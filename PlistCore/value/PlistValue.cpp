@@ -8,6 +8,7 @@
 #include "PlistCore/PlistCheck.h"
 #include "PlistCore/PlistEntry.h"
 #include "PlistCore/PlistExpansion.h"
+#include "PlistCore/memory/ByteView.h"
 #include "PlistCore/memory/PlistArena.h"
 #include "PlistCore/value/PlistBlock.h"
 #include "PlistCore/value/PlistEquality.h"
@@ -163,8 +164,8 @@ PlistValue PlistValue::date(double seconds) noexcept {
 }
 
 PlistValue PlistValue::data(std::span<const std::uint8_t> bytes) {
-    return adopting(detail::PlistBlock::cellOfBytes(
-        PlistType::data, 0, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}));
+    return adopting(
+        detail::PlistBlock::cellOfBytes(PlistType::data, 0, detail::charactersOf(bytes)));
 }
 
 PlistValue PlistValue::uid(std::uint64_t number) noexcept {
@@ -212,8 +213,7 @@ double PlistValue::dateValue() const {
 
 std::span<const std::uint8_t> PlistValue::dataValue() const& {
     plistCheck(type() == PlistType::data, "not data");
-    const std::string_view bytes = cell_.bytes();
-    return {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()};
+    return detail::bytesOf(cell_.bytes());
 }
 
 std::uint64_t PlistValue::uidValue() const {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "PlistCore/PlistDate.h"
+#include "PlistCore/text/Ascii.h"
 #include "PlistCore/text/ByteBlock.h"
 
 namespace plist::detail {
@@ -27,10 +28,6 @@ constexpr std::size_t longestReal = 40;
 template <std::size_t size>
 bool isAt(const char* at, const char (&text)[size]) {
     return std::memcmp(at, text, size - 1) == 0;
-}
-
-bool isDigit(char byte) {
-    return byte >= '0' && byte <= '9';
 }
 
 }  // namespace
@@ -166,7 +163,7 @@ inline const char* XMLFastPath::readInteger(const char* content) {
     const char* digits = content + (isNegative ? 1 : 0);
     const char* at = digits;
     std::int64_t number = 0;
-    while (isDigit(*at) && at - digits < safeDigits) {
+    while (Ascii::isDigit(*at) && at - digits < safeDigits) {
         number = number * 10 + (*at++ - '0');
     }
     if (at == digits || !isAt(at, "</integer>")) {
@@ -176,7 +173,7 @@ inline const char* XMLFastPath::readInteger(const char* content) {
 }
 
 inline const char* XMLFastPath::readReal(const char* content) {
-    if (!isDigit(content[*content == '-' ? 1 : 0])) {
+    if (!Ascii::isDigit(content[*content == '-' ? 1 : 0])) {
         return nullptr;
     }
     double number = 0;

@@ -12,6 +12,8 @@
 #include "PlistCore/PlistDate.h"
 #include "PlistCore/PlistError.h"
 #include "PlistCore/PlistText.h"
+#include "PlistCore/memory/ByteView.h"
+#include "PlistCore/text/Ascii.h"
 #include "PlistCore/text/TextEncoding.h"
 #include "PlistCore/text/UnicodeText.h"
 #include "PlistCore/value/PlistCell.h"
@@ -25,8 +27,6 @@ namespace {
 
 static_assert(XMLPlistParser::nestingLimit == XMLTreeBuilder::depthLimit);
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
 /// One reading of one document. Everything is located by byte offset.
 class Reader {
 public:
@@ -37,8 +37,8 @@ public:
           isFastPathTaken_(paths == XMLPlistParser::Paths::fastAndPlain) {}
 
     PlistValue read() {
-        if (scanner_.isAt(byteOrderMark)) {
-            scanner_.moveTo(byteOrderMark.size());
+        if (scanner_.isAt(TextEncoding::utf8Mark)) {
+            scanner_.moveTo(TextEncoding::utf8Mark.size());
         }
         scanner_.skipMisc();
         const StartTag tag = scanner_.readStartTag();
@@ -256,29 +256,16 @@ PlistError::Line lineAt(std::uint64_t offset, std::string_view input) {
             static_cast<std::int64_t>(offset - lineStart) + 1};
 }
 
-std::string lowerCased(std::string_view text) {
-    std::string result(text);
-    for (char& byte : result) {
-        if (byte >= 'A' && byte <= 'Z') {
-            byte = static_cast<char>(byte - 'A' + 'a');
-        }
-    }
-    return result;
-}
-
 }  // namespace
 
 bool XMLPlistParser::acceptsEncoding(std::span<const std::uint8_t> bytes) {
     const std::optional<std::string> declared = TextEncoding::declaredEncoding(bytes);
-    if (!declared) {
-        return true;
-    }
-    const std::string name = lowerCased(*declared);
-    return name == "utf-8" || name == "utf8";
+    return !declared || Ascii::isInAnyCase(*declared, "utf-8") ||
+           Ascii::isInAnyCase(*declared, "utf8");
 }
 
 PlistValue XMLPlistParser::parse(std::span<const std::uint8_t> bytes, Paths paths) {
-    const std::string_view input(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const std::string_view input = charactersOf(bytes);
     try {
         return Reader(input, paths).read();
     } catch (const PlistError& error) {

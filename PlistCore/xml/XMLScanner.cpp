@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "PlistCore/text/Ascii.h"
 #include "PlistCore/text/ByteBlock.h"
 #include "PlistCore/text/UnicodeText.h"
 
@@ -35,8 +36,8 @@ constexpr bool continuesCharacter(char byte) {
 }
 
 constexpr bool isNameByte(char byte) {
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
-           (byte >= '0' && byte <= '9') || byte == '-' || byte == '.' || byte == ':' || byte == '_';
+    return Ascii::isLetter(byte) || Ascii::isDigit(byte) || byte == '-' || byte == '.' ||
+           byte == ':' || byte == '_';
 }
 
 std::optional<XMLElement> elementNamed(std::string_view name) {
