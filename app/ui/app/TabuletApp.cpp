@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QSessionManager>
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
@@ -9,6 +10,7 @@
 #include "app/desktop/files/FilePath.h"
 #include "app/desktop/files/StateFolder.h"
 #include "app/desktop/session/RecentDocuments.h"
+#include "app/desktop/session/RestartCommand.h"
 #include "app/ui/app/Language.h"
 #include "app/ui/dialogs/FileDialogs.h"
 #include "app/ui/document/DocumentView.h"
@@ -43,6 +45,8 @@ TabuletApp::TabuletApp(QObject* parent)
     connect(&terminationSignals_, &TerminationSignals::received, this,
             &TabuletApp::endWithoutAsking);
     connect(qApp, &QGuiApplication::commitDataRequest, this, &TabuletApp::keepAll,
+            Qt::DirectConnection);
+    connect(qApp, &QGuiApplication::saveStateRequest, this, &TabuletApp::tellHowToRestart,
             Qt::DirectConnection);
     qApp->installEventFilter(this);
 }
@@ -184,6 +188,16 @@ DocumentWindow* TabuletApp::windowShowing(const QString& path) const {
     return found == windows_.end() ? nullptr : *found;
 }
 
+QStringList TabuletApp::openPaths() const {
+    QStringList paths;
+    for (DocumentWindow* window : windows_) {
+        if (const QString& path = window->controller().claimedPath(); !path.isEmpty()) {
+            paths += path;
+        }
+    }
+    return paths;
+}
+
 DocumentWindow* TabuletApp::pristineWindow() const {
     const auto found = std::find_if(windows_.begin(), windows_.end(), [](DocumentWindow* window) {
         return window->controller().isPristine() && window->isUndisturbed();
@@ -200,9 +214,25 @@ void TabuletApp::askForFiles(DocumentWindow& window) const {
 }
 
 void TabuletApp::recover(const RecoverableDocument& lost) {
+    if (DocumentWindow* window = windowReading(lost)) {
+        // Its file may have been named at the start: one window shows both, one after the other.
+        connect(
+            &window->controller(), &DocumentController::activityChanged, this,
+            [this, lost] { recover(lost); },
+            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+        return;
+    }
     DocumentWindow* window = windowFor(lost);
     window->recover(lost);
     window->show();
+}
+
+/// The window that is about to show its file.
+DocumentWindow* TabuletApp::windowReading(const RecoverableDocument& lost) const {
+    DocumentWindow* window = lost.hasFile() ? windowShowing(lost.filePath()) : nullptr;
+    const bool isReading = window != nullptr &&
+                           window->controller().activity() == DocumentController::Activity::reading;
+    return isReading ? window : nullptr;
 }
 
 /// The window that shows its file without changes, or one that shows nothing yet.
@@ -225,6 +255,12 @@ void TabuletApp::keepAll() {
         window->session().keepNow();
     }
     recoveryStore_.wait();
+}
+
+/// Unsaved changes come back as after a crash, in the windows of their files.
+void TabuletApp::tellHowToRestart(QSessionManager& manager) const {
+    manager.setRestartCommand(
+        RestartCommand::showing(openPaths(), manager.sessionId() + u'_' + manager.sessionKey()));
 }
 
 void TabuletApp::endWithoutAsking() {

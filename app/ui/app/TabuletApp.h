@@ -12,6 +12,7 @@
 #include "app/ui/look/Appearance.h"
 
 class DocumentWindow;
+class QSessionManager;
 
 /// The application: opens and creates documents, each in a window of its own, and ends when the
 /// last of them is closed.
@@ -55,13 +56,18 @@ public:
     /// In the order in which they were created.
     const QList<DocumentWindow*>& windows() const noexcept { return windows_; }
 
+    /// The files of the documents that are open or being read, in the order of their windows.
+    QStringList openPaths() const;
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void keepAll();
+    void tellHowToRestart(QSessionManager& manager) const;
     void askAboutLost();
     void recover(const RecoverableDocument& lost);
+    DocumentWindow* windowReading(const RecoverableDocument& lost) const;
     DocumentWindow* windowFor(const RecoverableDocument& lost);
     DocumentWindow* makeWindow();
     void lookForLosses(DocumentWindow& window);

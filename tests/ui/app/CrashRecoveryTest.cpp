@@ -72,8 +72,7 @@ private Q_SLOTS:
     }
 
     void aFieldThatIsOpenIsKeptToo() {
-        const QString path = folder_->filePath(QStringLiteral("a.plist"));
-        Samples::writeFile(path, Samples::bytes(Samples::numbers(1), PlistFormat::xml));
+        const QString path = sample("a.plist");
         app_->start({path});
         QTRY_COMPARE(window(0).view().table().model()->rowCount(), 2);
         window(0).activateWindow();
@@ -112,8 +111,7 @@ private Q_SLOTS:
     }
 
     void comesBackInTheWindowOfItsFile() {
-        const QString path = folder_->filePath(QStringLiteral("a.plist"));
-        Samples::writeFile(path, Samples::bytes(Samples::numbers(1), PlistFormat::xml));
+        const QString path = sample("a.plist");
         app_->start({path});
         QTRY_COMPARE(window(0).controller().path(), path);
         window(0).view().actions().changeFormat(PlistFormat::binary);
@@ -128,6 +126,40 @@ private Q_SLOTS:
         window(0).save();
         QVERIFY(saved.wait());
         QVERIFY(Samples::readFile(path).startsWith("bplist00"));
+    }
+
+    void theNextLoginShowsEachDocumentOnce() {
+        const QStringList paths = {sample("a.plist"), sample("b.plist")};
+        app_->start(paths);
+        QTRY_COMPARE(window(0).controller().path(), paths.at(0));
+        QTRY_COMPARE(window(1).controller().path(), paths.at(1));
+        app_->newDocument();
+        window(1).view().actions().changeFormat(PlistFormat::binary);
+        QCOMPARE(app_->openPaths(), paths);
+        endAndStartAgain(app_->openPaths());
+        QTRY_VERIFY(dialog() != nullptr);
+        QTest::keyClick(dialog(), Qt::Key_Return);
+        QTRY_VERIFY(window(1).isWindowModified());
+        QCOMPARE(window(1).controller().document().format(), PlistFormat::binary);
+        QVERIFY(!window(0).isWindowModified());
+        QCOMPARE(app_->openPaths(), paths);
+        QCOMPARE(app_->windows().size(), 2);
+    }
+
+    void comesBackInTheWindowThatIsReadingItsFile() {
+        const QString path = sample("a.plist");
+        app_->start({path});
+        QTRY_COMPARE(window(0).controller().path(), path);
+        window(0).view().actions().changeFormat(PlistFormat::binary);
+        endAndStartAgain({});
+        QTRY_VERIFY(dialog() != nullptr);
+        app_->open({path});
+        QCOMPARE(window(0).controller().activity(), DocumentController::Activity::reading);
+        QCOMPARE(app_->openPaths(), QStringList(path));
+        QTest::keyClick(dialog(), Qt::Key_Return);
+        QTRY_VERIFY(window(0).isWindowModified());
+        QCOMPARE(window(0).controller().document().format(), PlistFormat::binary);
+        QCOMPARE(app_->windows().size(), 1);
     }
 
     void saysWhereContentLiesThatCannotBeRead() {
@@ -248,6 +280,12 @@ private:
 
     RecoveryDialog* dialog() const { return window(0).findChild<RecoveryDialog*>(); }
     QMessageBox* box() const { return window(0).findChild<QMessageBox*>(); }
+
+    QString sample(const char* name) const {
+        QString path = folder_->filePath(QLatin1String(name));
+        Samples::writeFile(path, Samples::bytes(Samples::numbers(1), PlistFormat::xml));
+        return path;
+    }
 
     void startAgain(const QStringList& paths) {
         app_ = std::make_unique<TabuletApp>();
