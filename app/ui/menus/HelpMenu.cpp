@@ -1,13 +1,14 @@
 #include "app/ui/menus/HelpMenu.h"
 
-#include <QCoreApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QKeySequence>
 #include <QLabel>
-#include <QMessageBox>
 #include <QVBoxLayout>
+
+#include "app/ui/dialogs/AboutBox.h"
+#include "app/ui/dialogs/ManualWindow.h"
 
 namespace {
 
@@ -58,9 +59,13 @@ QLabel* plainLabel(const QString& text, QWidget* parent) {
 }  // namespace
 
 HelpMenu::HelpMenu(QWidget* window) : QMenu(tr("&Help"), window) {
+    QAction* manual = addAction(tr("Tabulet &Manual"));
+    manual->setShortcut(Qt::Key_F1);
+    connect(manual, &QAction::triggered, window, [window] { ManualWindow::showFor(*window); });
     connect(addAction(tr("&Keyboard Shortcuts")), &QAction::triggered, this, &HelpMenu::showKeys);
     addSeparator();
-    connect(addAction(tr("&About Tabulet")), &QAction::triggered, this, &HelpMenu::showAbout);
+    connect(addAction(tr("&About Tabulet")), &QAction::triggered, window,
+            [window] { AboutBox::show(*window); });
 }
 
 void HelpMenu::showKeys() {
@@ -80,17 +85,4 @@ void HelpMenu::showKeys() {
     connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
     layout->addWidget(buttons);
     dialog->open();
-}
-
-void HelpMenu::showAbout() {
-    auto* box = new QMessageBox(parentWidget());
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setWindowTitle(tr("About Tabulet"));
-    box->setTextFormat(Qt::PlainText);
-    box->setText(tr("Tabulet %1").arg(QCoreApplication::applicationVersion()));
-    box->setInformativeText(
-        tr("An editor for property lists.\nFree software under the MIT "
-           "licence, without any warranty."));
-    box->setStandardButtons(QMessageBox::Close);
-    box->open();
 }

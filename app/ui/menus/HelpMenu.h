@@ -2,7 +2,8 @@
 
 #include <QMenu>
 
-/// The Help menu of a window: the keyboard shortcuts that its menus do not show, and the About box.
+/// The Help menu of a window: the manual, the keyboard shortcuts that its menus do not show, and
+/// the About box.
 class HelpMenu : public QMenu {
     Q_OBJECT
 
@@ -11,5 +12,4 @@ public:
 
 private:
     void showKeys();
-    void showAbout();
 };

@@ -2,6 +2,27 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>AboutBox</name>
+    <message>
+        <source>About Tabulet</source>
+        <translation>Über Tabulet</translation>
+    </message>
+    <message>
+        <source>Tabulet %1</source>
+        <translation>Tabulet %1</translation>
+    </message>
+    <message>
+        <source>An editor for property lists.
+Free software under the MIT licence, without any warranty.
+
+With %1.</source>
+        <translation>Ein Editor für Eigenschaftslisten.
+Freie Software unter der MIT-Lizenz, ohne jede Gewährleistung.
+
+Mit %1.</translation>
+    </message>
+</context>
+<context>
     <name>AccessibleCell</name>
     <message>
         <source>Expand</source>
@@ -587,18 +608,8 @@ Die Sicherung liegt in „%2“.</translation>
         <translation>Tasten, die nicht in den Menüs stehen:</translation>
     </message>
     <message>
-        <source>About Tabulet</source>
-        <translation>Über Tabulet</translation>
-    </message>
-    <message>
-        <source>Tabulet %1</source>
-        <translation>Tabulet %1</translation>
-    </message>
-    <message>
-        <source>An editor for property lists.
-Free software under the MIT licence, without any warranty.</source>
-        <translation>Ein Editor für Eigenschaftslisten.
-Freie Software unter der MIT-Lizenz, ohne jede Gewährleistung.</translation>
+        <source>Tabulet &amp;Manual</source>
+        <translation>Tabulet-&amp;Handbuch</translation>
     </message>
 </context>
 <context>
@@ -624,6 +635,13 @@ Freie Software unter der MIT-Lizenz, ohne jede Gewährleistung.</translation>
     <message>
         <source>This text is read-only here: it has several kinds of line breaks or special characters, which editing it here would change.</source>
         <translation>Dieser Text ist hier schreibgeschützt: Er enthält mehrere Arten von Zeilenumbrüchen oder Sonderzeichen, die sich beim Bearbeiten ändern würden.</translation>
+    </message>
+</context>
+<context>
+    <name>ManualWindow</name>
+    <message>
+        <source>Tabulet Manual</source>
+        <translation>Tabulet-Handbuch</translation>
     </message>
 </context>
 <context>

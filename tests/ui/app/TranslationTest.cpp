@@ -13,6 +13,7 @@
 #include "app/desktop/recovery/RecoveryFolder.h"
 #include "app/model/tree/TypeName.h"
 #include "app/ui/dialogs/FileDialogs.h"
+#include "app/ui/dialogs/ManualWindow.h"
 #include "app/ui/dialogs/MessageDialog.h"
 #include "app/ui/dialogs/RecoveryDialog.h"
 #include "app/ui/document/DocumentView.h"
@@ -105,9 +106,12 @@ private Q_SLOTS:
         for (QAction* action : menu.actions()) {
             if (!action->isSeparator()) {
                 action->trigger();
-                auto* dialog = window->findChild<QDialog*>();
-                compareTexts(*dialog, {"Tabulet"});
-                delete dialog;
+                QWidget* help = window->findChild<ManualWindow*>();
+                if (help == nullptr) {
+                    help = window->findChild<QDialog*>();
+                }
+                compareTexts(*help, {"Tabulet"});
+                delete help;
             }
         }
     }

@@ -4,13 +4,19 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTextDocument>
 #include <memory>
 
 #include "app/desktop/session/RecentDocuments.h"
 #include "app/ui/app/TabuletApp.h"
+#include "app/ui/dialogs/ManualWindow.h"
 #include "app/ui/document/DocumentView.h"
 #include "app/ui/window/DocumentWindow.h"
 #include "tests/ui/support/MenuTools.h"
@@ -93,9 +99,10 @@ private Q_SLOTS:
 
     void showsKeysThatNoMenuTells() {
         DocumentWindow* window = app_->newDocument();
-        QCOMPARE(MenuTools::titlesOf(*MenuTools::menuOf(*window, "Help")),
-                 (QStringList{QStringLiteral("Keyboard Shortcuts"), QStringLiteral("-"),
-                              QStringLiteral("About Tabulet")}));
+        QCOMPARE(
+            MenuTools::titlesOf(*MenuTools::menuOf(*window, "Help")),
+            (QStringList{QStringLiteral("Tabulet Manual"), QStringLiteral("Keyboard Shortcuts"),
+                         QStringLiteral("-"), QStringLiteral("About Tabulet")}));
         MenuTools::itemOf(*window, "Keyboard Shortcuts")->trigger();
         auto* dialog = window->findChild<QDialog*>();
         QVERIFY(dialog != nullptr && dialog->isVisible());
@@ -112,16 +119,63 @@ private Q_SLOTS:
         QVERIFY(!dialog->isVisible());
     }
 
+    void showsTheManual() {
+        DocumentWindow* window = app_->newDocument();
+        QAction* item = MenuTools::itemOf(*window, "Tabulet Manual");
+        QCOMPARE(item->shortcut(), QKeySequence(Qt::Key_F1));
+        item->trigger();
+        QPointer<ManualWindow> manual = window->findChild<ManualWindow*>();
+        QVERIFY(manual != nullptr && manual->isVisible());
+        QCOMPARE(manual->windowTitle(), QStringLiteral("Tabulet Manual"));
+        QCOMPARE(headingsOf(*manual),
+                 (QStringList{QStringLiteral("Tabulet Manual"),
+                              QStringLiteral("Opening and saving"), QStringLiteral("Editing"),
+                              QStringLiteral("Keys"), QStringLiteral("Searching"),
+                              QStringLiteral("Recovery"), QStringLiteral("Where files are"),
+                              QStringLiteral("What a form cannot hold")}));
+        // There is one for each window.
+        item->trigger();
+        QCOMPARE(window->findChildren<ManualWindow*>().size(), 1);
+        QVERIFY(QTest::qWaitForWindowActive(manual));
+        QTest::keyClick(manual, Qt::Key_W, Qt::ControlModifier);
+        QTRY_VERIFY(manual == nullptr);
+        QVERIFY(window->isVisible());
+    }
+
+    void theManualNamesTheKeysOfTheMenus() {
+        DocumentWindow* window = app_->newDocument();
+        MenuTools::itemOf(*window, "Tabulet Manual")->trigger();
+        const QString text = window->findChild<QTextBrowser*>()->toPlainText();
+        for (const QAction* item : window->findChildren<QAction*>()) {
+            const QString keys = item->shortcuts().value(item->shortcuts().size() - 1).toString();
+            QVERIFY2(text.contains(keys), qPrintable(keys));
+        }
+    }
+
     void saysWhatItIs() {
         DocumentWindow* window = app_->newDocument();
         MenuTools::itemOf(*window, "About Tabulet")->trigger();
         const auto* box = window->findChild<QMessageBox*>();
         QVERIFY(box != nullptr && box->isVisible());
         QCOMPARE(box->text(), QStringLiteral("Tabulet test"));
-        QVERIFY(box->informativeText().contains(QStringLiteral("MIT")));
+        const QRegularExpression text(QStringLiteral(
+            R"(^An editor for property lists\.\nFree software under the MIT licence, without any )"
+            R"(warranty\.\n\nWith Qt 6[.\d]+, utf8proc [.\d]+, xxHash \d+\.\d+\.\d+\.$)"));
+        QVERIFY2(text.match(box->informativeText()).hasMatch(), qPrintable(box->informativeText()));
     }
 
 private:
+    static QStringList headingsOf(const ManualWindow& manual) {
+        QStringList headings;
+        const QTextDocument& document = *manual.findChild<QTextBrowser*>()->document();
+        for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+            if (block.blockFormat().headingLevel() > 0) {
+                headings += block.text();
+            }
+        }
+        return headings;
+    }
+
     QString fileAt(const QString& name) const {
         const QString path = folder_->filePath(name);
         Samples::writeFile(path, Samples::bytes(Samples::numbers(1), PlistFormat::xml));
