@@ -18,9 +18,13 @@ constexpr int pageMargin = 28;
 constexpr int cellPadding = 3;
 constexpr int lineHeight = 130;
 
+/// In the language of the other texts, whose catalogue names the page; in English if there is none.
 QString manual() {
-    QFile file(QStringLiteral(":/manual.md"));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    QFile page(QStringLiteral(":/") + ManualWindow::tr("manual.md"));
+    if (!page.exists()) {
+        page.setFileName(QStringLiteral(":/manual.md"));
+    }
+    return page.open(QIODevice::ReadOnly) ? QString::fromUtf8(page.readAll()) : QString();
 }
 
 /// Tables are told by their columns, not by lines.

@@ -643,6 +643,10 @@ Die Sicherung liegt in „%2“.</translation>
         <source>Tabulet Manual</source>
         <translation>Tabulet-Handbuch</translation>
     </message>
+    <message>
+        <source>manual.md</source>
+        <translation>manual.de.md</translation>
+    </message>
 </context>
 <context>
     <name>MatchCount</name>

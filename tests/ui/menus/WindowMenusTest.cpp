@@ -142,6 +142,14 @@ private Q_SLOTS:
         QVERIFY(window->isVisible());
     }
 
+    void theManualIsWholeInEachLanguage() {
+        const QStringList pages = QDir(QStringLiteral(":/")).entryList({QStringLiteral("manual*")});
+        QCOMPARE(pages, (QStringList{QStringLiteral("manual.de.md"), QStringLiteral("manual.md")}));
+        for (const QString& page : pages) {
+            QCOMPARE(shapeOf(page), shapeOf(QStringLiteral("manual.md")));
+        }
+    }
+
     void theManualNamesTheKeysOfTheMenus() {
         DocumentWindow* window = app_->newDocument();
         MenuTools::itemOf(*window, "Tabulet Manual")->trigger();
@@ -165,6 +173,17 @@ private Q_SLOTS:
     }
 
 private:
+    /// How the lines begin of a page's headings, rows and points.
+    static QStringList shapeOf(const QString& page) {
+        QStringList shape;
+        for (const QByteArray& line : Samples::readFile(QStringLiteral(":/") + page).split('\n')) {
+            if (line.startsWith('#') || line.startsWith('|') || line.startsWith("- ")) {
+                shape += QString::fromUtf8(line.split(' ').first());
+            }
+        }
+        return shape;
+    }
+
     static QStringList headingsOf(const ManualWindow& manual) {
         QStringList headings;
         const QTextDocument& document = *manual.findChild<QTextBrowser*>()->document();
