@@ -12,7 +12,7 @@ namespace plist::detail {
 
 /// Walks a tree in the order in which a binary file numbers its objects: a container, the keys of a
 /// dictionary, then each member with everything below it. Keeps a stack of its own, so that any
-/// depth will do.
+/// depth will do; keys are its steps like values, which `PlistWalk` does not know.
 ///
 /// The keys of a dictionary are left out if its very list of keys was met not long before: they
 /// have their numbers already.

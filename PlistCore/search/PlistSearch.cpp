@@ -245,7 +245,9 @@ private:
     KeyTest keys_;
     const std::stop_token& stop_;
     PlistMatches found_;
-    std::vector<Container> containers_;  ///< those around the current member, outermost first
+    /// Those around the current member, outermost first. A match gives places to all of them, so
+    /// that `PlistWalk`, which shows the innermost one, does not do.
+    std::vector<Container> containers_;
     std::unordered_set<const void*> fruitless_;
     std::uint64_t memberCount_ = 0;
     bool hasEnded_ = false;

@@ -14,6 +14,7 @@
 #include "PlistCore/memory/PlistArena.h"
 #include "PlistCore/value/PlistBlock.h"
 #include "PlistCore/value/PlistCell.h"
+#include "PlistCore/value/PlistWalk.h"
 
 namespace plist {
 
@@ -45,6 +46,8 @@ public:
     }
 
 private:
+    /// The order does not matter, so that a list of what is left does for a walk.
+    ///
     /// Texts and data count each time, because the copy shares containers alone.
     void visit(const PlistValue& value) {
         size_ += sizeof(PlistValue);
@@ -109,26 +112,20 @@ public:
     PlistValue copy(const PlistValue& root) {
         std::vector<PlistValue> result;
         add(root, result);
-        while (!open_.empty()) {
-            Container& top = open_.back();
-            if (top.children.size() < top.source->childCount()) {
-                add(top.source->children()[top.children.size()], top.children);
+        while (!walk_.isAtEnd()) {
+            if (const PlistValue* const child = walk_.next()) {
+                add(*child, walk_.note());
                 continue;
             }
-            PlistValue copied = made(top);
-            known_.emplace(top.source->cell().pointer(), copied);
-            open_.pop_back();
-            (open_.empty() ? result : open_.back().children).push_back(std::move(copied));
+            const PlistValue& source = walk_.container();
+            PlistValue copied = made(source, walk_.leave());
+            known_.emplace(source.cell().pointer(), copied);
+            (walk_.isAtEnd() ? result : walk_.note()).push_back(std::move(copied));
         }
         return std::move(result.front());
     }
 
 private:
-    struct Container {
-        const PlistValue* source;
-        std::vector<PlistValue> children;
-    };
-
     /// Appends the copy of a value to `children`, or opens it to be copied first.
     void add(const PlistValue& value, std::vector<PlistValue>& children) {
         if (!value.cell().has(detail::PlistCell::outOfLine)) {
@@ -140,32 +137,31 @@ private:
         } else if (const auto found = known_.find(value.cell().pointer()); found != known_.end()) {
             children.push_back(found->second);
         } else {
-            open_.push_back({&value, {}});
-            open_.back().children.reserve(value.childCount());
+            walk_.enter(value, {});
+            walk_.note().reserve(value.childCount());
         }
     }
 
-    PlistValue made(Container& container) {
-        const std::span<const PlistString> keys = container.source->keys();
+    PlistValue made(const PlistValue& source, std::vector<PlistValue> children) {
+        const std::span<const PlistString> keys = source.keys();
         if (keys.empty()) {
-            return PlistValue::array(std::move(container.children));
+            return PlistValue::array(std::move(children));
         }
         const auto known = lists_.find(keys.data());
         if (known != lists_.end() && known->second.childCount() == keys.size()) {
-            return PlistValue::dictionaryWithKeysOf(known->second, std::move(container.children));
+            return PlistValue::dictionaryWithKeysOf(known->second, std::move(children));
         }
         std::vector<PlistString> copiedKeys;
         copiedKeys.reserve(keys.size());
         for (const PlistString& key : keys) {
             copiedKeys.push_back(copyOf(key));
         }
-        PlistValue dictionary =
-            PlistValue::dictionary(std::move(copiedKeys), std::move(container.children));
+        PlistValue dictionary = PlistValue::dictionary(std::move(copiedKeys), std::move(children));
         lists_.insert_or_assign(keys.data(), dictionary);
         return dictionary;
     }
 
-    std::vector<Container> open_;
+    detail::PlistWalk<std::vector<PlistValue>> walk_;           ///< with the copied children
     std::unordered_map<const void*, PlistValue> known_;         ///< by container
     std::unordered_map<const PlistString*, PlistValue> lists_;  ///< a copied owner of each list
 };

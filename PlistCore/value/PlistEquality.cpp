@@ -17,6 +17,7 @@ namespace {
 /// remembering.
 constexpr std::size_t memoryThreshold = 100000;
 
+/// Walks two values at once and in any order, which `PlistWalk` does not.
 class Comparison {
 public:
     bool equal(const PlistValue& left, const PlistValue& right) {

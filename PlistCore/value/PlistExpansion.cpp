@@ -2,21 +2,15 @@
 
 #include <algorithm>
 #include <unordered_map>
-#include <vector>
 
 #include "PlistCore/PlistValue.h"
 #include "PlistCore/memory/PlistArena.h"
 #include "PlistCore/value/PlistBlock.h"
+#include "PlistCore/value/PlistWalk.h"
 
 namespace plist {
 
 namespace {
-
-struct OpenContainer {
-    const PlistValue* value;
-    std::size_t next = 0;
-    std::uint64_t count = 1;
-};
 
 /// Whether `container`, met inside `parent`, may stand in another place too. What was read from a
 /// file without sharing stands where it was read, and remembering it would only take memory.
@@ -33,37 +27,34 @@ std::uint64_t PlistExpansion::count(const PlistValue& value, std::uint64_t limit
         return std::min(limit, count);
     }
     std::unordered_map<const void*, std::uint64_t> remembered;
-    std::vector<OpenContainer> open{{&value}};
-    for (;;) {
-        OpenContainer& top = open.back();
-        const auto children = top.value->children();
-        if (top.next == children.size()) {
-            const OpenContainer closed = top;
-            open.pop_back();
-            if (open.empty()) {
-                return closed.count;
-            }
-            if (mayStandElsewhere(*closed.value, *open.back().value)) {
-                remembered.emplace(closed.value->cell().pointer(), closed.count);
-            }
-            open.back().count += closed.count;
-        } else {
-            const PlistValue& child = children[top.next++];
-            std::uint64_t count = detail::PlistBlock::knownCount(child.cell());
-            if (count == detail::PlistBlock::notCounted && mayStandElsewhere(child, *top.value)) {
-                const auto found = remembered.find(child.cell().pointer());
+    detail::PlistWalk<std::uint64_t> walk;  // with the count so far
+    walk.enter(value, 1);
+    while (walk.note() < limit) {
+        if (const PlistValue* const child = walk.next()) {
+            std::uint64_t count = detail::PlistBlock::knownCount(child->cell());
+            if (count == detail::PlistBlock::notCounted &&
+                mayStandElsewhere(*child, walk.container())) {
+                const auto found = remembered.find(child->cell().pointer());
                 count = found == remembered.end() ? detail::PlistBlock::notCounted : found->second;
             }
             if (count == detail::PlistBlock::notCounted) {
-                open.push_back({&child});
-                continue;
+                walk.enter(*child, 1);
+            } else {
+                walk.note() += count;
             }
-            top.count += count;
+            continue;
         }
-        if (open.back().count >= limit) {
-            return limit;
+        const PlistValue& container = walk.container();
+        const std::uint64_t count = walk.leave();
+        if (walk.isAtEnd()) {
+            return count;
         }
+        if (mayStandElsewhere(container, walk.container())) {
+            remembered.emplace(container.cell().pointer(), count);
+        }
+        walk.note() += count;
     }
+    return limit;
 }
 
 bool PlistExpansion::exceeds(std::span<const PlistValue> values, std::uint64_t limit) {

@@ -10,12 +10,12 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "PlistCore/Base64.h"
 #include "PlistCore/PlistDate.h"
 #include "PlistCore/PlistString.h"
 #include "PlistCore/value/PlistCell.h"
+#include "PlistCore/value/PlistWalk.h"
 #include "PlistCore/xml/XMLEscaping.h"
 
 namespace plist::detail {
@@ -89,13 +89,6 @@ char* putReal(double number, char* out) noexcept {
     return std::to_chars(out, out + lineRoom, number, std::chars_format::general, 17).ptr;
 }
 
-/// A container whose children are being written.
-struct OpenContainer {
-    const PlistValue* next;
-    const PlistValue* end;
-    const PlistString* nextKey;  ///< null in an array
-};
-
 class Writer {
 public:
     explicit Writer(std::size_t maximumBytes) { bytes_.limitTo(maximumBytes); }
@@ -106,13 +99,13 @@ private:
     void writeValue(const PlistValue& value);
     void writeKey(const PlistString& key);
     void writeScalar(const PlistValue& value);
-    void openContainer(const PlistCell& cell);
+    void openContainer(const PlistValue& container);
     void closeContainer();
     void writeString(const PlistCell& cell);
     void writeData(std::span<const std::uint8_t> bytes);
     void writeUid(std::uint64_t number);
 
-    char* beginLine(std::size_t room) { return beginLine(room, open_.size()); }
+    char* beginLine(std::size_t room) { return beginLine(room, walk_.depth()); }
     char* beginLine(std::size_t room, std::size_t indent);
     void take(char* out);
     void writeLine(std::string_view text);
@@ -122,23 +115,22 @@ private:
     void writeLongText(std::string_view text);
 
     PlistBytes bytes_;
-    std::vector<OpenContainer> open_;
+    PlistWalk<const PlistString*> walk_;  ///< with the next key, which is null in an array
 };
 
 PlistBytes Writer::write(const PlistValue& root) {
     bytes_.append(prologue);
     writeValue(root);
-    while (!open_.empty()) {
-        OpenContainer& container = open_.back();
-        if (container.next == container.end) {
+    while (!walk_.isAtEnd()) {
+        const PlistValue* const value = walk_.next();
+        if (value == nullptr) {
             closeContainer();
             continue;
         }
-        const PlistValue& value = *container.next++;
-        if (container.nextKey != nullptr) {
-            writeKey(*container.nextKey++);
+        if (const PlistString*& nextKey = walk_.note(); nextKey != nullptr) {
+            writeKey(*nextKey++);
         }
-        writeValue(value);
+        writeValue(*value);
     }
     bytes_.append(epilogue);
     return std::move(bytes_);
@@ -146,7 +138,7 @@ PlistBytes Writer::write(const PlistValue& root) {
 
 void Writer::writeValue(const PlistValue& value) {
     if (value.isContainer()) {
-        openContainer(value.cell());
+        openContainer(value);
     } else {
         writeScalar(value);
     }
@@ -160,21 +152,18 @@ void Writer::writeString(const PlistCell& cell) {
     writeTextLine("<string>", cell, "</string>\n");
 }
 
-void Writer::openContainer(const PlistCell& cell) {
-    const bool isDictionary = cell.type() == PlistType::dictionary;
-    if (cell.length() == 0) {
+void Writer::openContainer(const PlistValue& container) {
+    const bool isDictionary = container.type() == PlistType::dictionary;
+    if (container.cell().length() == 0) {
         writeLine(isDictionary ? "<dict/>\n" : "<array/>\n");
         return;
     }
     writeLine(isDictionary ? "<dict>\n" : "<array>\n");
-    const std::span<const PlistValue> values = cell.values();
-    open_.push_back({values.data(), values.data() + values.size(),
-                     isDictionary ? cell.keys().data() : nullptr});
+    walk_.enter(container, isDictionary ? container.cell().keys().data() : nullptr);
 }
 
 void Writer::closeContainer() {
-    const bool isDictionary = open_.back().nextKey != nullptr;
-    open_.pop_back();
+    const bool isDictionary = walk_.leave() != nullptr;
     writeLine(isDictionary ? "</dict>\n" : "</array>\n");
 }
 
@@ -219,7 +208,7 @@ void Writer::writeScalar(const PlistValue& value) {
 /// A uid stands in XML as a dictionary of one entry.
 void Writer::writeUid(std::uint64_t number) {
     writeLine("<dict>\n");
-    const std::size_t inner = open_.size() + 1;
+    const std::size_t inner = walk_.depth() + 1;
     take(put("<key>CF$UID</key>\n", beginLine(lineRoom, inner)));
     char* out = put("<integer>", beginLine(lineRoom, inner));
     take(put("</integer>\n", putNumber(number, out)));
@@ -228,7 +217,7 @@ void Writer::writeUid(std::uint64_t number) {
 
 void Writer::writeData(std::span<const std::uint8_t> bytes) {
     writeLine("<data>\n");
-    const std::size_t tabs = std::min(open_.size(), mostDataTabs);
+    const std::size_t tabs = std::min(walk_.depth(), mostDataTabs);
     const std::size_t bytesPerLine = (dataColumns - tabColumns * tabs) / 4 * 3;
     while (!bytes.empty()) {
         const std::span<const std::uint8_t> piece =
