@@ -14,7 +14,9 @@
 /// The keys of a list of nodes, for finding equal ones. Keys are equal as Unicode text.
 ///
 /// One flat table with open addressing: for a million keys about ten times as fast as the standard
-/// set, whose entries are allocated one by one.
+/// set, whose entries are allocated one by one. The library has such a table for writing binary
+/// files, and keeps it to itself: that one grows, and its numbers are not those of nodes. What the
+/// two have in common is the loop that looks for a slot.
 class KeyTable {
 public:
     /// An empty table with room for all of `nodes`, which must stay as they are.
