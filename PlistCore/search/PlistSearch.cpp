@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <unordered_set>
 #include <utility>
@@ -15,6 +16,7 @@
 #include "PlistCore/PlistType.h"
 #include "PlistCore/PlistValue.h"
 #include "PlistCore/search/TextQuery.h"
+#include "PlistCore/value/KeyListMemory.h"
 
 namespace plist {
 
@@ -81,7 +83,7 @@ private:
 };
 
 /// Tests the keys of dictionaries. Many dictionaries share one list of keys: what was found in a
-/// list is remembered as long as no other list needs the same place here.
+/// list is remembered as long as no other list needs its place.
 class KeyTest {
 public:
     /// Only lists of up to this many keys are remembered. Longer ones are rarely shared.
@@ -94,32 +96,20 @@ public:
 
     /// Bit i says whether key i matches; there are 1 to `longestList` keys.
     std::uint64_t matchesOf(std::span<const PlistString> keys) {
-        Result& known = results_[placeOf(keys.data())];
-        if (known.keys != keys.data() || known.count != keys.size()) {
-            known = {keys.data(), keys.size(), 0};
-            for (std::size_t i = 0; i < keys.size(); ++i) {
-                known.matches |= std::uint64_t{matches(keys[i])} << i;
-            }
+        if (const std::optional<std::size_t> known = known_.find(keys)) {
+            return *known;
         }
-        return known.matches;
+        std::uint64_t found = 0;
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            found |= std::uint64_t{matches(keys[i])} << i;
+        }
+        known_.remember(keys, found);
+        return found;
     }
 
 private:
-    struct Result {
-        const PlistString* keys = nullptr;
-        std::size_t count = 0;
-        std::uint64_t matches = 0;
-    };
-
-    static std::size_t placeOf(const PlistString* keys) noexcept {
-        // Fibonacci hashing: the upper bits depend on all bits of the address.
-        return static_cast<std::size_t>(reinterpret_cast<std::uintptr_t>(keys) *
-                                        std::uint64_t{0x9E3779B97F4A7C15}) >>
-               (64 - 8);
-    }
-
     detail::TextQuery& query_;
-    std::array<Result, 256> results_;
+    detail::KeyListMemory known_;  ///< what `matchesOf` gave
 };
 
 class Search {
