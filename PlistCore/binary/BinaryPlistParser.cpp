@@ -18,7 +18,7 @@
 #include "PlistCore/binary/BigEndian.h"
 #include "PlistCore/binary/Utf16BigEndian.h"
 #include "PlistCore/memory/ByteView.h"
-#include "PlistCore/memory/FreshArray.h"
+#include "PlistCore/memory/ZeroedArray.h"
 #include "PlistCore/text/UnicodeText.h"
 #include "PlistCore/value/PlistBuilder.h"
 #include "PlistCore/value/PlistCell.h"
@@ -142,7 +142,7 @@ private:
     /// No dictionary lies at address 1.
     static constexpr PlistCell openMark{PlistType::dictionary, 0, 1};
 
-    FreshArray<PlistCell> cells_;
+    ZeroedArray<PlistCell> cells_;
 };
 
 /// The lists of keys of recent dictionaries, known by the bytes of their references.

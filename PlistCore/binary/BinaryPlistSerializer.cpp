@@ -20,7 +20,7 @@
 #include "PlistCore/binary/BinaryObjectOrder.h"
 #include "PlistCore/binary/EqualObjectTable.h"
 #include "PlistCore/binary/Utf16BigEndian.h"
-#include "PlistCore/memory/FreshArray.h"
+#include "PlistCore/memory/ZeroedArray.h"
 #include "PlistCore/text/UnicodeText.h"
 #include "PlistCore/value/KeyListMemory.h"
 #include "PlistCore/value/PlistCell.h"
@@ -246,7 +246,7 @@ private:
     PlistBytes bytes_;
     unsigned referenceSize_;
     EqualTexts equalTexts_;
-    FreshArray<std::uint64_t> offsets_;
+    ZeroedArray<std::uint64_t> offsets_;
     std::size_t objectCount_ = 0;
     std::vector<OpenContainer> open_;
     EqualObjectTable table_;

@@ -18,13 +18,13 @@ constexpr std::size_t greatestFirstSlots = std::size_t{1} << 24;
 EqualObjectTable::EqualObjectTable(std::size_t expectedCount) {
     const std::size_t wanted = std::min(expectedCount, greatestFirstSlots / 2) / 3 * 4;
     const std::size_t count = std::bit_ceil(std::max(wanted + 1, leastSlots));
-    slots_ = FreshArray<Slot>(count);
+    slots_ = ZeroedArray<Slot>(count);
     mask_ = count - 1;
 }
 
 void EqualObjectTable::grow() {
     const std::size_t oldCount = mask_ + 1;
-    const FreshArray<Slot> old = std::exchange(slots_, FreshArray<Slot>(oldCount * 2));
+    const ZeroedArray<Slot> old = std::exchange(slots_, ZeroedArray<Slot>(oldCount * 2));
     mask_ = oldCount * 2 - 1;
     for (std::size_t i = 0; i < oldCount; ++i) {
         if (old[i].successor == 0) {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "PlistCore/memory/FreshArray.h"
+#include "PlistCore/memory/ZeroedArray.h"
 
 namespace plist::detail {
 
@@ -62,7 +62,7 @@ private:
     };
     void grow();
 
-    FreshArray<Slot> slots_;
+    ZeroedArray<Slot> slots_;
     std::size_t mask_ = 0;
     std::size_t count_ = 0;
 };

@@ -155,7 +155,7 @@ inline const char* XMLFastPath::readString(const char* content) {
         return nullptr;
     }
     const std::uint8_t flags = text.isAscii ? PlistCell::ascii : 0;
-    return add(tree_.builder().stringFromBlock(bytes, flags), text.end + 9);
+    return add(tree_.scalars().stringFromBlock(bytes, flags), text.end + 9);
 }
 
 inline const char* XMLFastPath::readInteger(const char* content) {

@@ -173,7 +173,7 @@ private:
     }
 
     void addString(std::string_view text) {
-        tree_.add(tree_.builder().string(text, asciiFlag(text)));
+        tree_.add(tree_.scalars().string(text, asciiFlag(text)));
     }
 
     void addInteger(const StartTag& tag) {
@@ -214,7 +214,7 @@ private:
 
     void addData(const StartTag& tag) {
         const std::string_view text = readText(tag);
-        const auto data = tree_.builder().data(
+        const auto data = tree_.scalars().data(
             Base64::decodedCapacity(text.size()),
             [text](std::uint8_t* place) { return Base64::decode(text, place); });
         if (!data) {

@@ -31,7 +31,8 @@ public:
           values_(inputSize / leastValueSize + 1),
           keys_(inputSize / leastKeySize + 1) {}
 
-    PlistBuilder& builder() noexcept { return builder_; }
+    /// Creates the scalars that are added here.
+    PlistBuilder& scalars() noexcept { return builder_; }
 
     /// Whether a container is open. If none is, `finish` takes the value that was added.
     bool isOpen() const noexcept { return depth_ != 0; }

@@ -14,14 +14,14 @@ namespace plist::detail {
 /// An array of fixed size whose items are all zero at first. Items that are never touched cost
 /// nothing, so that it can be made for as many as there may be.
 template <typename Item>
-class FreshArray {
+class ZeroedArray {
     static_assert(std::is_trivially_copyable_v<Item> && std::is_trivially_destructible_v<Item>);
 
 public:
-    FreshArray() noexcept = default;
+    ZeroedArray() noexcept = default;
 
     /// Throws `std::bad_alloc`.
-    explicit FreshArray(std::size_t count) : size_(sizeOf(count)) {
+    explicit ZeroedArray(std::size_t count) : size_(sizeOf(count)) {
         if (isMapped()) {
             items_ = static_cast<Item*>(LargeMemory::map(size_, LargeMemory::Pages::huge));
             return;
@@ -31,16 +31,16 @@ public:
             throw std::bad_alloc();
         }
     }
-    FreshArray(FreshArray&& other) noexcept
+    ZeroedArray(ZeroedArray&& other) noexcept
         : items_(std::exchange(other.items_, nullptr)), size_(std::exchange(other.size_, 0)) {}
-    FreshArray& operator=(FreshArray&& other) noexcept {
+    ZeroedArray& operator=(ZeroedArray&& other) noexcept {
         std::swap(items_, other.items_);
         std::swap(size_, other.size_);
         return *this;
     }
-    FreshArray(const FreshArray&) = delete;
-    FreshArray& operator=(const FreshArray&) = delete;
-    ~FreshArray() {
+    ZeroedArray(const ZeroedArray&) = delete;
+    ZeroedArray& operator=(const ZeroedArray&) = delete;
+    ~ZeroedArray() {
         if (isMapped()) {
             LargeMemory::unmap(items_, size_);
         } else {

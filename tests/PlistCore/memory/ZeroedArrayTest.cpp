@@ -5,15 +5,15 @@
 #include <new>
 #include <utility>
 
-#include "PlistCore/memory/FreshArray.h"
+#include "PlistCore/memory/ZeroedArray.h"
 
 namespace plist::detail {
 
 namespace {
 
-TEST(FreshArray, ItemsAreZeroAtFirst) {
+TEST(ZeroedArray, ItemsAreZeroAtFirst) {
     for (const std::size_t count : {std::size_t{1}, std::size_t{1000}, std::size_t{1000000}}) {
-        FreshArray<std::uint64_t> array(count);
+        ZeroedArray<std::uint64_t> array(count);
         std::uint64_t sum = 0;
         for (std::size_t i = 0; i < count; ++i) {
             sum += array[i];
@@ -24,21 +24,21 @@ TEST(FreshArray, ItemsAreZeroAtFirst) {
     }
 }
 
-TEST(FreshArray, Moves) {
+TEST(ZeroedArray, Moves) {
     for (const std::size_t count : {std::size_t{10}, std::size_t{1000000}}) {
-        FreshArray<std::uint32_t> first(count);
+        ZeroedArray<std::uint32_t> first(count);
         first[count - 1] = 7;
-        FreshArray<std::uint32_t> second(std::move(first));
-        FreshArray<std::uint32_t> third;
+        ZeroedArray<std::uint32_t> second(std::move(first));
+        ZeroedArray<std::uint32_t> third;
         third = std::move(second);
         EXPECT_EQ(third[count - 1], 7U);
     }
 }
 
-TEST(FreshArray, RefusesImpossibleCounts) {
+TEST(ZeroedArray, RefusesImpossibleCounts) {
     for (const std::size_t count :
          {std::numeric_limits<std::size_t>::max(), std::numeric_limits<std::size_t>::max() / 8}) {
-        EXPECT_THROW(FreshArray<std::uint64_t> array(count), std::bad_alloc);
+        EXPECT_THROW(ZeroedArray<std::uint64_t> array(count), std::bad_alloc);
     }
 }
 
