@@ -32,12 +32,12 @@ std::string pictureOf(const PlistValue& root) {
     return picture;
 }
 
-TEST(BinaryObjectOrder, AScalarIsAlone) {
+TEST(BinaryObjectOrderTest, aScalarIsAlone) {
     EXPECT_EQ(pictureOf(text("x")), "x");
     EXPECT_EQ(pictureOf(PlistValue::uid(1)), ".");
 }
 
-TEST(BinaryObjectOrder, KeysComeBeforeValuesAndParentsBeforeChildren) {
+TEST(BinaryObjectOrderTest, keysComeBeforeValuesAndParentsBeforeChildren) {
     const PlistValue value = PlistValue::dictionary({
         {"a",
          PlistValue::array({text("1"), PlistValue::dictionary({{"b", text("2")}}), text("3")})},
@@ -48,14 +48,14 @@ TEST(BinaryObjectOrder, KeysComeBeforeValuesAndParentsBeforeChildren) {
     EXPECT_EQ(pictureOf(value), "{acde[1{b23{[.");
 }
 
-TEST(BinaryObjectOrder, ASharedListOfKeysIsMetOnce) {
+TEST(BinaryObjectOrderTest, aSharedListOfKeysIsMetOnce) {
     const PlistValue first = PlistValue::dictionary({{"k", text("1")}, {"l", text("2")}});
     const PlistValue second = PlistValue::dictionaryWithKeysOf(first, {text("3"), text("4")});
     const PlistValue other = PlistValue::dictionary({{"k", text("5")}, {"l", text("6")}});
     EXPECT_EQ(pictureOf(PlistValue::array({first, second, other, first})), "[{kl12{34{kl56{12");
 }
 
-TEST(BinaryObjectOrder, CountsWhatItMeets) {
+TEST(BinaryObjectOrderTest, countsWhatItMeets) {
     const PlistValue first = PlistValue::dictionary({{"k", text("1")}, {"l", PlistValue()}});
     const PlistValue second = PlistValue::dictionaryWithKeysOf(first, {text("3"), text("4")});
     const auto counts = BinaryObjectOrder::count(PlistValue::array({first, second}));
@@ -64,7 +64,7 @@ TEST(BinaryObjectOrder, CountsWhatItMeets) {
     EXPECT_EQ(counts.objects(), 9U);
 }
 
-TEST(BinaryObjectOrder, AnyDepthIsWalked) {
+TEST(BinaryObjectOrderTest, anyDepthIsWalked) {
     PlistValue value = text("x");
     for (int i = 0; i < 1000000; ++i) {
         std::vector<PlistValue> items;

@@ -89,7 +89,7 @@ const std::string overlap = "The objects of the file overlap.";
 
 }  // namespace
 
-TEST(BinaryPlistParser, ReadsEveryScalar) {
+TEST(BinaryPlistParserTest, readsEveryScalar) {
     const double infinity = std::numeric_limits<double>::infinity();
     const std::pair<const char*, PlistValue> cases[] = {
         {"08", PlistValue::boolean(false)},
@@ -158,7 +158,7 @@ TEST(BinaryPlistParser, ReadsEveryScalar) {
     }
 }
 
-TEST(BinaryPlistParser, KeepsTheBitsOfUnequalNumbers) {
+TEST(BinaryPlistParserTest, keepsTheBitsOfUnequalNumbers) {
     const PlistValue nan = read(fileOf("23 7FF8000000000123"));
     EXPECT_EQ(std::bit_cast<std::uint64_t>(nan.realValue()), 0x7FF8000000000123U);
     EXPECT_NE(nan, nan);
@@ -167,7 +167,7 @@ TEST(BinaryPlistParser, KeepsTheBitsOfUnequalNumbers) {
     EXPECT_TRUE(std::signbit(read(fileOf("23 8000000000000000")).realValue()));
 }
 
-TEST(BinaryPlistParser, AContainerWithNaNIsUnequalToItself) {
+TEST(BinaryPlistParserTest, aContainerWithNaNIsUnequalToItself) {
     const PlistValue value =
         read(BinaryFile::of({"D1 01 02", "51 'k'", "A1 03", "A1 04", "23 7FF8000000000000"}));
     EXPECT_NE(value, value);
@@ -177,7 +177,7 @@ TEST(BinaryPlistParser, AContainerWithNaNIsUnequalToItself) {
     EXPECT_EQ(plain, plain);
 }
 
-TEST(BinaryPlistParser, ReadsContainers) {
+TEST(BinaryPlistParserTest, readsContainers) {
     EXPECT_EQ(read(BinaryFile::of({"A3 01 02 01", "10 05", "51 'x'"})),
               PlistValue::array({integer(5), text("x"), integer(5)}));
     EXPECT_EQ(read(BinaryFile::of({"C2 01 02", "51 'a'", "51 'b'"})),
@@ -191,14 +191,14 @@ TEST(BinaryPlistParser, ReadsContainers) {
                                 {"b", text("a")}}));
 }
 
-TEST(BinaryPlistParser, ReadsObjectsInAnyOrder) {
+TEST(BinaryPlistParserTest, readsObjectsInAnyOrder) {
     BinaryFile file = BinaryFile::of({"51 'k'", "A2 03 00", "10 09", "D1 00 02"});
     file.root = 1;
     EXPECT_EQ(read(file),
               PlistValue::array({PlistValue::dictionary({{"k", integer(9)}}), text("k")}));
 }
 
-TEST(BinaryPlistParser, ReadsEveryWidthOfOffsetsAndReferences) {
+TEST(BinaryPlistParserTest, readsEveryWidthOfOffsetsAndReferences) {
     for (const unsigned offsetSize : {1U, 2U, 4U, 8U}) {
         for (const unsigned referenceSize : {1U, 2U, 4U, 8U}) {
             BinaryFile file;
@@ -218,7 +218,7 @@ TEST(BinaryPlistParser, ReadsEveryWidthOfOffsetsAndReferences) {
     }
 }
 
-TEST(BinaryPlistParser, DictionariesWithTheSameKeysShareTheirList) {
+TEST(BinaryPlistParserTest, dictionariesWithTheSameKeysShareTheirList) {
     BinaryFile file =
         BinaryFile::of({"A4 01 02 03 04", "D2 05 06 07 08", "D2 05 06 08 07", "D2 06 05 07 08",
                         "D1 05 07", "51 'a'", "51 'b'", "10 01", "10 02"});
@@ -234,7 +234,7 @@ TEST(BinaryPlistParser, DictionariesWithTheSameKeysShareTheirList) {
     EXPECT_NE(dictionaries[0].keys().data(), dictionaries[2].keys().data());
 }
 
-TEST(BinaryPlistParser, AnObjectIsConvertedOnce) {
+TEST(BinaryPlistParserTest, anObjectIsConvertedOnce) {
     BinaryFile file;
     Bytes array = bytesOf("AF 11 03E8");
     append(array, Bytes(1000, 1));
@@ -251,7 +251,7 @@ TEST(BinaryPlistParser, AnObjectIsConvertedOnce) {
 }
 
 // 40 arrays that hold the next one twice describe 2^40 texts.
-TEST(BinaryPlistParser, ManyPlacesOfSharedContainersCostNothing) {
+TEST(BinaryPlistParserTest, manyPlacesOfSharedContainersCostNothing) {
     BinaryFile file;
     const std::uint64_t levels = 40;
     for (std::uint64_t i = 1; i <= levels; ++i) {
@@ -266,7 +266,7 @@ TEST(BinaryPlistParser, ManyPlacesOfSharedContainersCostNothing) {
     EXPECT_EQ(value, PlistValue(value));
 }
 
-TEST(BinaryPlistParser, TheTrailerIsChecked) {
+TEST(BinaryPlistParserTest, theTrailerIsChecked) {
     EXPECT_EQ(outcome(Bytes()), "The file ends unexpectedly.");
     Bytes bytes = bytesOf("'bplist00'");
     bytes.resize(39);
@@ -305,7 +305,7 @@ TEST(BinaryPlistParser, TheTrailerIsChecked) {
               "Byte 9: Unknown object type 0x1.");
 }
 
-TEST(BinaryPlistParser, UnusedBytesOfTheTrailerAreIgnored) {
+TEST(BinaryPlistParserTest, unusedBytesOfTheTrailerAreIgnored) {
     Bytes bytes = fileOf("09").bytes();
     for (std::size_t i = 0; i < 6; ++i) {
         bytes[bytes.size() - 32 + i] = 0xFF;
@@ -313,7 +313,7 @@ TEST(BinaryPlistParser, UnusedBytesOfTheTrailerAreIgnored) {
     EXPECT_EQ(BinaryPlistParser::parse(bytes), PlistValue::boolean(true));
 }
 
-TEST(BinaryPlistParser, ReferencesAndOffsetsAreChecked) {
+TEST(BinaryPlistParserTest, referencesAndOffsetsAreChecked) {
     EXPECT_EQ(outcome(BinaryFile::of({"A1 02", "09"})), badReference);
     EXPECT_EQ(outcome(BinaryFile::of({"D1 FF 01", "09"})), badReference);
     for (const std::uint64_t offset : {0U, 7U, 11U, 12U, 255U}) {
@@ -333,7 +333,7 @@ TEST(BinaryPlistParser, ReferencesAndOffsetsAreChecked) {
     EXPECT_EQ(outcome(wide), badReference);
 }
 
-TEST(BinaryPlistParser, BrokenObjectsAreNamed) {
+TEST(BinaryPlistParserTest, brokenObjectsAreNamed) {
     const std::pair<const char*, std::string> cases[] = {
         {"00", "Byte 8: Unknown object type 0x0."},
         {"01", "Byte 8: Unknown object type 0x1."},
@@ -415,7 +415,7 @@ TEST(BinaryPlistParser, BrokenObjectsAreNamed) {
     }
 }
 
-TEST(BinaryPlistParser, ReasonsAreOfTheRightKind) {
+TEST(BinaryPlistParserTest, reasonsAreOfTheRightKind) {
     const auto reason = [](const BinaryFile& file) {
         try {
             BinaryPlistParser::parse(file.bytes());
@@ -432,7 +432,7 @@ TEST(BinaryPlistParser, ReasonsAreOfTheRightKind) {
     EXPECT_EQ(reason(BinaryFile::of({"A1 00"})), PlistError(PlistError::NestingTooDeep{512}));
 }
 
-TEST(BinaryPlistParser, KeysMustBeStrings) {
+TEST(BinaryPlistParserTest, keysMustBeStrings) {
     const std::string notStrings = "Byte 8: Dictionary keys must be strings.";
     EXPECT_EQ(outcome(BinaryFile::of({"D1 01 01", "10 05"})), notStrings);
     EXPECT_EQ(outcome(BinaryFile::of({"D2 02 01 01 01", "10 05", "51 'a'"})), notStrings);
@@ -450,7 +450,7 @@ TEST(BinaryPlistParser, KeysMustBeStrings) {
     EXPECT_EQ(outcome(BinaryFile::of({"D1 00 01", "09"})), tooDeep);
 }
 
-TEST(BinaryPlistParser, AtMost512ContainersAreOpen) {
+TEST(BinaryPlistParserTest, atMost512ContainersAreOpen) {
     PlistValue value = read(chain(512, "51 'x'"));
     EXPECT_EQ(depthOf(value), 512U);
     EXPECT_EQ(outcome(chain(513, "51 'x'")), tooDeep);
@@ -462,7 +462,7 @@ TEST(BinaryPlistParser, AtMost512ContainersAreOpen) {
 }
 
 // What is shared is not open again: sharing can make values deeper than what a file may open.
-TEST(BinaryPlistParser, SharingMakesDeeperValues) {
+TEST(BinaryPlistParserTest, sharingMakesDeeperValues) {
     const std::size_t depth = 1000;
     BinaryFile file = chain(depth, "51 'x'");
     Bytes root = bytesOf("AF 11");
@@ -478,7 +478,7 @@ TEST(BinaryPlistParser, SharingMakesDeeperValues) {
         value.children()[0]);
 }
 
-TEST(BinaryPlistParser, CyclesEndWithTheNestingError) {
+TEST(BinaryPlistParserTest, cyclesEndWithTheNestingError) {
     EXPECT_EQ(outcome(BinaryFile::of({"A1 00"})), tooDeep);
     EXPECT_EQ(outcome(BinaryFile::of({"A2 01 00", "09"})), tooDeep);
     EXPECT_EQ(outcome(BinaryFile::of({"D1 01 00", "51 'a'"})), tooDeep);
@@ -498,7 +498,7 @@ TEST(BinaryPlistParser, CyclesEndWithTheNestingError) {
 
 // Containers whose bytes overlap can name more members than the file has bytes; up to 16 for each
 // byte they are read.
-TEST(BinaryPlistParser, OverlappingContainersAreLimited) {
+TEST(BinaryPlistParserTest, overlappingContainersAreLimited) {
     const auto overlapping = [](unsigned arrays, unsigned members) {
         BinaryFile file;
         file.offsetSize = 2;
@@ -527,7 +527,7 @@ TEST(BinaryPlistParser, OverlappingContainersAreLimited) {
     EXPECT_EQ(outcome(overlapping(200, 100)), "read");
 }
 
-TEST(BinaryPlistParser, OverlappingTextsAreLimited) {
+TEST(BinaryPlistParserTest, overlappingTextsAreLimited) {
     BinaryFile file;
     file.offsetSize = 2;
     Bytes root = bytesOf("AF 10 FA");
@@ -545,7 +545,7 @@ TEST(BinaryPlistParser, OverlappingTextsAreLimited) {
     EXPECT_EQ(outcome(file), overlap);
 }
 
-TEST(BinaryPlistParser, EveryPrefixOfAFileFailsCleanly) {
+TEST(BinaryPlistParserTest, everyPrefixOfAFileFailsCleanly) {
     for (const SampleValue& sample : sampleValues()) {
         const PlistBytes whole = BinaryPlistSerializer::serialize(sample.value);
         if (whole.size() > 5000) {
@@ -559,7 +559,7 @@ TEST(BinaryPlistParser, EveryPrefixOfAFileFailsCleanly) {
     }
 }
 
-TEST(BinaryPlistParser, EveryChangedByteIsSurvived) {
+TEST(BinaryPlistParserTest, everyChangedByteIsSurvived) {
     const PlistValue value = PlistValue::dictionary({
         {"a", PlistValue::array({integer(1), text("caf\xC3\xA9"), PlistValue::uid(300)})},
         {"b", PlistValue::dictionary({{"a", PlistValue::data(Bytes(20, 1))}})},
@@ -588,14 +588,14 @@ TEST(BinaryPlistParser, EveryChangedByteIsSurvived) {
     }
 }
 
-TEST(BinaryPlistParser, WhatIsWrittenReadsBackEqual) {
+TEST(BinaryPlistParserTest, whatIsWrittenReadsBackEqual) {
     for (const SampleValue& sample : sampleValues()) {
         const PlistBytes bytes = BinaryPlistSerializer::serialize(sample.value);
         EXPECT_EQ(BinaryPlistParser::parse(bytes.span()), sample.value) << sample.name;
     }
 }
 
-TEST(BinaryPlistParser, WhatWasReadIsWrittenWithTheSameBytes) {
+TEST(BinaryPlistParserTest, whatWasReadIsWrittenWithTheSameBytes) {
     for (const SampleValue& sample : sampleValues()) {
         const PlistBytes bytes = BinaryPlistSerializer::serialize(sample.value);
         const PlistValue again = BinaryPlistParser::parse(bytes.span());
@@ -604,7 +604,7 @@ TEST(BinaryPlistParser, WhatWasReadIsWrittenWithTheSameBytes) {
 }
 
 // Writing joins equivalent spellings and keeps the first one.
-TEST(BinaryPlistParser, EquivalentSpellingsComeBackAsTheFirst) {
+TEST(BinaryPlistParserTest, equivalentSpellingsComeBackAsTheFirst) {
     const PlistValue value = PlistValue::array({text("e\xCC\x81"), text("\xC3\xA9")});
     const PlistValue again =
         BinaryPlistParser::parse(BinaryPlistSerializer::serialize(value).span());
@@ -612,7 +612,7 @@ TEST(BinaryPlistParser, EquivalentSpellingsComeBackAsTheFirst) {
     EXPECT_EQ(again.children()[1].text(), "e\xCC\x81");
 }
 
-TEST(BinaryPlistParser, TheValueHoldsNothingOfTheBytes) {
+TEST(BinaryPlistParserTest, theValueHoldsNothingOfTheBytes) {
     Bytes bytes = BinaryFile::of({"A2 01 02", "5F 10 14 'twenty letters long.'",
                                   "4F 10 10 000102030405060708090A0B0C0D0E0F"})
                       .bytes();

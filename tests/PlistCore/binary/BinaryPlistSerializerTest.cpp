@@ -81,13 +81,13 @@ PlistValue differentStrings(std::size_t count) {
 
 }  // namespace
 
-TEST(BinaryPlistSerializer, EmptyDictionaryByteForByte) {
+TEST(BinaryPlistSerializerTest, emptyDictionaryByteForByte) {
     EXPECT_EQ(written(PlistValue()),
               bytesOf("'bplist00' D0 08 000000000000 01 01 0000000000000001 0000000000000000 "
                       "0000000000000009"));
 }
 
-TEST(BinaryPlistSerializer, EveryScalarHasItsBytes) {
+TEST(BinaryPlistSerializerTest, everyScalarHasItsBytes) {
     const double infinity = std::numeric_limits<double>::infinity();
     const std::pair<PlistValue, const char*> cases[] = {
         {PlistValue::array(), "A0"},
@@ -144,7 +144,7 @@ TEST(BinaryPlistSerializer, EveryScalarHasItsBytes) {
     }
 }
 
-TEST(BinaryPlistSerializer, LongCountsAreIntegers) {
+TEST(BinaryPlistSerializerTest, longCountsAreIntegers) {
     for (const std::size_t length : {15U, 255U, 256U, 65535U, 65536U}) {
         const Bytes content(length, 'x');
         Bytes count = bytesOf(length < 256 ? "10" : length < 65536 ? "11" : "12");
@@ -162,7 +162,7 @@ TEST(BinaryPlistSerializer, LongCountsAreIntegers) {
     }
 }
 
-TEST(BinaryPlistSerializer, ParentsStandBeforeChildrenAndKeysBeforeValues) {
+TEST(BinaryPlistSerializerTest, parentsStandBeforeChildrenAndKeysBeforeValues) {
     const PlistValue value = PlistValue::dictionary({
         {"k1",
          PlistValue::array({integer(1), PlistValue::dictionary({{"in", integer(2)}}), integer(3)})},
@@ -186,7 +186,7 @@ TEST(BinaryPlistSerializer, ParentsStandBeforeChildrenAndKeysBeforeValues) {
                                   .bytes());
 }
 
-TEST(BinaryPlistSerializer, EntriesKeepTheirOrderAndRepeatedKeys) {
+TEST(BinaryPlistSerializerTest, entriesKeepTheirOrderAndRepeatedKeys) {
     const PlistValue value = PlistValue::dictionary({
         {"b", integer(1)},
         {"a", integer(2)},
@@ -197,12 +197,12 @@ TEST(BinaryPlistSerializer, EntriesKeepTheirOrderAndRepeatedKeys) {
         BinaryFile::of({"D3 01 02 01 03 04 03", "51 'b'", "51 'a'", "10 01", "10 02"}).bytes());
 }
 
-TEST(BinaryPlistSerializer, EqualStringsAreOneObject) {
+TEST(BinaryPlistSerializerTest, equalStringsAreOneObject) {
     const PlistValue value = PlistValue::dictionary({{"a", text("a")}, {"b", text("a")}});
     EXPECT_EQ(written(value), BinaryFile::of({"D2 01 02 01 01", "51 'a'", "51 'b'"}).bytes());
 }
 
-TEST(BinaryPlistSerializer, SharesScalarsByKindAndContent) {
+TEST(BinaryPlistSerializerTest, sharesScalarsByKindAndContent) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const auto otherNaN = std::bit_cast<double>(0x7FF8000000000001);
     const std::string longText = "a text that is too long to lie in place";
@@ -233,14 +233,14 @@ TEST(BinaryPlistSerializer, SharesScalarsByKindAndContent) {
     }
 }
 
-TEST(BinaryPlistSerializer, TheFirstOfEquivalentSpellingsIsWritten) {
+TEST(BinaryPlistSerializerTest, theFirstOfEquivalentSpellingsIsWritten) {
     EXPECT_EQ(written(PlistValue::array({text("\xE2\x84\xAA"), text("K")})),
               BinaryFile::of({"A2 01 01", "61 21 2A"}).bytes());
     EXPECT_EQ(written(PlistValue::array({text("K"), text("\xE2\x84\xAA")})),
               BinaryFile::of({"A2 01 01", "51 'K'"}).bytes());
 }
 
-TEST(BinaryPlistSerializer, KeepsEverySpellingWhereOnlyIdenticalTextsAreShared) {
+TEST(BinaryPlistSerializerTest, keepsEverySpellingWhereOnlyIdenticalTextsAreShared) {
     const std::string longText = "a text that is too long to lie in place";
     const std::pair<std::vector<PlistValue>, std::size_t> cases[] = {
         {{text("caf\xC3\xA9"), text("cafe\xCC\x81"), text("caf\xC3\xA9")}, 2},
@@ -258,7 +258,7 @@ TEST(BinaryPlistSerializer, KeepsEverySpellingWhereOnlyIdenticalTextsAreShared) 
     }
 }
 
-TEST(BinaryPlistSerializer, LosesNothingWhereOnlyIdenticalTextsAreShared) {
+TEST(BinaryPlistSerializerTest, losesNothingWhereOnlyIdenticalTextsAreShared) {
     const double quietNaN = std::numeric_limits<double>::quiet_NaN();
     const PlistValue value =
         PlistValue::dictionary({{"\xC3\xA9", PlistValue::real(-0.0)},
@@ -272,7 +272,7 @@ TEST(BinaryPlistSerializer, LosesNothingWhereOnlyIdenticalTextsAreShared) {
     EXPECT_EQ(firstDifference(value, BinaryPlistParser::parse(bytes.span())), "");
 }
 
-TEST(BinaryPlistSerializer, DataAndContainersAreNeverShared) {
+TEST(BinaryPlistSerializerTest, dataAndContainersAreNeverShared) {
     const PlistValue data = PlistValue::data(Bytes{1});
     const PlistValue array = PlistValue::array({data});
     EXPECT_EQ(written(PlistValue::array({data, data})),
@@ -284,7 +284,7 @@ TEST(BinaryPlistSerializer, DataAndContainersAreNeverShared) {
 }
 
 // Dictionaries that share their list of keys take a shorter way; the bytes must be the same.
-TEST(BinaryPlistSerializer, SharedKeyListsAreWrittenLikeEqualOnes) {
+TEST(BinaryPlistSerializerTest, sharedKeyListsAreWrittenLikeEqualOnes) {
     std::vector<PlistValue> shared;
     std::vector<PlistValue> equal;
     for (std::size_t i = 0; i < 300; ++i) {
@@ -298,7 +298,7 @@ TEST(BinaryPlistSerializer, SharedKeyListsAreWrittenLikeEqualOnes) {
     EXPECT_EQ(written(PlistValue::array(shared)), written(PlistValue::array(equal)));
 }
 
-TEST(BinaryPlistSerializer, ReferencesAreAsNarrowAsTheObjectsAllow) {
+TEST(BinaryPlistSerializerTest, referencesAreAsNarrowAsTheObjectsAllow) {
     const std::pair<std::size_t, unsigned> cases[] = {
         {1, 1}, {254, 1}, {255, 2}, {256, 2}, {65534, 2}, {65535, 4}, {65536, 4}, {70000, 4},
     };
@@ -321,7 +321,7 @@ TEST(BinaryPlistSerializer, ReferencesAreAsNarrowAsTheObjectsAllow) {
 }
 
 // The width is chosen before it is known how many scalars are equal, and must then be corrected.
-TEST(BinaryPlistSerializer, ReferencesStayNarrowWhereManyScalarsAreEqual) {
+TEST(BinaryPlistSerializerTest, referencesStayNarrowWhereManyScalarsAreEqual) {
     std::vector<PlistValue> items(70000);
     for (std::size_t i = 0; i < items.size(); ++i) {
         items[i] = integer(static_cast<PlistInteger>(i % 254));
@@ -339,7 +339,7 @@ TEST(BinaryPlistSerializer, ReferencesStayNarrowWhereManyScalarsAreEqual) {
     EXPECT_EQ(trailerOf(bytes).referenceSize, 2U);
 }
 
-TEST(BinaryPlistSerializer, OffsetsAreAsNarrowAsTheFileAllows) {
+TEST(BinaryPlistSerializerTest, offsetsAreAsNarrowAsTheFileAllows) {
     for (const auto& [tableStart, width] :
          {std::pair<std::size_t, unsigned>{255, 1}, {256, 2}, {65535, 2}, {65536, 4}}) {
         const std::size_t head = 8 + 1 + (tableStart < 300 ? 2 : 3);
@@ -351,7 +351,7 @@ TEST(BinaryPlistSerializer, OffsetsAreAsNarrowAsTheFileAllows) {
     }
 }
 
-TEST(BinaryPlistSerializer, ALongChainIsWritten) {
+TEST(BinaryPlistSerializerTest, aLongChainIsWritten) {
     PlistValue value;
     const std::size_t depth = 1000000;
     for (std::size_t i = 0; i < depth; ++i) {

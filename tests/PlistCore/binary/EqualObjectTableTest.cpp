@@ -14,7 +14,7 @@ constexpr auto always = [](std::uint32_t) { return true; };
 
 }  // namespace
 
-TEST(EqualObjectTable, FindsWhatWasAdded) {
+TEST(EqualObjectTableTest, findsWhatWasAdded) {
     EqualObjectTable table(10);
     EXPECT_EQ(table.findOrAdd(1, 0, always), std::nullopt);
     EXPECT_EQ(table.findOrAdd(1, 1, always), 0U);
@@ -22,7 +22,7 @@ TEST(EqualObjectTable, FindsWhatWasAdded) {
     EXPECT_EQ(table.findOrAdd(1, 2, [](std::uint32_t number) { return number == 1; }), 1U);
 }
 
-TEST(EqualObjectTable, AsksOnlyWhereTheUpperHalfOfTheHashIsTheSame) {
+TEST(EqualObjectTableTest, asksOnlyWhereTheUpperHalfOfTheHashIsTheSame) {
     EqualObjectTable table(10);
     table.findOrAdd(std::uint64_t{7} << 32, 0, never);
     EXPECT_EQ(table.findOrAdd(std::uint64_t{7 + 1024} << 32, 1, always), std::nullopt);
@@ -31,7 +31,7 @@ TEST(EqualObjectTable, AsksOnlyWhereTheUpperHalfOfTheHashIsTheSame) {
 }
 
 // Every hash of four numbers is the same one, so that they stand in one run of slots.
-TEST(EqualObjectTable, GrowsPastWhatWasExpected) {
+TEST(EqualObjectTableTest, growsPastWhatWasExpected) {
     EqualObjectTable table(0);
     const std::uint32_t count = 10000;
     const auto hash = [](std::uint32_t number) { return std::uint64_t{number / 4} << 32; };
@@ -44,7 +44,7 @@ TEST(EqualObjectTable, GrowsPastWhatWasExpected) {
     }
 }
 
-TEST(EqualObjectTable, TellsWhichObjectIsLikely) {
+TEST(EqualObjectTableTest, tellsWhichObjectIsLikely) {
     EqualObjectTable table(10);
     const std::uint64_t hash = std::uint64_t{7} << 32;
     table.prefetch(hash);
@@ -55,7 +55,7 @@ TEST(EqualObjectTable, TellsWhichObjectIsLikely) {
 }
 
 // Large tables have memory of another kind.
-TEST(EqualObjectTable, HoldsManyObjects) {
+TEST(EqualObjectTableTest, holdsManyObjects) {
     const std::uint32_t count = 400000;
     EqualObjectTable table(count);
     const auto hash = [](std::uint32_t number) {

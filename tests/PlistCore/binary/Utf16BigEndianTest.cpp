@@ -28,7 +28,7 @@ std::string literal(const char* bytes, std::size_t length) {
 
 }  // namespace
 
-TEST(Utf16BigEndian, EveryLengthOfCodePoint) {
+TEST(Utf16BigEndianTest, everyLengthOfCodePoint) {
     const std::pair<std::string, std::string> cases[] = {
         {"", ""},
         {"a", literal("\0a", 2)},
@@ -52,7 +52,7 @@ TEST(Utf16BigEndian, EveryLengthOfCodePoint) {
     }
 }
 
-TEST(Utf16BigEndian, UnpairedSurrogatesAreMended) {
+TEST(Utf16BigEndianTest, unpairedSurrogatesAreMended) {
     const std::string mended = "\xEF\xBF\xBD";
     const std::pair<std::string, std::string> cases[] = {
         {literal("\xD8\0", 2), mended},
@@ -72,7 +72,7 @@ TEST(Utf16BigEndian, UnpairedSurrogatesAreMended) {
 }
 
 // ASCII goes through in blocks; what is not ASCII must be seen at every place of them.
-TEST(Utf16BigEndian, AccentsAtEveryPlaceOfTexts) {
+TEST(Utf16BigEndianTest, accentsAtEveryPlaceOfTexts) {
     for (std::size_t length = 0; length < 50; ++length) {
         std::string plainUnits;
         for (std::size_t i = 0; i < length; ++i) {

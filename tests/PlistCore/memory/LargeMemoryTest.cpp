@@ -14,7 +14,7 @@ namespace {
 using LargeMemory::Pages;
 using LargeMemory::unit;
 
-TEST(LargeMemory, IsZeroAndAligned) {
+TEST(LargeMemoryTest, isZeroAndAligned) {
     for (const Pages pages : {Pages::usual, Pages::huge}) {
         const std::size_t size = 3 * unit;
         auto* const memory = static_cast<char*>(LargeMemory::map(size, pages));
@@ -27,14 +27,14 @@ TEST(LargeMemory, IsZeroAndAligned) {
     }
 }
 
-TEST(LargeMemory, SizesAreRoundedUp) {
+TEST(LargeMemoryTest, sizesAreRoundedUp) {
     EXPECT_EQ(LargeMemory::rounded(0), 0U);
     EXPECT_EQ(LargeMemory::rounded(1), unit);
     EXPECT_EQ(LargeMemory::rounded(unit), unit);
     EXPECT_EQ(LargeMemory::rounded(unit + 1), 2 * unit);
 }
 
-TEST(LargeMemory, RefusesImpossibleSizes) {
+TEST(LargeMemoryTest, refusesImpossibleSizes) {
     EXPECT_THROW(LargeMemory::map(0, Pages::usual), std::bad_alloc);
     EXPECT_THROW(LargeMemory::map(std::size_t{1} << 62, Pages::usual), std::bad_alloc);
     EXPECT_THROW(LargeMemory::map(std::numeric_limits<std::size_t>::max() - unit + 1, Pages::huge),

@@ -20,7 +20,7 @@ constexpr bool hasSanitizedAllocator = true;
 constexpr bool hasSanitizedAllocator = false;
 #endif
 
-TEST(PlistBytes, startsEmpty) {
+TEST(PlistBytesTest, startsEmpty) {
     const PlistBytes bytes;
     EXPECT_TRUE(bytes.isEmpty());
     EXPECT_EQ(bytes.size(), 0U);
@@ -28,7 +28,7 @@ TEST(PlistBytes, startsEmpty) {
     EXPECT_TRUE(bytes.span().empty());
 }
 
-TEST(PlistBytes, appends) {
+TEST(PlistBytesTest, appends) {
     PlistBytes bytes;
     bytes.append("");
     bytes.append(0, 'x');
@@ -42,7 +42,7 @@ TEST(PlistBytes, appends) {
     EXPECT_EQ(bytes.span()[7], 0xFF);
 }
 
-TEST(PlistBytes, keepsWhatItHoldsWhileGrowing) {
+TEST(PlistBytesTest, keepsWhatItHoldsWhileGrowing) {
     PlistBytes bytes;
     std::string expected;
     for (int step = 0; step < 300'000; ++step) {
@@ -53,7 +53,7 @@ TEST(PlistBytes, keepsWhatItHoldsWhileGrowing) {
     EXPECT_TRUE(bytes.view() == expected);
 }
 
-TEST(PlistBytes, keepsWhatItHoldsWhileALargeBufferGrows) {
+TEST(PlistBytesTest, keepsWhatItHoldsWhileALargeBufferGrows) {
     PlistBytes bytes;
     bytes.append(std::size_t{20} << 20, 'a');
     bytes.append(std::size_t{20} << 20, 'b');
@@ -63,7 +63,7 @@ TEST(PlistBytes, keepsWhatItHoldsWhileALargeBufferGrows) {
     EXPECT_EQ(moved.size(), std::size_t{40} << 20);
 }
 
-TEST(PlistBytes, growsInFewSteps) {
+TEST(PlistBytesTest, growsInFewSteps) {
     PlistBytes bytes;
     int moves = 0;
     const std::uint8_t* place = nullptr;
@@ -77,7 +77,7 @@ TEST(PlistBytes, growsInFewSteps) {
     EXPECT_EQ(bytes.size(), 1'000'000U);
 }
 
-TEST(PlistBytes, takesInWhatWasWrittenAtTheReservedPlace) {
+TEST(PlistBytesTest, takesInWhatWasWrittenAtTheReservedPlace) {
     PlistBytes bytes;
     bytes.append("a");
     std::uint8_t* const place = bytes.reserve(1000);
@@ -89,7 +89,7 @@ TEST(PlistBytes, takesInWhatWasWrittenAtTheReservedPlace) {
     EXPECT_EQ(bytes.reserve(998), place + 2);
 }
 
-TEST(PlistBytes, moves) {
+TEST(PlistBytesTest, moves) {
     PlistBytes first;
     first.append("first");
     PlistBytes second(std::move(first));
@@ -100,7 +100,7 @@ TEST(PlistBytes, moves) {
     EXPECT_EQ(third.view(), "first");
 }
 
-TEST(PlistBytes, refusesImpossibleSizes) {
+TEST(PlistBytesTest, refusesImpossibleSizes) {
     constexpr std::size_t greatest = std::numeric_limits<std::size_t>::max();
     PlistBytes bytes;
     bytes.append("kept");
@@ -111,7 +111,7 @@ TEST(PlistBytes, refusesImpossibleSizes) {
 }
 
 /// The sanitizers' own allocators end the program where this must throw.
-TEST(PlistBytes, reportsLackOfMemory) {
+TEST(PlistBytesTest, reportsLackOfMemory) {
     if (hasSanitizedAllocator) {
         GTEST_SKIP() << "The sanitizer ends the program where the system refuses memory.";
     }

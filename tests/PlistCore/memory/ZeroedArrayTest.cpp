@@ -11,7 +11,7 @@ namespace plist::detail {
 
 namespace {
 
-TEST(ZeroedArray, ItemsAreZeroAtFirst) {
+TEST(ZeroedArrayTest, itemsAreZeroAtFirst) {
     for (const std::size_t count : {std::size_t{1}, std::size_t{1000}, std::size_t{1000000}}) {
         ZeroedArray<std::uint64_t> array(count);
         std::uint64_t sum = 0;
@@ -24,7 +24,7 @@ TEST(ZeroedArray, ItemsAreZeroAtFirst) {
     }
 }
 
-TEST(ZeroedArray, Moves) {
+TEST(ZeroedArrayTest, moves) {
     for (const std::size_t count : {std::size_t{10}, std::size_t{1000000}}) {
         ZeroedArray<std::uint32_t> first(count);
         first[count - 1] = 7;
@@ -35,7 +35,7 @@ TEST(ZeroedArray, Moves) {
     }
 }
 
-TEST(ZeroedArray, RefusesImpossibleCounts) {
+TEST(ZeroedArrayTest, refusesImpossibleCounts) {
     for (const std::size_t count :
          {std::numeric_limits<std::size_t>::max(), std::numeric_limits<std::size_t>::max() / 8}) {
         EXPECT_THROW(ZeroedArray<std::uint64_t> array(count), std::bad_alloc);

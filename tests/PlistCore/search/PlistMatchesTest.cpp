@@ -11,14 +11,14 @@ namespace {
 
 using Path = std::vector<std::int64_t>;
 
-TEST(PlistMatches, startsWithTheRootAlone) {
+TEST(PlistMatchesTest, startsWithTheRootAlone) {
     const PlistMatches matches;
     EXPECT_TRUE(matches.isEmpty());
     EXPECT_EQ(matches.places().size(), 1U);
     EXPECT_EQ(matches.ending(), PlistMatches::Ending::complete);
 }
 
-TEST(PlistMatches, sharesTheBeginningsOfPaths) {
+TEST(PlistMatchesTest, sharesTheBeginningsOfPaths) {
     PlistMatches matches;
     const std::uint32_t container = matches.addPlace(0, 3);
     matches.addMatch(matches.addPlace(container, 1));
@@ -34,7 +34,7 @@ TEST(PlistMatches, sharesTheBeginningsOfPaths) {
               (std::vector<std::uint32_t>{2, 3, 4}));
 }
 
-TEST(PlistMatches, knowsTheRootAsAMatch) {
+TEST(PlistMatchesTest, knowsTheRootAsAMatch) {
     PlistMatches matches;
     matches.addMatch(0);
     ASSERT_EQ(matches.size(), 1U);

@@ -63,21 +63,21 @@ PlistValue valueFromXml(std::string_view content) {
     return PlistCodec::read("<plist>" + std::string(content) + "</plist>").root;
 }
 
-TEST(PlistSearch, findsNumbersByTheirDigits) {
+TEST(PlistSearchTest, findsNumbersByTheirDigits) {
     const PlistValue root = valueFromXml(
         "<dict><key>a</key><integer>10</integer>"
         "<key>b</key><array><integer>1</integer><integer>2</integer></array></dict>");
     EXPECT_EQ(search(root, "1"), "[0] [1,0]");
 }
 
-TEST(PlistSearch, findsNothingForAQueryOfBlanks) {
+TEST(PlistSearchTest, findsNothingForAQueryOfBlanks) {
     const PlistValue root = PlistValue::dictionary({{" \t ", string("a b\tc")}, {"", string("")}});
     EXPECT_EQ(search(root, ""), "");
     EXPECT_EQ(search(root, " "), "");
     EXPECT_EQ(search(root, " \t  \t"), "");
 }
 
-TEST(PlistSearch, takesOnlySpacesAndTabsOffTheQuery) {
+TEST(PlistSearchTest, takesOnlySpacesAndTabsOffTheQuery) {
     const PlistValue root = PlistValue::array({string("ab"), string("a b"), string("x\nab")});
     EXPECT_EQ(search(root, " \tab\t "), "[0] [2]");
     EXPECT_EQ(search(root, "a b"), "[1]");
@@ -86,18 +86,18 @@ TEST(PlistSearch, takesOnlySpacesAndTabsOffTheQuery) {
     EXPECT_EQ(search(root, "\u00A0ab"), "");
 }
 
-TEST(PlistSearch, findsNothingForAQueryOfMarks) {
+TEST(PlistSearchTest, findsNothingForAQueryOfMarks) {
     const PlistValue root = PlistValue::array({string("\u0301"), string("e\u0301"), string("")});
     EXPECT_EQ(search(root, "\u0301"), "");
     EXPECT_EQ(search(root, " \u0301\u0308 "), "");
 }
 
-TEST(PlistSearch, findsNothingForAQueryThatIsNoText) {
+TEST(PlistSearchTest, findsNothingForAQueryThatIsNoText) {
     EXPECT_EQ(search(string("\u00FF"), "\xFF"), "");
     EXPECT_EQ(search(string("a"), "a\xC3"), "");
 }
 
-TEST(PlistSearch, givesNoTextToBooleansDataAndContainers) {
+TEST(PlistSearchTest, givesNoTextToBooleansDataAndContainers) {
     const PlistValue root = PlistValue::dictionary(
         {{"flag", PlistValue::boolean(true)},
          {"true", PlistValue::boolean(false)},
@@ -110,14 +110,14 @@ TEST(PlistSearch, givesNoTextToBooleansDataAndContainers) {
     EXPECT_EQ(search(PlistValue::boolean(true), "true"), "");
 }
 
-TEST(PlistSearch, testsTheRootByItsTextAlone) {
+TEST(PlistSearchTest, testsTheRootByItsTextAlone) {
     EXPECT_EQ(search(string("root"), "OO"), "[]");
     EXPECT_EQ(search(PlistValue::integer(42), "2"), "[]");
     EXPECT_EQ(search(PlistValue::array({string("a")}), "a"), "[0]");
     EXPECT_EQ(search(PlistValue::dictionary(), "a"), "");
 }
 
-TEST(PlistSearch, givesEachPlaceOnceParentsFirst) {
+TEST(PlistSearchTest, givesEachPlaceOnceParentsFirst) {
     const PlistValue root = PlistValue::dictionary(
         {{"name", string("my name")},
          {"names", PlistValue::array({string("Name"), string("other"),
@@ -127,7 +127,7 @@ TEST(PlistSearch, givesEachPlaceOnceParentsFirst) {
     EXPECT_EQ(search(root, "name"), "[0] [1] [1,0] [1,2,0] [2,0] [3]");
 }
 
-TEST(PlistSearch, ignoresCaseAndDiacritics) {
+TEST(PlistSearchTest, ignoresCaseAndDiacritics) {
     EXPECT_TRUE(finds("Café", "cafe"));
     EXPECT_TRUE(finds("Cafe\u0301", "cafe"));
     EXPECT_TRUE(finds("CAFE", "café"));
@@ -144,7 +144,7 @@ TEST(PlistSearch, ignoresCaseAndDiacritics) {
     EXPECT_TRUE(finds("😀 smile", "😀 S"));
 }
 
-TEST(PlistSearch, tellsLettersApart) {
+TEST(PlistSearchTest, tellsLettersApart) {
     EXPECT_FALSE(finds("Æsir", "aesir"));
     EXPECT_FALSE(finds("Søren", "soren"));
     EXPECT_FALSE(finds("dız", "diz"));
@@ -156,7 +156,7 @@ TEST(PlistSearch, tellsLettersApart) {
     EXPECT_FALSE(finds("a\u00B2", "2"));
 }
 
-TEST(PlistSearch, findsAcrossNulCharacters) {
+TEST(PlistSearchTest, findsAcrossNulCharacters) {
     const std::string text("one\0two", 7);
     EXPECT_TRUE(finds(text, std::string_view("E\0T", 3)));
     EXPECT_TRUE(finds(text, "two"));
@@ -164,7 +164,7 @@ TEST(PlistSearch, findsAcrossNulCharacters) {
 }
 
 /// What a number shows as, and which queries find it.
-TEST(PlistSearch, searchesTheTextsOfNumbers) {
+TEST(PlistSearchTest, searchesTheTextsOfNumbers) {
     struct Case {
         PlistValue value;
         std::string_view query;
@@ -213,7 +213,7 @@ TEST(PlistSearch, searchesTheTextsOfNumbers) {
     }
 }
 
-TEST(PlistSearch, findsInLongTextsOfAnyKind) {
+TEST(PlistSearchTest, findsInLongTextsOfAnyKind) {
     // Longer than the pieces in which long texts are searched, with the match at every border.
     constexpr std::size_t piece = std::size_t{1} << 16;
     for (const std::string_view letter : {"a", "é", "語"}) {
@@ -239,7 +239,7 @@ TEST(PlistSearch, findsInLongTextsOfAnyKind) {
     }
 }
 
-TEST(PlistSearch, searchesListsOfKeysOfEveryLength) {
+TEST(PlistSearchTest, searchesListsOfKeysOfEveryLength) {
     for (const std::size_t count : {1U, 2U, 63U, 64U, 65U, 200U}) {
         std::vector<PlistString> keys;
         for (std::size_t i = 0; i < count; ++i) {
@@ -257,7 +257,7 @@ TEST(PlistSearch, searchesListsOfKeysOfEveryLength) {
     }
 }
 
-TEST(PlistSearch, findsInDeepValues) {
+TEST(PlistSearchTest, findsInDeepValues) {
     constexpr int depth = 1'000'000;
     PlistValue root = PlistValue::array({string("deep")});
     for (int i = 1; i < depth; ++i) {
@@ -270,7 +270,7 @@ TEST(PlistSearch, findsInDeepValues) {
 }
 
 /// Each level of the chain is found by its key, so that the paths together have 5 * 10^9 steps.
-TEST(PlistSearch, keepsThePathsOfADeepValueTogether) {
+TEST(PlistSearchTest, keepsThePathsOfADeepValueTogether) {
     constexpr std::size_t depth = 100'000;
     PlistValue root = string("end");
     for (std::size_t i = 0; i < depth; ++i) {
@@ -289,13 +289,13 @@ PlistValue doubled(PlistValue leaf, int times) {
     return leaf;
 }
 
-TEST(PlistSearch, passesOverSharedContainersWithoutMatches) {
+TEST(PlistSearchTest, passesOverSharedContainersWithoutMatches) {
     const PlistValue root = PlistValue::array({doubled(string("leaf"), 40), string("last")});
     EXPECT_EQ(search(root, "last"), "[1]");
     EXPECT_EQ(search(root, "nothing"), "");
 }
 
-TEST(PlistSearch, findsEveryMatchInSharedContainers) {
+TEST(PlistSearchTest, findsEveryMatchInSharedContainers) {
     const PlistValue leaves = PlistValue::array(std::vector<PlistValue>(100, string("leaf")));
     const PlistValue mixed = PlistValue::array({leaves, string("match"), leaves});
     const PlistValue root = PlistValue::array({leaves, mixed, leaves, mixed});
@@ -303,7 +303,7 @@ TEST(PlistSearch, findsEveryMatchInSharedContainers) {
     EXPECT_EQ(PlistSearch::matches(root, "leaf").size(), 600U);
 }
 
-TEST(PlistSearch, keepsALimitedNumberOfMatches) {
+TEST(PlistSearchTest, keepsALimitedNumberOfMatches) {
     const PlistMatches matches = PlistSearch::matches(doubled(string("leaf"), 40), "leaf");
     EXPECT_EQ(matches.ending(), Ending::limitReached);
     EXPECT_EQ(matches.size(), PlistMatches::matchLimit);
@@ -311,7 +311,7 @@ TEST(PlistSearch, keepsALimitedNumberOfMatches) {
     EXPECT_EQ(matches.path(0), std::vector<std::int64_t>(40, 0));
 }
 
-TEST(PlistSearch, reachesTheLimitOnlyWithOneMatchMore) {
+TEST(PlistSearchTest, reachesTheLimitOnlyWithOneMatchMore) {
     std::vector<PlistValue> items(PlistMatches::matchLimit, PlistValue::integer(7));
     EXPECT_EQ(PlistSearch::matches(PlistValue::array(items), "7").ending(), Ending::complete);
     items.push_back(PlistValue::integer(8));
@@ -322,7 +322,7 @@ TEST(PlistSearch, reachesTheLimitOnlyWithOneMatchMore) {
     EXPECT_EQ(matches.size(), PlistMatches::matchLimit);
 }
 
-TEST(PlistSearch, keepsALimitedNumberOfPlaces) {
+TEST(PlistSearchTest, keepsALimitedNumberOfPlaces) {
     // A thousand containers around each match.
     PlistValue chain = string("leaf");
     for (int i = 0; i < 1000; ++i) {
@@ -335,7 +335,7 @@ TEST(PlistSearch, keepsALimitedNumberOfPlaces) {
     EXPECT_GE(matches.size(), 3990U);
 }
 
-TEST(PlistSearch, stopsAtOnceWhenToldBefore) {
+TEST(PlistSearchTest, stopsAtOnceWhenToldBefore) {
     std::stop_source source;
     source.request_stop();
     const PlistMatches matches =
@@ -345,7 +345,7 @@ TEST(PlistSearch, stopsAtOnceWhenToldBefore) {
 }
 
 /// An endless search, as far as anybody can tell, ends when it is told to.
-TEST(PlistSearch, stopsInTheMiddle) {
+TEST(PlistSearchTest, stopsInTheMiddle) {
     // Something is found everywhere, but rarely, so that neither limit nor memory ends the walk.
     std::vector<PlistValue> items(100'000, string("leaf"));
     items.push_back(string("match"));
@@ -367,7 +367,7 @@ TEST(PlistSearch, stopsInTheMiddle) {
 }
 
 /// What stands at the end of a long text is not found any more.
-TEST(PlistSearch, stopsWithinALongText) {
+TEST(PlistSearchTest, stopsWithinALongText) {
     std::stop_source source;
     source.request_stop();
     const std::string ascii(1'000'000, 'a');
@@ -497,7 +497,7 @@ std::string withoutBlanks(const std::string& text) {
                                       : text.substr(start, text.find_last_not_of(' ') + 1 - start);
 }
 
-TEST(PlistSearch, agreesWithAPlainSearch) {
+TEST(PlistSearchTest, agreesWithAPlainSearch) {
     std::size_t matchCount = 0;
     for (unsigned seed = 0; seed < 20000; ++seed) {
         Plain plain(seed);

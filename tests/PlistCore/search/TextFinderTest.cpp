@@ -37,7 +37,7 @@ bool isIn(const TextFinder& finder, const std::string& text) {
     return answer;
 }
 
-TEST(TextFinder, ignoresTheCaseOfAsciiLettersAlone) {
+TEST(TextFinderTest, ignoresTheCaseOfAsciiLettersAlone) {
     const TextFinder finder("Key[1]");
     EXPECT_EQ(finder.pattern(), "key[1]");
     EXPECT_TRUE(isIn(finder, "the kEY[1] of"));
@@ -49,7 +49,7 @@ TEST(TextFinder, ignoresTheCaseOfAsciiLettersAlone) {
     EXPECT_FALSE(isIn(TextFinder("a"), "\xC1")) << "a letter is no other character";
 }
 
-TEST(TextFinder, findsAtEveryPlaceOfTextsOfEveryLength) {
+TEST(TextFinderTest, findsAtEveryPlaceOfTextsOfEveryLength) {
     for (std::size_t patternSize = 1; patternSize <= 40; ++patternSize) {
         std::string pattern(patternSize, 'y');
         pattern.front() = 'x';
@@ -72,7 +72,7 @@ TEST(TextFinder, findsAtEveryPlaceOfTextsOfEveryLength) {
     }
 }
 
-TEST(TextFinder, agreesWithAPlainSearchInRandomTexts) {
+TEST(TextFinderTest, agreesWithAPlainSearchInRandomTexts) {
     std::mt19937 random(2);
     std::uniform_int_distribution<std::size_t> textSize(0, 120);
     std::uniform_int_distribution<std::size_t> patternSize(1, 12);
@@ -95,7 +95,7 @@ TEST(TextFinder, agreesWithAPlainSearchInRandomTexts) {
     EXPECT_LT(foundCount, 90000U);
 }
 
-TEST(TextFinder, findsInTextsFullOfFalseBeginnings) {
+TEST(TextFinderTest, findsInTextsFullOfFalseBeginnings) {
     // Comparing in full at each place would take 10^11 steps.
     const std::size_t size = 1'000'000;
     std::string pattern(size / 4, 'a');
@@ -107,7 +107,7 @@ TEST(TextFinder, findsInTextsFullOfFalseBeginnings) {
     EXPECT_TRUE(finder.isIn(text));
 }
 
-TEST(TextFinder, agreesWithAPlainSearchWhereItGivesUpComparing) {
+TEST(TextFinderTest, agreesWithAPlainSearchWhereItGivesUpComparing) {
     std::mt19937 random(3);
     std::uniform_int_distribution<std::size_t> place(0, 199);
     for (int round = 0; round < 20000; ++round) {

@@ -42,7 +42,7 @@ bool isSurrogate(char32_t codePoint) {
     return codePoint >= 0xD800 && codePoint <= 0xDFFF;
 }
 
-TEST(TextFolding, leavesAsciiAlone) {
+TEST(TextFoldingTest, leavesAsciiAlone) {
     Folder fold;
     EXPECT_EQ(fold(""), "");
     EXPECT_EQ(fold("Hello, World 123"), "Hello, World 123");
@@ -50,7 +50,7 @@ TEST(TextFolding, leavesAsciiAlone) {
               "a text that is longer than two whole blocks of bytes");
 }
 
-TEST(TextFolding, foldsCaseAndTakesOutMarks) {
+TEST(TextFoldingTest, foldsCaseAndTakesOutMarks) {
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"é", "e"},       {"É", "e"},
         {"e\u0301", "e"}, {"ố", "o"},
@@ -75,7 +75,7 @@ TEST(TextFolding, foldsCaseAndTakesOutMarks) {
     }
 }
 
-TEST(TextFolding, findsEachCodePointAnywhereInAText) {
+TEST(TextFoldingTest, findsEachCodePointAnywhereInAText) {
     Folder fold;
     const std::string ascii(40, 'x');
     for (std::size_t before = 0; before <= ascii.size(); ++before) {
@@ -89,7 +89,7 @@ TEST(TextFolding, findsEachCodePointAnywhereInAText) {
     }
 }
 
-TEST(TextFolding, foldsEveryCodePointWithinTheRoomAndOnce) {
+TEST(TextFoldingTest, foldsEveryCodePointWithinTheRoomAndOnce) {
     Folder fold;
     for (char32_t point = 0x80; point < 0x110000; ++point) {
         if (isSurrogate(point)) {
@@ -101,7 +101,7 @@ TEST(TextFolding, foldsEveryCodePointWithinTheRoomAndOnce) {
     }
 }
 
-TEST(TextFolding, foldsEquivalentTextsAlike) {
+TEST(TextFoldingTest, foldsEquivalentTextsAlike) {
     std::mt19937 random(1);
     // Letters, marks of several combining classes, ligatures, syllables and their parts.
     const std::vector<char32_t> points = {U'a',   U'é',   0x0301, 0x0323,  0x0307,  0x0345,

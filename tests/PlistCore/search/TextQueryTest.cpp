@@ -16,7 +16,7 @@ PlistValue string(const std::string& text) {
     return PlistValue::string(text);
 }
 
-TEST(TextQuery, isEmptyWhereNothingIsLeftToSeek) {
+TEST(TextQueryTest, isEmptyWhereNothingIsLeftToSeek) {
     for (const char* text : {"", " ", "\t \t", "\u0301", " \u0301\u0308\t", "\xFF"}) {
         EXPECT_TRUE(TextQuery(text, {}).isEmpty()) << text;
     }
@@ -24,13 +24,13 @@ TEST(TextQuery, isEmptyWhereNothingIsLeftToSeek) {
     EXPECT_FALSE(TextQuery("\n", {}).isEmpty());
 }
 
-TEST(TextQuery, isFoldedAndInLowerCase) {
+TEST(TextQueryTest, isFoldedAndInLowerCase) {
     EXPECT_EQ(TextQuery(" \tCAF\u00C9 Stra\u00DFe\t", {}).folded(), "cafe strasse");
     EXPECT_EQ(TextQuery("\u00C6", {}).folded(), "\u00E6");
 }
 
 /// Texts of every length are tested where they lie, whether they match or not.
-TEST(TextQuery, testsAsciiTextsWithoutMemory) {
+TEST(TextQueryTest, testsAsciiTextsWithoutMemory) {
     if (!AllocationCount::isPossible()) {
         GTEST_SKIP() << "The sanitizer has an allocator of its own, whose calls are not counted.";
     }

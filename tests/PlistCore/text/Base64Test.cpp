@@ -44,7 +44,7 @@ std::string randomBytes(std::size_t count, std::mt19937& random) {
     return bytes;
 }
 
-TEST(Base64, encodes) {
+TEST(Base64Test, encodes) {
     const std::vector<std::pair<std::string_view, std::string_view>> cases = {
         {"", ""},
         {"f", "Zg=="},
@@ -71,7 +71,7 @@ TEST(Base64, encodes) {
     }
 }
 
-TEST(Base64, encodesPiecesOneAfterTheOther) {
+TEST(Base64Test, encodesPiecesOneAfterTheOther) {
     const std::vector<std::uint8_t> bytes = bytesOf("foobar");
     std::string text = "--------..";
     auto* const start = reinterpret_cast<std::uint8_t*>(text.data());
@@ -82,7 +82,7 @@ TEST(Base64, encodesPiecesOneAfterTheOther) {
     EXPECT_EQ(text, "Zm9vYmFy..");
 }
 
-TEST(Base64, decodesWhatItEncodesAtEveryLength) {
+TEST(Base64Test, decodesWhatItEncodesAtEveryLength) {
     std::mt19937 random(1);
     for (std::size_t count = 0; count < 300; ++count) {
         const std::string bytes = randomBytes(count, random);
@@ -92,7 +92,7 @@ TEST(Base64, decodesWhatItEncodesAtEveryLength) {
     }
 }
 
-TEST(Base64, decodesWithBreaksEverywhere) {
+TEST(Base64Test, decodesWithBreaksEverywhere) {
     std::mt19937 random(2);
     for (std::size_t count = 1; count < 80; ++count) {
         const std::string bytes = randomBytes(count, random);
@@ -107,7 +107,7 @@ TEST(Base64, decodesWithBreaksEverywhere) {
     }
 }
 
-TEST(Base64, decodes) {
+TEST(Base64Test, decodes) {
     const std::vector<std::pair<std::string_view, std::string_view>> cases = {
         {"QUJD", "ABC"},
         {"QUI=", "AB"},
@@ -144,7 +144,7 @@ TEST(Base64, decodes) {
     }
 }
 
-TEST(Base64, rejects) {
+TEST(Base64Test, rejects) {
     for (const std::string_view text : {
              "Q"sv,
              "QUJDR"sv,
@@ -180,7 +180,7 @@ TEST(Base64, rejects) {
 }
 
 /// Each byte below 0x80 in the place of a digit: 64 of them are digits with their own value.
-TEST(Base64, knowsItsAlphabet) {
+TEST(Base64Test, knowsItsAlphabet) {
     constexpr std::string_view alphabet =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     for (char byte = 0; byte != '\x7F'; ++byte) {

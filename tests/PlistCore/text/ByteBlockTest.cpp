@@ -5,15 +5,15 @@
 
 namespace plist::detail {
 
-TEST(ByteBlock, KnowsEveryByteAtEveryPlace) {
+TEST(ByteBlockTest, knowsEveryByteAtEveryPlace) {
     ByteBlockContract::checkEveryByte<ByteBlock>();
 }
 
-TEST(ByteBlock, Copies) {
+TEST(ByteBlockTest, copies) {
     ByteBlockContract::checkCopies<ByteBlock>();
 }
 
-TEST(ByteBlock, WidensAndNarrowsUnits) {
+TEST(ByteBlockTest, widensAndNarrowsUnits) {
     ByteBlockContract::checkUnits<ByteBlock>();
 }
 

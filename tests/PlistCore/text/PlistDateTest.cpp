@@ -24,7 +24,7 @@ double since1970(double seconds) {
     return seconds - PlistDate::referenceSince1970;
 }
 
-TEST(PlistDate, formats) {
+TEST(PlistDateTest, formats) {
     const std::vector<std::pair<double, std::string_view>> cases = {
         {0, "2001-01-01T00:00:00Z"},
         {-0.0, "2001-01-01T00:00:00Z"},
@@ -59,7 +59,7 @@ TEST(PlistDate, formats) {
     }
 }
 
-TEST(PlistDate, formatsEveryDouble) {
+TEST(PlistDateTest, formatsEveryDouble) {
     constexpr std::string_view latest = "292277026596-12-04T15:30:07Z";
     constexpr std::string_view earliest = "-292277022657-01-27T08:29:52Z";
     const std::vector<std::pair<double, std::string_view>> cases = {
@@ -81,7 +81,7 @@ TEST(PlistDate, formatsEveryDouble) {
     }
 }
 
-TEST(PlistDate, parses) {
+TEST(PlistDateTest, parses) {
     const std::vector<std::pair<std::string_view, double>> cases = {
         {"2001-01-01T00:00:00Z", 0},
         {"2001-01-01T00:00:00", 0},
@@ -123,7 +123,7 @@ TEST(PlistDate, parses) {
     }
 }
 
-TEST(PlistDate, rejects) {
+TEST(PlistDateTest, rejects) {
     for (const std::string_view text : {
              ""sv,
              "-"sv,
@@ -183,7 +183,7 @@ TEST(PlistDate, rejects) {
     }
 }
 
-TEST(PlistDate, knowsTheLeapYears) {
+TEST(PlistDateTest, knowsTheLeapYears) {
     const std::vector<std::pair<std::string_view, std::string_view>> dayAfter28February = {
         {"2000-02-29", "2000-02-29T00:00:00Z"}, {"1900-02-29", "1900-03-01T00:00:00Z"},
         {"2004-02-29", "2004-02-29T00:00:00Z"}, {"2001-02-29", "2001-03-01T00:00:00Z"},
@@ -199,7 +199,7 @@ TEST(PlistDate, knowsTheLeapYears) {
 }
 
 /// Every day of two whole cycles of the calendar, by counting on.
-TEST(PlistDate, countsDaysWithoutGap) {
+TEST(PlistDateTest, countsDaysWithoutGap) {
     const std::optional<double> start = PlistDate::parseDate("-401-01-01");
     ASSERT_TRUE(start);
     double date = *start;
@@ -218,7 +218,7 @@ TEST(PlistDate, countsDaysWithoutGap) {
     }
 }
 
-TEST(PlistDate, readsBackWhatItFormats) {
+TEST(PlistDateTest, readsBackWhatItFormats) {
     for (double seconds = 1; seconds < 3e16; seconds = std::floor(seconds * 1.37) + 1) {
         EXPECT_EQ(PlistDate::parseDate(PlistDate::formatDate(seconds)), seconds) << seconds;
         EXPECT_EQ(PlistDate::parseDate(PlistDate::formatDate(-seconds)), -seconds) << seconds;
@@ -226,7 +226,7 @@ TEST(PlistDate, readsBackWhatItFormats) {
 }
 
 /// Years of more than nine digits can be formatted, but not parsed.
-TEST(PlistDate, doesNotReadBackYearsOfTenDigits) {
+TEST(PlistDateTest, doesNotReadBackYearsOfTenDigits) {
     const std::string text = PlistDate::formatDate(1e17);
     EXPECT_EQ(text, "3168875851-09-07T09:46:40Z");
     EXPECT_EQ(PlistDate::parseDate(text), std::nullopt);

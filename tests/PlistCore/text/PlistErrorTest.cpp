@@ -18,7 +18,7 @@ namespace {
 using Line = PlistError::Line;
 using Offset = PlistError::Offset;
 
-TEST(PlistError, describesItself) {
+TEST(PlistErrorTest, describesItself) {
     const std::vector<std::pair<PlistError, std::string_view>> cases = {
         {PlistError(PlistError::Malformed{"Unknown element <strnig>."}, Line{3, 17}),
          "Line 3, column 17: Unknown element <strnig>."},
@@ -46,14 +46,14 @@ TEST(PlistError, describesItself) {
     }
 }
 
-TEST(PlistError, keepsReasonAndLocation) {
+TEST(PlistErrorTest, keepsReasonAndLocation) {
     const PlistError error(PlistError::NestingTooDeep{7}, Line{2, 3});
     EXPECT_EQ(error.reason(), PlistError::Reason(PlistError::NestingTooDeep{7}));
     EXPECT_EQ(error.location(), PlistError::Location(Line{2, 3}));
     EXPECT_EQ(PlistError(PlistError::UnexpectedEnd{}).location(), std::nullopt);
 }
 
-TEST(PlistError, isUnequalToEveryOtherError) {
+TEST(PlistErrorTest, isUnequalToEveryOtherError) {
     const std::vector<PlistError> different = {
         PlistError(PlistError::Malformed{"x"}),
         PlistError(PlistError::Malformed{"y"}),
@@ -78,14 +78,14 @@ TEST(PlistError, isUnequalToEveryOtherError) {
     }
 }
 
-TEST(PlistError, comparesTextsAsUnicodeText) {
+TEST(PlistErrorTest, comparesTextsAsUnicodeText) {
     EXPECT_EQ(PlistError(PlistError::Malformed{"caf\xC3\xA9"}),
               PlistError(PlistError::Malformed{"cafe\xCC\x81"}));
     EXPECT_EQ(PlistError(PlistError::InvalidValue{"caf\xC3\xA9"}),
               PlistError(PlistError::InvalidValue{"cafe\xCC\x81"}));
 }
 
-TEST(PlistError, isCaughtAsStandardException) {
+TEST(PlistErrorTest, isCaughtAsStandardException) {
     try {
         throw PlistError(PlistError::UnexpectedEnd{}, Offset{9});
     } catch (const std::exception& error) {

@@ -12,7 +12,7 @@ namespace {
 
 using Result = PlistResult<std::string>;
 
-TEST(PlistResult, holdsAValueOrAnError) {
+TEST(PlistResultTest, holdsAValueOrAnError) {
     const Result value(std::string("text"));
     EXPECT_TRUE(value);
     EXPECT_EQ(*value, "text");
@@ -23,12 +23,12 @@ TEST(PlistResult, holdsAValueOrAnError) {
     EXPECT_EQ(error.error(), PlistError(PlistError::UnexpectedEnd{}));
 }
 
-TEST(PlistResult, givesItsValueAway) {
+TEST(PlistResultTest, givesItsValueAway) {
     Result value(std::string("text"));
     EXPECT_EQ(std::move(value).value(), "text");
 }
 
-TEST(PlistResult, stopsWhoAsksForTheOtherOne) {
+TEST(PlistResultTest, stopsWhoAsksForTheOtherOne) {
     const ThrowingChecks checks;
     const Result value(std::string("text"));
     const Result error(PlistError(PlistError::UnexpectedEnd{}));

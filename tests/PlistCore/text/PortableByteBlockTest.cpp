@@ -14,15 +14,15 @@ namespace portable {
 
 namespace plist::detail {
 
-TEST(PortableByteBlock, KnowsEveryByteAtEveryPlace) {
+TEST(PortableByteBlockTest, knowsEveryByteAtEveryPlace) {
     ByteBlockContract::checkEveryByte<portable::plist::detail::ByteBlock>();
 }
 
-TEST(PortableByteBlock, Copies) {
+TEST(PortableByteBlockTest, copies) {
     ByteBlockContract::checkCopies<portable::plist::detail::ByteBlock>();
 }
 
-TEST(PortableByteBlock, WidensAndNarrowsUnits) {
+TEST(PortableByteBlockTest, widensAndNarrowsUnits) {
     ByteBlockContract::checkUnits<portable::plist::detail::ByteBlock>();
 }
 

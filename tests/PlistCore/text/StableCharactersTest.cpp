@@ -43,7 +43,7 @@ std::set<utf8proc_int32_t> joiningCharacters() {
 
 }  // namespace
 
-TEST(StableCharacters, areLeftAloneByComposition) {
+TEST(StableCharactersTest, areLeftAloneByComposition) {
     const std::set<utf8proc_int32_t> joining = joiningCharacters();
     ASSERT_TRUE(joining.contains(0x0301));
     for (char32_t point = 0; point < endOfUnicode; ++point) {
@@ -56,14 +56,14 @@ TEST(StableCharacters, areLeftAloneByComposition) {
     }
 }
 
-TEST(StableCharacters, areKnownInTheUsualScripts) {
+TEST(StableCharactersTest, areKnownInTheUsualScripts) {
     for (const char32_t point : {U'a', U'é', U'Ω', U'ж', U'ệ', U'か', U'ガ', U'文', U'한', U'…',
                                  U'“', U'א', U'ب', U'Ａ', U'😀'}) {
         EXPECT_TRUE(StableCharacters::contains(point)) << static_cast<unsigned>(point);
     }
 }
 
-TEST(StableCharacters, doNotHoldMarksAndWhatChanges) {
+TEST(StableCharactersTest, doNotHoldMarksAndWhatChanges) {
     for (const char32_t point :
          {U'\u0301', U'\u0374', U'\u037E', U'\u0387', U'\u093C', U'\u0958', U'\u1161', U'\u11A8',
           U'\u2000', U'\u2126', U'\u3099', U'\uF900', U'\U0001D15E', U'\U0010FFFF'}) {

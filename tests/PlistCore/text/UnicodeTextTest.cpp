@@ -42,7 +42,7 @@ int sign(int number) {
     return (number > 0) - (number < 0);
 }
 
-TEST(UnicodeText, knowsAscii) {
+TEST(UnicodeTextTest, knowsAscii) {
     EXPECT_TRUE(UnicodeText::isAscii(""));
     EXPECT_TRUE(UnicodeText::isAscii("\0\x7F"sv));
     for (std::size_t length = 1; length < 50; ++length) {
@@ -55,7 +55,7 @@ TEST(UnicodeText, knowsAscii) {
     }
 }
 
-TEST(UnicodeText, acceptsEveryScalarValue) {
+TEST(UnicodeTextTest, acceptsEveryScalarValue) {
     for (char32_t point = 0; point <= 0x10FFFF; ++point) {
         if (!isSurrogate(point)) {
             ASSERT_TRUE(UnicodeText::isValidUtf8(utf8(point))) << hexadecimal(point);
@@ -63,7 +63,7 @@ TEST(UnicodeText, acceptsEveryScalarValue) {
     }
 }
 
-TEST(UnicodeText, acceptsValidTextsAtEveryAlignment) {
+TEST(UnicodeTextTest, acceptsValidTextsAtEveryAlignment) {
     for (const std::string_view sequence :
          {"\0"sv, "\x7F"sv, "\xC2\x80"sv, "\xDF\xBF"sv, "\xE0\xA0\x80"sv, "\xED\x9F\xBF"sv,
           "\xEE\x80\x80"sv, "\xEF\xBF\xBF"sv, "\xF0\x90\x80\x80"sv, "\xF4\x8F\xBF\xBF"sv}) {
@@ -77,7 +77,7 @@ TEST(UnicodeText, acceptsValidTextsAtEveryAlignment) {
     EXPECT_TRUE(UnicodeText::isValidUtf8(""));
 }
 
-TEST(UnicodeText, rejectsMalformedBytesAtEveryAlignment) {
+TEST(UnicodeTextTest, rejectsMalformedBytesAtEveryAlignment) {
     for (const std::string_view sequence : {
              "\x80"sv,              // continuation without a lead
              "\xBF"sv,              //
@@ -118,7 +118,7 @@ TEST(UnicodeText, rejectsMalformedBytesAtEveryAlignment) {
     }
 }
 
-TEST(UnicodeText, composes) {
+TEST(UnicodeTextTest, composes) {
     const std::vector<std::pair<std::string_view, std::string_view>> cases = {
         {"", ""},
         {"plain", "plain"},
@@ -158,7 +158,7 @@ TEST(UnicodeText, composes) {
 }
 
 /// Nothing beyond the supplementary ideographs takes part in composition.
-TEST(UnicodeText, composesEveryCodePointStably) {
+TEST(UnicodeTextTest, composesEveryCodePointStably) {
     for (char32_t point = 0; point <= 0x2FFFF; ++point) {
         if (!isSurrogate(point)) {
             const std::string once = UnicodeText::composed(utf8(point));
@@ -169,7 +169,7 @@ TEST(UnicodeText, composesEveryCodePointStably) {
 
 /// The shortcut for plainly composed texts must agree with the whole algorithm, which a mark at
 /// the end forces.
-TEST(UnicodeText, shortcutAgreesWithWholeAlgorithm) {
+TEST(UnicodeTextTest, shortcutAgreesWithWholeAlgorithm) {
     const std::string lastMark = "\xDD\x80";  // U+0740, composes with nothing
     std::string before;
     for (char32_t point = 0; point <= 0xFFFF; ++point) {
@@ -183,7 +183,7 @@ TEST(UnicodeText, shortcutAgreesWithWholeAlgorithm) {
     }
 }
 
-TEST(UnicodeText, ordersLongRunsOfMarks) {
+TEST(UnicodeTextTest, ordersLongRunsOfMarks) {
     constexpr std::size_t pairs = 200'000;
     std::string text = "x";
     std::string expected = "x";
@@ -201,7 +201,7 @@ TEST(UnicodeText, ordersLongRunsOfMarks) {
     EXPECT_TRUE(UnicodeText::composed(text) == expected);
 }
 
-TEST(UnicodeText, tellsDifferentTextsApart) {
+TEST(UnicodeTextTest, tellsDifferentTextsApart) {
     const std::vector<std::pair<std::string_view, std::string_view>> cases = {
         {"a", "b"},
         {"a", "A"},
@@ -223,7 +223,7 @@ TEST(UnicodeText, tellsDifferentTextsApart) {
     }
 }
 
-TEST(UnicodeText, ordersByCodePointsOfCompositions) {
+TEST(UnicodeTextTest, ordersByCodePointsOfCompositions) {
     const std::vector<std::string_view> ascending = {
         "",
         "\0"sv,
@@ -253,7 +253,7 @@ TEST(UnicodeText, ordersByCodePointsOfCompositions) {
     }
 }
 
-TEST(UnicodeText, takesCodePointsFromBothEnds) {
+TEST(UnicodeTextTest, takesCodePointsFromBothEnds) {
     constexpr std::array<char32_t, 10> points = {0,     0x41,   0x7F,    0x80,   0x7FF,
                                                  0x800, 0xFFFF, 0x10000, 0xFEFF, 0x10FFFF};
     std::string text;
@@ -272,7 +272,7 @@ TEST(UnicodeText, takesCodePointsFromBothEnds) {
     EXPECT_TRUE(rest.empty());
 }
 
-TEST(UnicodeText, appendsUtf8) {
+TEST(UnicodeTextTest, appendsUtf8) {
     const std::vector<std::pair<char32_t, std::string_view>> cases = {
         {0, "\0"sv},
         {0x7F, "\x7F"},
@@ -291,7 +291,7 @@ TEST(UnicodeText, appendsUtf8) {
     }
 }
 
-TEST(UnicodeText, classifiesWhitespaceAndLineBreaks) {
+TEST(UnicodeTextTest, classifiesWhitespaceAndLineBreaks) {
     std::u32string whitespace;
     std::u32string lineBreaks;
     for (char32_t point = 0; point <= 0x10FFFF; ++point) {
@@ -308,7 +308,7 @@ TEST(UnicodeText, classifiesWhitespaceAndLineBreaks) {
     EXPECT_EQ(lineBreaks, (std::u32string{0x0A, 0x0B, 0x0C, 0x0D, 0x85, 0x2028, 0x2029}));
 }
 
-TEST(UnicodeText, trimsWhitespaceWithinLines) {
+TEST(UnicodeTextTest, trimsWhitespaceWithinLines) {
     const std::vector<std::pair<std::string_view, std::string_view>> cases = {
         {"", ""},
         {" ", ""},
@@ -328,7 +328,7 @@ TEST(UnicodeText, trimsWhitespaceWithinLines) {
     }
 }
 
-TEST(UnicodeText, trimsWhitespaceAndLineBreaks) {
+TEST(UnicodeTextTest, trimsWhitespaceAndLineBreaks) {
     const std::vector<std::pair<std::string_view, std::string_view>> cases = {
         {"", ""},
         {"\n\v\f\r\xC2\x85\xE2\x80\xA8\xE2\x80\xA9 \t\xC2\xA0", ""},

@@ -9,7 +9,7 @@ namespace plist::detail {
 
 namespace {
 
-TEST(KeyListMemory, KnowsAListByItsAddressAndLength) {
+TEST(KeyListMemoryTest, knowsAListByItsAddressAndLength) {
     const std::vector<PlistString> keys = {"a", "b", "c"};
     const std::vector<PlistString> equal = {"a", "b", "c"};
     KeyListMemory memory;
@@ -23,7 +23,7 @@ TEST(KeyListMemory, KnowsAListByItsAddressAndLength) {
 }
 
 // It may forget lists, but never takes one for another.
-TEST(KeyListMemory, ForgetsButNeverConfuses) {
+TEST(KeyListMemoryTest, forgetsButNeverConfuses) {
     const std::vector<PlistString> keys(5000);
     KeyListMemory memory;
     for (std::size_t i = 0; i < keys.size(); ++i) {

@@ -18,20 +18,20 @@ PlistValue items() {
     return PlistValue::array({1, 2, 3});
 }
 
-TEST(PlistChangedCopy, replacesAChild) {
+TEST(PlistChangedCopyTest, replacesAChild) {
     EXPECT_EQ(valueText(entries().with("a", "x")), R"({"a" = "x", "b" = 2, "a" = 3})");
     EXPECT_EQ(valueText(entries().with(2, true)), R"({"a" = 1, "b" = 2, "a" = true})");
     EXPECT_EQ(valueText(items().with(0, 9)), "(9, 2, 3)");
 }
 
-TEST(PlistChangedCopy, addsAChild) {
+TEST(PlistChangedCopyTest, addsAChild) {
     EXPECT_EQ(valueText(entries().with("c", 4)), R"({"a" = 1, "b" = 2, "a" = 3, "c" = 4})");
     EXPECT_EQ(valueText(PlistValue().with("c", 4)), R"({"c" = 4})");
     EXPECT_EQ(valueText(items().withAppended("end")), R"((1, 2, 3, "end"))");
     EXPECT_EQ(valueText(PlistValue::array().withAppended(1)), "(1)");
 }
 
-TEST(PlistChangedCopy, leavesAChildOut) {
+TEST(PlistChangedCopyTest, leavesAChildOut) {
     EXPECT_EQ(valueText(entries().without("a")), R"({"b" = 2})") << "every entry with the key";
     EXPECT_EQ(valueText(entries().without(0)), R"({"b" = 2, "a" = 3})");
     EXPECT_EQ(valueText(items().without(1)), "(1, 3)");
@@ -39,21 +39,21 @@ TEST(PlistChangedCopy, leavesAChildOut) {
     EXPECT_EQ(PlistValue::dictionary({{"a", 1}}).without("a"), PlistValue());
 }
 
-TEST(PlistChangedCopy, isTheSameWhereNothingIsLeftOut) {
+TEST(PlistChangedCopyTest, isTheSameWhereNothingIsLeftOut) {
     const PlistValue value = entries();
     EXPECT_TRUE(value.without("c").isIdenticalTo(value));
     EXPECT_TRUE(value.without(3).isIdenticalTo(value));
     EXPECT_TRUE(PlistValue(5).without("c").isIdenticalTo(5));
 }
 
-TEST(PlistChangedCopy, leavesTheOriginalAlone) {
+TEST(PlistChangedCopyTest, leavesTheOriginalAlone) {
     const PlistValue value = entries();
     value.with("a", 9);
     value.without("a");
     EXPECT_EQ(value, entries());
 }
 
-TEST(PlistChangedCopy, stopsWhereNoChildCanBe) {
+TEST(PlistChangedCopyTest, stopsWhereNoChildCanBe) {
     const ThrowingChecks checks;
     EXPECT_THROW(items().with(3, 1), BrokenRule);
     EXPECT_THROW(items().with("a", 1), BrokenRule);

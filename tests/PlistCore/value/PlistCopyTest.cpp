@@ -71,7 +71,7 @@ PlistValue firstOf(const PlistValue& container) {
     return container.children().front();
 }
 
-TEST(PlistCopy, makesSmallPartsAnew) {
+TEST(PlistCopyTest, makesSmallPartsAnew) {
     const PlistValue part = firstOf(readWithMuchMore(everything()));
     ASSERT_TRUE(keepsDocument(part));
     const PlistValue copy = PlistCopy::detached(part);
@@ -80,7 +80,7 @@ TEST(PlistCopy, makesSmallPartsAnew) {
     EXPECT_FALSE(copy == part) << "NaN is unequal to its own copy";
 }
 
-TEST(PlistCopy, makesScalarsAnew) {
+TEST(PlistCopyTest, makesScalarsAnew) {
     for (const PlistValue& scalar : {PlistValue::string(longText), PlistValue::integer(1),
                                      PlistValue::data(std::vector<std::uint8_t>(15, 1))}) {
         const PlistValue part = firstOf(readWithMuchMore(scalar));
@@ -90,21 +90,21 @@ TEST(PlistCopy, makesScalarsAnew) {
     }
 }
 
-TEST(PlistCopy, leavesWholeDocumentsAlone) {
+TEST(PlistCopyTest, leavesWholeDocumentsAlone) {
     const PlistValue root = readWithMuchMore(PlistValue::string(longText));
     EXPECT_TRUE(PlistCopy::detached(root).isIdenticalTo(root));
     const PlistValue data = root.children().back();
     EXPECT_TRUE(PlistCopy::detached(data).isIdenticalTo(data)) << "most of the document";
 }
 
-TEST(PlistCopy, leavesValuesWithoutADocumentAlone) {
+TEST(PlistCopyTest, leavesValuesWithoutADocumentAlone) {
     const PlistValue made =
         PlistValue::array({PlistValue::string(longText), PlistValue::dictionary({{longText, {}}})});
     EXPECT_TRUE(PlistCopy::detached(made).isIdenticalTo(made));
     EXPECT_TRUE(PlistCopy::detached(PlistValue::integer(1)).isIdenticalTo(PlistValue::integer(1)));
 }
 
-TEST(PlistCopy, findsPartsOfDocumentsWithinNewValues) {
+TEST(PlistCopyTest, findsPartsOfDocumentsWithinNewValues) {
     const PlistValue part =
         firstOf(readWithMuchMore(PlistValue::array({PlistValue::string(longText)})));
     const PlistValue other = firstOf(readWithMuchMore(PlistValue::string(longText)));
@@ -114,7 +114,7 @@ TEST(PlistCopy, findsPartsOfDocumentsWithinNewValues) {
     EXPECT_TRUE(copy == mixed);
 }
 
-TEST(PlistCopy, judgesEditedDocumentsAsAWhole) {
+TEST(PlistCopyTest, judgesEditedDocumentsAsAWhole) {
     // Every record is small against the document, but all of them together are most of it.
     std::vector<PlistValue> records(100'000, PlistValue::string(longText));
     for (std::size_t i = 0; i < records.size(); ++i) {
@@ -128,7 +128,7 @@ TEST(PlistCopy, judgesEditedDocumentsAsAWhole) {
 }
 
 /// 40 arrays, each of which holds the next one twice.
-TEST(PlistCopy, keepsSharedContainersShared) {
+TEST(PlistCopyTest, keepsSharedContainersShared) {
     BinaryFile file;
     for (std::uint8_t i = 1; i <= 40; ++i) {
         file.add({0xA2, i, i});
@@ -143,7 +143,7 @@ TEST(PlistCopy, keepsSharedContainersShared) {
     EXPECT_FALSE(copy.cell().has(detail::PlistCell::inArena));
 }
 
-TEST(PlistCopy, keepsListsOfKeysShared) {
+TEST(PlistCopyTest, keepsListsOfKeysShared) {
     const std::vector<PlistEntry> record = {{"first key of a record", PlistValue::integer(1)},
                                             {"b", PlistValue::integer(2)}};
     const PlistValue records =
@@ -155,7 +155,7 @@ TEST(PlistCopy, keepsListsOfKeysShared) {
     EXPECT_FALSE(keepsDocument(copy));
 }
 
-TEST(PlistCopy, copiesDeepValues) {
+TEST(PlistCopyTest, copiesDeepValues) {
     const PlistValue text = firstOf(readWithMuchMore(PlistValue::string(longText)));
     PlistValue chain = text;
     for (int i = 0; i < 100'000; ++i) {
@@ -166,7 +166,7 @@ TEST(PlistCopy, copiesDeepValues) {
     EXPECT_TRUE(copy == chain);
 }
 
-TEST(PlistCopy, detachesTexts) {
+TEST(PlistCopyTest, detachesTexts) {
     const PlistValue root = readWithMuchMore(PlistValue::string(longText));
     const PlistString text = root.children().front().stringValue();
     ASSERT_TRUE(text.cell().has(detail::PlistCell::inArena));

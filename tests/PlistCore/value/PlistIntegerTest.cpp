@@ -12,7 +12,7 @@ namespace plist {
 
 namespace {
 
-TEST(PlistInteger, hasDecimalText) {
+TEST(PlistIntegerTest, hasDecimalText) {
     const std::vector<std::pair<PlistInteger, std::string_view>> cases = {
         {0, "0"},
         {1, "1"},
@@ -31,7 +31,7 @@ TEST(PlistInteger, hasDecimalText) {
     }
 }
 
-TEST(PlistInteger, knowsItsRange) {
+TEST(PlistIntegerTest, knowsItsRange) {
     EXPECT_TRUE(isValidPlistInteger(0));
     EXPECT_TRUE(isValidPlistInteger(leastPlistInteger));
     EXPECT_TRUE(isValidPlistInteger(greatestPlistInteger));

@@ -22,7 +22,7 @@ PlistValue lighthouses() {
     });
 }
 
-TEST(PlistLookup, findsByKeyAndByPosition) {
+TEST(PlistLookupTest, findsByKeyAndByPosition) {
     const PlistValue value = lighthouses();
     EXPECT_EQ(value.find("name"), &value.children()[0]) << "the first of equal keys";
     EXPECT_EQ(value.find(std::string("lights")), &value.children()[2]);
@@ -32,7 +32,7 @@ TEST(PlistLookup, findsByKeyAndByPosition) {
     EXPECT_EQ(value["lights"][0]["height"], PlistValue(27));
 }
 
-TEST(PlistLookup, findsNothingWhereNothingIs) {
+TEST(PlistLookupTest, findsNothingWhereNothingIs) {
     const PlistValue value = lighthouses();
     for (const PlistStep& step : {PlistStep("Name"), PlistStep(""), PlistStep("caf\xC3"),
                                   PlistStep(4), PlistStep(-1), PlistStep(1ULL << 63)}) {
@@ -42,7 +42,7 @@ TEST(PlistLookup, findsNothingWhereNothingIs) {
     EXPECT_EQ(value["lights"].find("0"), nullptr) << "an array has no keys";
 }
 
-TEST(PlistLookup, followsAPath) {
+TEST(PlistLookupTest, followsAPath) {
     const PlistValue value = lighthouses();
     EXPECT_EQ(value.find({"lights", 0, "height"}), &value["lights"][0]["height"]);
     EXPECT_EQ(value.find({}), &value);
@@ -50,7 +50,7 @@ TEST(PlistLookup, followsAPath) {
     EXPECT_EQ(value.find({"name", 0}), nullptr);
 }
 
-TEST(PlistLookup, stopsWhereAChildIsTakenForGranted) {
+TEST(PlistLookupTest, stopsWhereAChildIsTakenForGranted) {
     const ThrowingChecks checks;
     const PlistValue value = lighthouses();
     EXPECT_THROW(value["height"], BrokenRule);
@@ -58,7 +58,7 @@ TEST(PlistLookup, stopsWhereAChildIsTakenForGranted) {
     EXPECT_THROW(value[0][0], BrokenRule);
 }
 
-TEST(PlistLookup, walksThroughEntries) {
+TEST(PlistLookupTest, walksThroughEntries) {
     const PlistValue value = PlistValue::dictionary({{"b", 1}, {"a", "x"}, {"b", 2.5}});
     std::string heard;
     for (const auto& [key, child] : value.entries()) {
@@ -72,7 +72,7 @@ TEST(PlistLookup, walksThroughEntries) {
     }
 }
 
-TEST(PlistLookup, looksIntoAValueWithoutStopping) {
+TEST(PlistLookupTest, looksIntoAValueWithoutStopping) {
     EXPECT_EQ(PlistValue("text").asString(), PlistString("text"));
     EXPECT_EQ(PlistValue(7).asInteger(), PlistInteger{7});
     EXPECT_EQ(PlistValue(7).asInt64(), 7);
@@ -97,7 +97,7 @@ TEST(PlistLookup, looksIntoAValueWithoutStopping) {
     EXPECT_EQ(PlistValue(1).asReal(), std::nullopt) << "an integer is no real";
 }
 
-TEST(PlistLookup, givesOnlyIntegersThatFit) {
+TEST(PlistLookupTest, givesOnlyIntegersThatFit) {
     EXPECT_EQ(PlistValue(std::numeric_limits<std::int64_t>::min()).asInt64(),
               std::numeric_limits<std::int64_t>::min());
     EXPECT_EQ(PlistValue(std::numeric_limits<std::int64_t>::max()).asInt64(),
@@ -106,7 +106,7 @@ TEST(PlistLookup, givesOnlyIntegersThatFit) {
     EXPECT_EQ(PlistValue(greatestPlistInteger).asInteger(), greatestPlistInteger);
 }
 
-TEST(PlistLookup, takesLiteralsByTheirExactTypes) {
+TEST(PlistLookupTest, takesLiteralsByTheirExactTypes) {
     EXPECT_EQ(PlistValue("a").type(), PlistType::string);
     EXPECT_EQ(PlistValue(std::string("a")).type(), PlistType::string);
     EXPECT_EQ(PlistValue(std::string_view("a")).type(), PlistType::string);

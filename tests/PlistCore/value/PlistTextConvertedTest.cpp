@@ -68,7 +68,7 @@ void expectRow(const Row& row) {
     }
 }
 
-TEST(PlistTextConverted, convertsContainers) {
+TEST(PlistTextConvertedTest, convertsContainers) {
     const std::vector<PlistValue> items = {integer(7), PlistValue::array({text("x")}), text("b")};
     const PlistValue array = PlistValue::array(items);
     const PlistValue dictionary =
@@ -88,7 +88,7 @@ TEST(PlistTextConverted, convertsContainers) {
                 uid(0)}});
 }
 
-TEST(PlistTextConverted, namesManyItems) {
+TEST(PlistTextConvertedTest, namesManyItems) {
     const PlistValue array = PlistValue::array(std::vector<PlistValue>(1234, yes));
     const PlistValue dictionary = PlistText::converted(array, PlistType::dictionary);
     ASSERT_EQ(dictionary.childCount(), 1234U);
@@ -98,7 +98,7 @@ TEST(PlistTextConverted, namesManyItems) {
     EXPECT_TRUE(PlistText::converted(dictionary, PlistType::array) == array);
 }
 
-TEST(PlistTextConverted, convertsStrings) {
+TEST(PlistTextConvertedTest, convertsStrings) {
     const std::vector<Row> rows = {
         {text(""),
          {emptyDictionary, emptyArray, text(""), integer(0), real(0), no, date(0), data(""),
@@ -161,7 +161,7 @@ TEST(PlistTextConverted, convertsStrings) {
     }
 }
 
-TEST(PlistTextConverted, convertsNaNText) {
+TEST(PlistTextConvertedTest, convertsNaNText) {
     EXPECT_TRUE(std::isnan(PlistText::converted(text("nan"), PlistType::real).realValue()));
     EXPECT_TRUE(PlistText::converted(text("nan"), PlistType::boolean) == yes);
     EXPECT_TRUE(PlistText::converted(text("nan"), PlistType::integer) == integer(0));
@@ -169,7 +169,7 @@ TEST(PlistTextConverted, convertsNaNText) {
     EXPECT_TRUE(PlistText::converted(text("nan"), PlistType::uid) == uid(0));
 }
 
-TEST(PlistTextConverted, convertsIntegers) {
+TEST(PlistTextConvertedTest, convertsIntegers) {
     const std::vector<Row> rows = {
         {integer(0),
          {emptyDictionary, emptyArray, text("0"), integer(0), real(0), no, date(0), data(""),
@@ -196,7 +196,7 @@ TEST(PlistTextConverted, convertsIntegers) {
     }
 }
 
-TEST(PlistTextConverted, convertsReals) {
+TEST(PlistTextConvertedTest, convertsReals) {
     const std::vector<Row> rows = {
         {real(0),
          {emptyDictionary, emptyArray, text("0.0"), integer(0), real(0), no, date(0), data(""),
@@ -228,7 +228,7 @@ TEST(PlistTextConverted, convertsReals) {
     }
 }
 
-TEST(PlistTextConverted, convertsNaN) {
+TEST(PlistTextConvertedTest, convertsNaN) {
     for (const PlistValue& value : {real(notANumber), date(notANumber)}) {
         EXPECT_TRUE(PlistText::converted(value, PlistType::dictionary) == emptyDictionary);
         EXPECT_TRUE(PlistText::converted(value, PlistType::array) == emptyArray);
@@ -246,7 +246,7 @@ TEST(PlistTextConverted, convertsNaN) {
 }
 
 /// The ends of the integer range are checked before the cast, which is undefined beyond them.
-TEST(PlistTextConverted, truncatesAtTheEndsOfTheRange) {
+TEST(PlistTextConvertedTest, truncatesAtTheEndsOfTheRange) {
     const std::vector<std::pair<double, PlistInteger>> cases = {
         {-0x1p63, leastPlistInteger},
         {-0x1.0000000000001p63, 0},
@@ -268,7 +268,7 @@ TEST(PlistTextConverted, truncatesAtTheEndsOfTheRange) {
     }
 }
 
-TEST(PlistTextConverted, convertsBooleans) {
+TEST(PlistTextConvertedTest, convertsBooleans) {
     expectRow({yes,
                {emptyDictionary, emptyArray, text("true"), integer(1), real(1), yes, date(1),
                 data(""), uid(0)}});
@@ -277,7 +277,7 @@ TEST(PlistTextConverted, convertsBooleans) {
                 data(""), uid(0)}});
 }
 
-TEST(PlistTextConverted, convertsDates) {
+TEST(PlistTextConvertedTest, convertsDates) {
     const std::vector<Row> rows = {
         {date(0),
          {emptyDictionary, emptyArray, text("2001-01-01T00:00:00Z"), integer(0), real(0), no,
@@ -297,7 +297,7 @@ TEST(PlistTextConverted, convertsDates) {
     }
 }
 
-TEST(PlistTextConverted, convertsData) {
+TEST(PlistTextConvertedTest, convertsData) {
     const std::vector<std::pair<std::string_view, std::string_view>> cases = {
         {"", ""},
         {"12", "12"},
@@ -315,7 +315,7 @@ TEST(PlistTextConverted, convertsData) {
     }
 }
 
-TEST(PlistTextConverted, convertsUids) {
+TEST(PlistTextConvertedTest, convertsUids) {
     const std::vector<Row> rows = {
         {uid(0),
          {emptyDictionary, emptyArray, text("0"), integer(0), real(0), no, date(0), data(""),

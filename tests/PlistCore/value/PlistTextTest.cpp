@@ -34,7 +34,7 @@ std::string zeros(std::size_t count) {
     return std::string(count, '0');
 }
 
-TEST(PlistText, parsesIntegers) {
+TEST(PlistTextTest, parsesIntegers) {
     const std::vector<std::pair<std::string, PlistInteger>> cases = {
         {"0", 0},
         {"42", 42},
@@ -79,7 +79,7 @@ TEST(PlistText, parsesIntegers) {
     }
 }
 
-TEST(PlistText, rejectsWhatIsNoInteger) {
+TEST(PlistTextTest, rejectsWhatIsNoInteger) {
     const std::vector<std::string> cases = {
         "",
         " ",
@@ -143,7 +143,7 @@ TEST(PlistText, rejectsWhatIsNoInteger) {
     }
 }
 
-TEST(PlistText, parsesReals) {
+TEST(PlistTextTest, parsesReals) {
     const std::vector<std::pair<std::string, double>> cases = {
         {"0", 0.0},
         {"1", 1.0},
@@ -212,7 +212,7 @@ TEST(PlistText, parsesReals) {
     }
 }
 
-TEST(PlistText, parsesSignsOfZero) {
+TEST(PlistTextTest, parsesSignsOfZero) {
     for (const std::string_view text : {"0", "+0", "0.0", "0x0", "1e-400", "0x1p-2000"}) {
         const std::optional<double> number = PlistText::parseReal(text);
         ASSERT_TRUE(number) << text;
@@ -226,7 +226,7 @@ TEST(PlistText, parsesSignsOfZero) {
     }
 }
 
-TEST(PlistText, parsesNaN) {
+TEST(PlistTextTest, parsesNaN) {
     for (const std::string_view text : {"nan", "NaN", "+nan", "-nan", " NAN\n"}) {
         const std::optional<double> number = PlistText::parseReal(text);
         ASSERT_TRUE(number) << text;
@@ -235,7 +235,7 @@ TEST(PlistText, parsesNaN) {
     }
 }
 
-TEST(PlistText, rejectsWhatIsNoReal) {
+TEST(PlistTextTest, rejectsWhatIsNoReal) {
     for (const std::string_view text : {
              ""sv,
              " "sv,
@@ -302,7 +302,7 @@ TEST(PlistText, rejectsWhatIsNoReal) {
     }
 }
 
-TEST(PlistText, parsesBooleans) {
+TEST(PlistTextTest, parsesBooleans) {
     for (const std::string_view text : {"true", "TRUE", "True", "yes", "YES", "1", " true ",
                                         "\ttrue\xC2\xA0", "\xE3\x80\x80\x31"}) {
         EXPECT_EQ(PlistText::parseBoolean(text), true) << text;
@@ -325,7 +325,7 @@ TEST(PlistText, parsesBooleans) {
     }
 }
 
-TEST(PlistText, parsesBase64) {
+TEST(PlistTextTest, parsesBase64) {
     EXPECT_EQ(PlistText::parseBase64(""), bytesOf(""));
     EXPECT_EQ(PlistText::parseBase64("QUJD"), bytesOf("ABC"));
     EXPECT_EQ(PlistText::parseBase64("QUJ"), bytesOf("AB"));
@@ -333,7 +333,7 @@ TEST(PlistText, parsesBase64) {
     EXPECT_EQ(PlistText::parseBase64("Q"), std::nullopt);
 }
 
-TEST(PlistText, writesReals) {
+TEST(PlistTextTest, writesReals) {
     const std::vector<std::pair<double, std::string_view>> cases = {
         {0.0, "0.0"},
         {-0.0, "-0.0"},
@@ -377,7 +377,7 @@ TEST(PlistText, writesReals) {
     }
 }
 
-TEST(PlistText, readsBackTheRealsThatItWrites) {
+TEST(PlistTextTest, readsBackTheRealsThatItWrites) {
     std::mt19937_64 random(3);
     for (int step = 0; step < 20'000; ++step) {
         const auto number = std::bit_cast<double>(random());
@@ -390,7 +390,7 @@ TEST(PlistText, readsBackTheRealsThatItWrites) {
 }
 
 /// The nine types and a text, as a text becomes a value of each.
-TEST(PlistText, readsValuesOfEveryType) {
+TEST(PlistTextTest, readsValuesOfEveryType) {
     struct ValueCase {
         std::string_view text;
         PlistType type;
@@ -446,7 +446,7 @@ TEST(PlistText, readsValuesOfEveryType) {
     }
 }
 
-TEST(PlistText, displaysValues) {
+TEST(PlistTextTest, displaysValues) {
     const std::vector<std::pair<PlistValue, std::string_view>> cases = {
         {PlistValue::dictionary(), ""},
         {PlistValue::array({PlistValue::string("x")}), ""},

@@ -31,7 +31,7 @@ const std::vector<TypeCase> cases = {
     {PlistType::uid, "uid", "UID", false},
 };
 
-TEST(PlistType, listsAllTypesInOrder) {
+TEST(PlistTypeTest, listsAllTypesInOrder) {
     ASSERT_EQ(allPlistTypes.size(), cases.size());
     for (std::size_t index = 0; index < cases.size(); ++index) {
         EXPECT_EQ(allPlistTypes.at(index), cases[index].type);
@@ -39,14 +39,14 @@ TEST(PlistType, listsAllTypesInOrder) {
     }
 }
 
-TEST(PlistType, hasNames) {
+TEST(PlistTypeTest, hasNames) {
     for (const TypeCase& testCase : cases) {
         EXPECT_EQ(rawValue(testCase.type), testCase.rawValue);
         EXPECT_EQ(displayName(testCase.type), testCase.displayName);
     }
 }
 
-TEST(PlistType, isFoundByExactRawValue) {
+TEST(PlistTypeTest, isFoundByExactRawValue) {
     for (const TypeCase& testCase : cases) {
         EXPECT_EQ(plistTypeFromRawValue(testCase.rawValue), testCase.type);
         EXPECT_EQ(plistTypeFromRawValue(testCase.displayName), std::nullopt);
@@ -56,13 +56,13 @@ TEST(PlistType, isFoundByExactRawValue) {
     }
 }
 
-TEST(PlistType, knowsContainers) {
+TEST(PlistTypeTest, knowsContainers) {
     for (const TypeCase& testCase : cases) {
         EXPECT_EQ(isContainer(testCase.type), testCase.isContainer) << testCase.rawValue;
     }
 }
 
-TEST(PlistType, hashesItsRawValue) {
+TEST(PlistTypeTest, hashesItsRawValue) {
     for (const TypeCase& testCase : cases) {
         EXPECT_EQ(std::hash<PlistType>{}(testCase.type),
                   std::hash<std::string_view>{}(testCase.rawValue));

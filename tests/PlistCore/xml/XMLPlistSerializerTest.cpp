@@ -93,12 +93,12 @@ std::string escaped(const std::string& utf8) {
 
 }  // namespace
 
-TEST(XMLPlistSerializer, EmptyDictionaryIsThePrologueAndThreeLines) {
+TEST(XMLPlistSerializerTest, emptyDictionaryIsThePrologueAndThreeLines) {
     EXPECT_EQ(prologue.size(), 164U);
     EXPECT_EQ(xml(PlistValue()), prologue + "<dict/>\n</plist>\n");
 }
 
-TEST(XMLPlistSerializer, EveryScalarHasItsLine) {
+TEST(XMLPlistSerializerTest, everyScalarHasItsLine) {
     const std::pair<PlistValue, const char*> cases[] = {
         {PlistValue::array(), "<array/>\n"},
         {text(""), "<string></string>\n"},
@@ -126,7 +126,7 @@ TEST(XMLPlistSerializer, EveryScalarHasItsLine) {
     }
 }
 
-TEST(XMLPlistSerializer, ContainersAreIndentedByTabs) {
+TEST(XMLPlistSerializerTest, containersAreIndentedByTabs) {
     const std::string abc = "abc";
     const PlistValue value = PlistValue::dictionary({
         {"a", PlistValue::integer(1)},
@@ -148,7 +148,7 @@ TEST(XMLPlistSerializer, ContainersAreIndentedByTabs) {
               "</dict>\n");
 }
 
-TEST(XMLPlistSerializer, EntriesKeepTheirOrderAndRepeatedKeys) {
+TEST(XMLPlistSerializerTest, entriesKeepTheirOrderAndRepeatedKeys) {
     const PlistValue value = PlistValue::dictionary({
         {"b", PlistValue::dictionary()},
         {"", PlistValue::array()},
@@ -165,7 +165,7 @@ TEST(XMLPlistSerializer, EntriesKeepTheirOrderAndRepeatedKeys) {
               "</dict>\n");
 }
 
-TEST(XMLPlistSerializer, UidIsADictionaryOfOneEntry) {
+TEST(XMLPlistSerializerTest, uidIsADictionaryOfOneEntry) {
     EXPECT_EQ(body(PlistValue::uid(5)),
               "<dict>\n\t<key>CF$UID</key>\n\t<integer>5</integer>\n</dict>\n");
     EXPECT_EQ(body(PlistValue::array({PlistValue::uid(std::numeric_limits<std::uint64_t>::max())})),
@@ -177,7 +177,7 @@ TEST(XMLPlistSerializer, UidIsADictionaryOfOneEntry) {
               "</array>\n");
 }
 
-TEST(XMLPlistSerializer, EscapesMarkupAndNothingElse) {
+TEST(XMLPlistSerializerTest, escapesMarkupAndNothingElse) {
     EXPECT_EQ(body(text("]]>")), "<string>]]&gt;</string>\n");
     EXPECT_EQ(body(text("<&>")), "<string>&lt;&amp;&gt;</string>\n");
     EXPECT_EQ(body(text("&amp;")), "<string>&amp;amp;</string>\n");
@@ -190,7 +190,7 @@ TEST(XMLPlistSerializer, EscapesMarkupAndNothingElse) {
 }
 
 // Texts are copied in blocks; markup must be found at every place of every length.
-TEST(XMLPlistSerializer, EscapesAtEveryPlaceOfTexts) {
+TEST(XMLPlistSerializerTest, escapesAtEveryPlaceOfTexts) {
     for (std::size_t length = 1; length <= 70; ++length) {
         for (std::size_t place = 0; place < length; ++place) {
             for (const char markup : {'&', '<', '>'}) {
@@ -203,7 +203,7 @@ TEST(XMLPlistSerializer, EscapesAtEveryPlaceOfTexts) {
     }
 }
 
-TEST(XMLPlistSerializer, WritesLongTextsInPieces) {
+TEST(XMLPlistSerializerTest, writesLongTextsInPieces) {
     for (const std::size_t length : {1023U, 1024U, 1025U, 2047U, 2048U, 2049U, 100000U}) {
         for (const char letter : {'&', 'a'}) {
             std::string content(length, letter);
@@ -215,7 +215,7 @@ TEST(XMLPlistSerializer, WritesLongTextsInPieces) {
     }
 }
 
-TEST(XMLPlistSerializer, RealsHaveSeventeenDigits) {
+TEST(XMLPlistSerializerTest, realsHaveSeventeenDigits) {
     const double infinity = std::numeric_limits<double>::infinity();
     const std::pair<double, const char*> cases[] = {
         {std::numeric_limits<double>::quiet_NaN(), "nan"},
@@ -245,7 +245,7 @@ TEST(XMLPlistSerializer, RealsHaveSeventeenDigits) {
     }
 }
 
-TEST(XMLPlistSerializer, RealsAgreeWithPrintf) {
+TEST(XMLPlistSerializerTest, realsAgreeWithPrintf) {
     std::mt19937_64 random(20010101);
     for (int i = 0; i < 20000; ++i) {
         const std::uint64_t bits = random();
@@ -280,7 +280,7 @@ TEST(XMLPlistSerializer, RealsAgreeWithPrintf) {
     }
 }
 
-TEST(XMLPlistSerializer, DataLinesStayWithinTheirColumns) {
+TEST(XMLPlistSerializerTest, dataLinesStayWithinTheirColumns) {
     const PlistValue value = bytes(57, 0xFF);
     const std::string encoded(76, '/');
     EXPECT_EQ(body(value), "<data>\n" + encoded + "\n</data>\n");
@@ -289,7 +289,7 @@ TEST(XMLPlistSerializer, DataLinesStayWithinTheirColumns) {
                                            encoded.substr(0, 8) + "\n\t</data>\n</array>\n");
 }
 
-TEST(XMLPlistSerializer, DataLinesBelowEightTabsKeepTwelveCharacters) {
+TEST(XMLPlistSerializerTest, dataLinesBelowEightTabsKeepTwelveCharacters) {
     for (std::size_t depth = 0; depth <= 20; ++depth) {
         const std::size_t tabs = std::min<std::size_t>(depth, 8);
         const std::size_t width = 76 - 8 * tabs;
@@ -306,7 +306,7 @@ TEST(XMLPlistSerializer, DataLinesBelowEightTabsKeepTwelveCharacters) {
     }
 }
 
-TEST(XMLPlistSerializer, IndentationHasNoLimit) {
+TEST(XMLPlistSerializerTest, indentationHasNoLimit) {
     const std::size_t depth = 2000;
     const std::string written = body(wrapped(PlistValue::uid(7), depth));
     std::string expected;
@@ -322,7 +322,7 @@ TEST(XMLPlistSerializer, IndentationHasNoLimit) {
     EXPECT_EQ(written, expected);
 }
 
-TEST(XMLPlistSerializer, SharedContainersAreWrittenAtEveryPlace) {
+TEST(XMLPlistSerializerTest, sharedContainersAreWrittenAtEveryPlace) {
     const PlistValue shared = PlistValue::array({PlistValue::integer(1)});
     EXPECT_EQ(body(PlistValue::dictionary({{"a", shared}, {"b", shared}})),
               "<dict>\n"
@@ -337,7 +337,7 @@ TEST(XMLPlistSerializer, SharedContainersAreWrittenAtEveryPlace) {
               "</dict>\n");
 }
 
-TEST(XMLPlistSerializer, WhatIsWrittenReadsBackEqual) {
+TEST(XMLPlistSerializerTest, whatIsWrittenReadsBackEqual) {
     for (const SampleValue& sample : sampleValues()) {
         const PlistBytes bytes = XMLPlistSerializer::serialize(sample.value);
         if (sample.xmlTrip == XmlTrip::error) {
@@ -349,7 +349,7 @@ TEST(XMLPlistSerializer, WhatIsWrittenReadsBackEqual) {
     }
 }
 
-TEST(XMLPlistSerializer, WhatXmlCannotHoldReadsBackAsTheNearestValue) {
+TEST(XMLPlistSerializerTest, whatXmlCannotHoldReadsBackAsTheNearestValue) {
     const auto again = [](const PlistValue& value) {
         return XMLPlistParser::parse(XMLPlistSerializer::serialize(value).span());
     };
