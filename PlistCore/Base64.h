@@ -36,7 +36,7 @@ constexpr std::size_t decodedCapacity(std::size_t length) {
 /// Base64.
 ///
 /// What is outside the alphabet is ignored. If padding is missing, the text is still taken, but
-/// only if nothing beside white space and line breaks had to be ignored. Padding may stand at the
+/// only if nothing beside whitespace and line breaks had to be ignored. Padding may stand at the
 /// end only; the spare bits before it need not be zero.
 std::optional<std::size_t> decode(std::string_view text, std::uint8_t* output) noexcept;
 

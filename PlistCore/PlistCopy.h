@@ -12,8 +12,8 @@ class PlistValue;
 namespace PlistCopy {
 
 /// A value equal to `value`, byte for byte, that keeps no memory alive much larger than itself. A
-/// part that is small against the documents it comes from is made anew, and what it shares within
-/// itself stays shared; anything else is copied as it stands, at no cost.
+/// part that is small against the documents it comes from is created again, and what it shares
+/// within itself stays shared; anything else is copied as it stands, at no cost.
 ///
 /// Costs in proportion to the part, at most to an eighth of its documents. May throw
 /// `std::bad_alloc`.

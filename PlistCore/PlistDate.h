@@ -28,7 +28,7 @@ std::string_view formatDate(double seconds, std::span<char, longestDateText> buf
 
 /// The date that `text` names as a whole, in seconds since 2001, or nothing. From the month on
 /// every part may be left out, parts may have one digit, the "Z" is optional, and a day past the
-/// end of its month runs over into the next one. No blanks, fractions or offsets.
+/// end of its month runs over into the next one. No spaces, fractions or offsets.
 std::optional<double> parseDate(std::string_view text);
 
 }  // namespace plist::PlistDate

@@ -21,8 +21,8 @@ public:
     static constexpr std::size_t matchLimit = 1'000'000;
     static constexpr std::size_t placeLimit = 4'000'000;
 
-    /// Why a search ended.
-    enum class Ending : std::uint8_t {
+    /// How a search ended.
+    enum class Outcome : std::uint8_t {
         complete,      ///< everything was searched
         cancelled,     ///< it was told to stop; the matches so far are here
         limitReached,  ///< the first matches are here; there may be more
@@ -40,7 +40,7 @@ public:
 
     std::size_t size() const noexcept { return matches_.size(); }
     bool isEmpty() const noexcept { return matches_.empty(); }
-    Ending ending() const noexcept { return ending_; }
+    Outcome outcome() const noexcept { return outcome_; }
 
     /// All places. The first one is the root, whether it matches or not; every other one comes
     /// after the container around it, in the order of a walk in depth.
@@ -57,12 +57,12 @@ public:
     /// match. Whether there is room for more is up to the caller.
     std::uint32_t addPlace(std::uint32_t container, std::size_t position);
     void addMatch(std::uint32_t place) { matches_.push_back(place); }
-    void setEnding(Ending ending) noexcept { ending_ = ending; }
+    void setOutcome(Outcome outcome) noexcept { outcome_ = outcome; }
 
 private:
     std::vector<Place> places_;
     std::vector<std::uint32_t> matches_;
-    Ending ending_ = Ending::complete;
+    Outcome outcome_ = Outcome::complete;
 };
 
 }  // namespace plist

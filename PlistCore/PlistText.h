@@ -17,19 +17,19 @@
 /// for the content of XML elements. Nothing here depends on the locale.
 namespace plist::PlistText {
 
-/// A whole number, decimal or "0x" hexadecimal, with a sign; white space and line breaks around it
+/// A whole number, decimal or "0x" hexadecimal, with a sign; whitespace and line breaks around it
 /// are ignored. Nothing if the text is no such number or lies outside the valid range.
 std::optional<PlistInteger> parseInteger(std::string_view text);
 
-/// A number, "nan", "inf" or "infinity" in any case, with a sign; white space and line breaks
+/// A number, "nan", "inf" or "infinity" in any case, with a sign; whitespace and line breaks
 /// around it are ignored. Too large numbers are infinite, too small ones zero.
 std::optional<double> parseReal(std::string_view text);
 
-/// "true", "yes", "1", "false", "no" or "0" in any case; white space but no line break around it.
+/// "true", "yes", "1", "false", "no" or "0" in any case; whitespace but no line break around it.
 std::optional<bool> parseBoolean(std::string_view text);
 
 /// The bytes of a Base64 text: first ignoring everything outside the alphabet, then, if that fails,
-/// without its white space and with the missing "=" supplied.
+/// without its whitespace and with the missing "=" supplied.
 std::optional<std::vector<std::uint8_t>> parseBase64(std::string_view text);
 
 /// The value of `type` that `text` stands for; nothing if it is no valid text of that type

@@ -50,7 +50,7 @@ function(tabulet_test_environment result name)
 endfunction()
 
 # One entry runs one share of the cases, so that the shares run beside each other and the program
-# does not start anew for each case; a last entry runs them all where "," is the decimal point.
+# is not started again for each case; a last entry runs them all where "," is the decimal point.
 function(tabulet_google_test target)
     cmake_parse_arguments(arg "" "SHARDS" "" ${ARGN})
     tabulet_test_environment(environment ${target})

@@ -24,7 +24,7 @@ static_assert(detail::XMLPlistParser::nestingLimit == PlistCodec::maximumDepth);
 
 constexpr std::string_view binaryStart = "bplist00";
 
-/// The first byte that tells text forms apart. White space and the bytes of the UTF-8 byte-order
+/// The first byte that tells text forms apart. Whitespace and the bytes of the UTF-8 byte-order
 /// mark, in any order and number, tell nothing; throws if there is nothing else.
 char firstTellingByte(std::string_view text) {
     const std::size_t found = text.find_first_not_of("\t\n\r \xEF\xBB\xBF");

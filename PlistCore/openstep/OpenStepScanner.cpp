@@ -45,7 +45,7 @@ constexpr bool isWordByte(char byte) {
     return wordBytes[static_cast<std::uint8_t>(byte)];
 }
 
-constexpr bool isWhiteSpace(char byte) {
+constexpr bool isWhitespace(char byte) {
     return whiteSpace.find(byte) != std::string_view::npos;
 }
 
@@ -122,7 +122,7 @@ OpenStepScanner::OpenStepScanner(std::string_view text) : text_(text) {
 
 void OpenStepScanner::skipBlanks() {
     while (!isAtEnd()) {
-        if (isWhiteSpace(text_[position_])) {
+        if (isWhitespace(text_[position_])) {
             ++position_;
         } else if (startsWith("//") || startsWith("/*")) {
             skipComment();
@@ -293,7 +293,7 @@ PlistValue OpenStepScanner::readData() {
     for (++position_; !isAt('>'); ++position_) {
         const int digit = isAtEnd() ? -1 : hexadecimalDigit(text_[position_]);
         if (digit < 0) {
-            if (isAtEnd() || !isWhiteSpace(text_[position_])) {
+            if (isAtEnd() || !isWhitespace(text_[position_])) {
                 fail("Expected a hexadecimal digit or “>”");
             }
         } else if (high < 0) {

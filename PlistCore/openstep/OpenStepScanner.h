@@ -10,8 +10,8 @@
 
 namespace plist::detail {
 
-/// Walks over a text in the OpenStep form and reads its smallest parts: blanks, marks, strings and
-/// what stands in angle brackets. `OpenStepPlistParser` puts them together.
+/// Walks over a text in the OpenStep form and reads its tokens: whitespace, punctuation, strings
+/// and what stands in angle brackets. `OpenStepPlistParser` puts them together.
 ///
 /// The text must be valid UTF-8 and outlive the scanner. Every failure is a `PlistError::Malformed`
 /// that names the place; only a failure pays for finding line and column.
@@ -26,7 +26,7 @@ public:
     std::size_t position() const noexcept { return position_; }
     void rewind(std::size_t position) noexcept { position_ = position; }
 
-    /// Skips white space and comments.
+    /// Skips whitespace and comments.
     void skipBlanks();
 
     /// Whether `mark` is next.

@@ -129,7 +129,7 @@ public:
         }
         // The test of a long text ends early, with a wrong answer, when the search is to stop.
         if (stop_.stop_requested()) {
-            found_.setEnding(PlistMatches::Ending::cancelled);
+            found_.setOutcome(PlistMatches::Outcome::cancelled);
         }
         return std::move(found_);
     }
@@ -168,7 +168,7 @@ private:
         const bool hasLongList = keys.size() > KeyTest::longestList;
         for (std::size_t i = container.next; i < members.size(); ++i) {
             if (stop_.stop_requested()) {
-                end(PlistMatches::Ending::cancelled);
+                end(PlistMatches::Outcome::cancelled);
                 return true;
             }
             ++memberCount_;
@@ -178,7 +178,7 @@ private:
             std::uint32_t place = noPlace;
             if (keyMatches || values_.matches(member)) {
                 if (!hasRoom()) {
-                    end(PlistMatches::Ending::limitReached);
+                    end(PlistMatches::Outcome::limitReached);
                     return true;
                 }
                 place = addMatch(i);
@@ -226,8 +226,8 @@ private:
         return place;
     }
 
-    void end(PlistMatches::Ending ending) {
-        found_.setEnding(ending);
+    void end(PlistMatches::Outcome outcome) {
+        found_.setOutcome(outcome);
         hasEnded_ = true;
     }
 

@@ -15,12 +15,12 @@ namespace {
 constexpr std::size_t leastWindow = std::size_t{1} << 16;
 
 std::string_view trimmed(std::string_view text) noexcept {
-    constexpr std::string_view blanks = " \t";
-    const std::size_t start = text.find_first_not_of(blanks);
+    constexpr std::string_view spaces = " \t";
+    const std::size_t start = text.find_first_not_of(spaces);
     if (start == std::string_view::npos) {
         return {};
     }
-    return text.substr(start, text.find_last_not_of(blanks) + 1 - start);
+    return text.substr(start, text.find_last_not_of(spaces) + 1 - start);
 }
 
 std::size_t roomFor(std::size_t size) noexcept {

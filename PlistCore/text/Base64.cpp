@@ -63,7 +63,7 @@ std::uint8_t* put(std::uint32_t group, std::uint8_t* output) noexcept {
     return output + 3;
 }
 
-/// Whether a code point takes part in Base64 or is white space.
+/// Whether a code point takes part in Base64 or is whitespace.
 bool isHarmless(char32_t point) noexcept {
     return (point < 0x80 && (point == U'=' || fourthDigit[point] != noDigit)) ||
            detail::UnicodeText::isWhitespace(point) || detail::UnicodeText::isLineBreak(point);

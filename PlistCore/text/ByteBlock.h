@@ -85,7 +85,7 @@ public:
     }
 
     /// Where spaces, tabs, line feeds and carriage returns stand.
-    unsigned blanks() const noexcept {
+    unsigned whitespace() const noexcept {
 #if defined(__SSE2__)
         const __m128i spaces = _mm_cmpeq_epi8(bytes_, _mm_set1_epi8(' '));
         const __m128i tabs = _mm_cmpeq_epi8(bytes_, _mm_set1_epi8('\t'));

@@ -42,7 +42,7 @@ std::size_t hash(std::string_view text);
 char32_t takeFirst(std::string_view& text) noexcept;
 char32_t takeLast(std::string_view& text) noexcept;
 
-/// Whether a code point is white space within a line: a space separator (general category Zs) or
+/// Whether a code point is whitespace within a line: a space separator (general category Zs) or
 /// the tab.
 bool isWhitespace(char32_t codePoint) noexcept;
 
@@ -52,10 +52,10 @@ bool isLineBreak(char32_t codePoint) noexcept;
 /// Appends one code point, which must be a Unicode scalar value.
 void appendUtf8(std::string& text, char32_t codePoint);
 
-/// `text` without leading and trailing white space: every Unicode space separator and the tab.
+/// `text` without leading and trailing whitespace: every Unicode space separator and the tab.
 std::string_view trimmed(std::string_view text) noexcept;
 
-/// `text` without leading and trailing white space and line breaks (line feed, vertical tab, form
+/// `text` without leading and trailing whitespace and line breaks (line feed, vertical tab, form
 /// feed, carriage return, U+0085, U+2028, U+2029).
 std::string_view trimmedWithLineBreaks(std::string_view text) noexcept;
 

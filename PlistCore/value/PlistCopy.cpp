@@ -106,7 +106,7 @@ PlistString copyOf(const PlistString& text) {
         detail::PlistBlock::cellOfBytes(PlistType::string, flags, text.view()));
 }
 
-/// Makes a value anew, the containers within it first, and each of them once.
+/// Creates a value again, the containers within it first, and each of them once.
 class Copier {
 public:
     PlistValue copy(const PlistValue& root) {

@@ -56,7 +56,7 @@ void XMLFastPath::run() {
 
 inline const char* XMLFastPath::skipBlanks(const char* at) const {
     for (; at < limit_; at += ByteBlock::size) {
-        const unsigned others = ByteBlock::load(at).blanks() ^ 0xFFFFU;
+        const unsigned others = ByteBlock::load(at).whitespace() ^ 0xFFFFU;
         if (others != 0) {
             return at + std::countr_zero(others);
         }

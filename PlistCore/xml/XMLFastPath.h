@@ -8,7 +8,7 @@
 
 namespace plist::detail {
 
-/// Reads what nearly all of nearly all files consists of: tags without blanks, texts without
+/// Reads what nearly all of nearly all files consists of: tags without whitespace, texts without
 /// references, short numbers, full dates. It takes only what it fully understands; at anything else
 /// it stops in front of it, and the plain path of the parser reads that or reports it.
 class XMLFastPath {

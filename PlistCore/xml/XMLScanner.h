@@ -54,10 +54,10 @@ public:
         return input_.substr(position_, text.size()) == text;
     }
 
-    /// Skips the four blanks: space, tab, line feed and carriage return.
+    /// Skips the whitespace of XML: space, tab, line feed and carriage return.
     void skipBlanks() noexcept;
 
-    /// Skips blanks, comments, processing instructions and document type declarations.
+    /// Skips whitespace, comments, processing instructions and document type declarations.
     void skipMisc();
 
     /// Takes any start tag of the vocabulary; its attributes are skipped.

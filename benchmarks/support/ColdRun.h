@@ -12,7 +12,7 @@
 
 /// What the programs that are started afresh for every figure have in common. Each is called as
 /// `Program SUBJECT DOCUMENT`: what to measure, and the path of a document from `MakeDocuments`
-/// without its ending. It prints its figures on one line, or an error and fails.
+/// without its extension. It prints its figures on one line, or an error and fails.
 namespace ColdRun {
 
 /// The files of a document.

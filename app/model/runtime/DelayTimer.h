@@ -5,7 +5,7 @@
 #include <functional>
 
 /// Calls back once, some time after it was started, by a monotonic clock: setting the time of day
-/// does not move it. Needs an event loop. Tests put one in its place whose clock they move.
+/// does not move it. Needs an event loop. Tests replace it by one that they advance themselves.
 class DelayTimer {
 public:
     DelayTimer();

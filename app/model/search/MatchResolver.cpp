@@ -19,7 +19,7 @@ bool MatchResolver::resolve(std::size_t count) {
 }
 
 MatchedNodes MatchResolver::take() {
-    result_.areComplete = found_.ending() == PlistMatches::Ending::complete && !isLimitReached_;
+    result_.areComplete = found_.outcome() == PlistMatches::Outcome::complete && !isLimitReached_;
     return std::move(result_);
 }
 

@@ -105,7 +105,7 @@ TEST(PlistCodecTest, readsSpansToo) {
     EXPECT_EQ(valueText(file.root), "(\"a\")");
 }
 
-TEST(PlistCodecTest, nothingButBlanksIsNoPropertyList) {
+TEST(PlistCodecTest, nothingButWhitespaceIsNoPropertyList) {
     const PlistError expected(PlistError::UnrecognizedFormat{});
     for (const std::string_view text :
          {""sv, " \t\r\n"sv, "\xEF\xBB\xBF"sv, "\xBB"sv, "\xBF \xEF\n\xBB\xEF"sv, "\xFF\xFE"sv,
@@ -127,7 +127,7 @@ TEST(PlistCodecTest, eightBytesDecideForBinary) {
 TEST(PlistCodecTest, skipsSixBytesInAnyOrderToFindXml) {
     EXPECT_EQ(read("\xEF\xBB\xBF" + std::string(array)), xml("(\"a\")"));
     EXPECT_EQ(read(" \r\n\t" + std::string(array)), xml("(\"a\")"));
-    // XML it is; but then the whole file goes to the XML reader, which knows no such blank.
+    // XML it is; but then the whole file goes to the XML reader, which knows no such whitespace.
     EXPECT_EQ(failureOf("\xBB<true/>"), "Line 1, column 1: Expected a value.");
     EXPECT_EQ(failureOf(" \xEF\n<true/>"), "Line 1, column 2: Expected a value.");
     EXPECT_EQ(failureOf("\xEF\xBB\xBF\xEF\xBB\xBF<true/>"), "Line 1, column 4: Expected a value.");

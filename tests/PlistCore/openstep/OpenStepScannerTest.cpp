@@ -32,14 +32,14 @@ std::string failureOf(Read read, std::string_view text) {
     return {};
 }
 
-/// The part of `text` that is left behind its blanks.
+/// The part of `text` behind its leading whitespace.
 std::string_view behindBlanks(std::string_view text) {
     OpenStepScanner scanner(text);
     scanner.skipBlanks();
     return text.substr(scanner.position());
 }
 
-TEST(OpenStepScannerTest, skipsWhiteSpaceAndComments) {
+TEST(OpenStepScannerTest, skipsWhitespaceAndComments) {
     EXPECT_EQ(behindBlanks(" \t\r\n\v\fx "), "x ");
     EXPECT_EQ(behindBlanks("// a\nx"), "x");
     EXPECT_EQ(behindBlanks("// a\rx"), "x");

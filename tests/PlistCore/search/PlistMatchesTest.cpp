@@ -15,7 +15,7 @@ TEST(PlistMatchesTest, startsWithTheRootAlone) {
     const PlistMatches matches;
     EXPECT_TRUE(matches.isEmpty());
     EXPECT_EQ(matches.places().size(), 1U);
-    EXPECT_EQ(matches.ending(), PlistMatches::Ending::complete);
+    EXPECT_EQ(matches.outcome(), PlistMatches::Outcome::complete);
 }
 
 TEST(PlistMatchesTest, sharesTheBeginningsOfPaths) {

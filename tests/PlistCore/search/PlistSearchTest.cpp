@@ -23,7 +23,7 @@ namespace plist {
 
 namespace {
 
-using Ending = PlistMatches::Ending;
+using Outcome = PlistMatches::Outcome;
 
 std::string pathText(const std::vector<std::int64_t>& path) {
     std::string text = "[";
@@ -46,7 +46,7 @@ std::string pathsText(const PlistMatches& matches) {
 /// All paths found, "[0] [1,0]".
 std::string search(const PlistValue& root, std::string_view query) {
     const PlistMatches matches = PlistSearch::matches(root, query);
-    EXPECT_EQ(matches.ending(), Ending::complete);
+    EXPECT_EQ(matches.outcome(), Outcome::complete);
     return pathsText(matches);
 }
 
@@ -70,7 +70,7 @@ TEST(PlistSearchTest, findsNumbersByTheirDigits) {
     EXPECT_EQ(search(root, "1"), "[0] [1,0]");
 }
 
-TEST(PlistSearchTest, findsNothingForAQueryOfBlanks) {
+TEST(PlistSearchTest, findsNothingForAQueryOfSpacesAndTabs) {
     const PlistValue root = PlistValue::dictionary({{" \t ", string("a b\tc")}, {"", string("")}});
     EXPECT_EQ(search(root, ""), "");
     EXPECT_EQ(search(root, " "), "");
@@ -266,7 +266,7 @@ TEST(PlistSearchTest, findsInDeepValues) {
     const PlistMatches matches = PlistSearch::matches(root, "deep");
     ASSERT_EQ(matches.size(), 1U);
     EXPECT_EQ(matches.path(0), std::vector<std::int64_t>(depth, 0));
-    EXPECT_EQ(matches.ending(), Ending::complete);
+    EXPECT_EQ(matches.outcome(), Outcome::complete);
 }
 
 /// Each level of the chain is found by its key, so that the paths together have 5 * 10^9 steps.
@@ -305,7 +305,7 @@ TEST(PlistSearchTest, findsEveryMatchInSharedContainers) {
 
 TEST(PlistSearchTest, keepsALimitedNumberOfMatches) {
     const PlistMatches matches = PlistSearch::matches(doubled(string("leaf"), 40), "leaf");
-    EXPECT_EQ(matches.ending(), Ending::limitReached);
+    EXPECT_EQ(matches.outcome(), Outcome::limitReached);
     EXPECT_EQ(matches.size(), PlistMatches::matchLimit);
     EXPECT_LE(matches.places().size(), PlistMatches::placeLimit);
     EXPECT_EQ(matches.path(0), std::vector<std::int64_t>(40, 0));
@@ -313,12 +313,12 @@ TEST(PlistSearchTest, keepsALimitedNumberOfMatches) {
 
 TEST(PlistSearchTest, reachesTheLimitOnlyWithOneMatchMore) {
     std::vector<PlistValue> items(PlistMatches::matchLimit, PlistValue::integer(7));
-    EXPECT_EQ(PlistSearch::matches(PlistValue::array(items), "7").ending(), Ending::complete);
+    EXPECT_EQ(PlistSearch::matches(PlistValue::array(items), "7").outcome(), Outcome::complete);
     items.push_back(PlistValue::integer(8));
-    EXPECT_EQ(PlistSearch::matches(PlistValue::array(items), "7").ending(), Ending::complete);
+    EXPECT_EQ(PlistSearch::matches(PlistValue::array(items), "7").outcome(), Outcome::complete);
     items.push_back(PlistValue::integer(7));
     const PlistMatches matches = PlistSearch::matches(PlistValue::array(items), "7");
-    EXPECT_EQ(matches.ending(), Ending::limitReached);
+    EXPECT_EQ(matches.outcome(), Outcome::limitReached);
     EXPECT_EQ(matches.size(), PlistMatches::matchLimit);
 }
 
@@ -330,7 +330,7 @@ TEST(PlistSearchTest, keepsALimitedNumberOfPlaces) {
     }
     const PlistMatches matches =
         PlistSearch::matches(PlistValue::array(std::vector<PlistValue>(10'000, chain)), "leaf");
-    EXPECT_EQ(matches.ending(), Ending::limitReached);
+    EXPECT_EQ(matches.outcome(), Outcome::limitReached);
     EXPECT_LE(matches.places().size(), PlistMatches::placeLimit);
     EXPECT_GE(matches.size(), 3990U);
 }
@@ -340,7 +340,7 @@ TEST(PlistSearchTest, stopsAtOnceWhenToldBefore) {
     source.request_stop();
     const PlistMatches matches =
         PlistSearch::matches(PlistValue::array({string("a")}), "a", source.get_token());
-    EXPECT_EQ(matches.ending(), Ending::cancelled);
+    EXPECT_EQ(matches.outcome(), Outcome::cancelled);
     EXPECT_TRUE(matches.isEmpty());
 }
 
@@ -362,7 +362,7 @@ TEST(PlistSearchTest, stopsInTheMiddle) {
     hasStarted.wait(false);
     source.request_stop();
     searcher.join();
-    EXPECT_EQ(matches.ending(), Ending::cancelled);
+    EXPECT_EQ(matches.outcome(), Outcome::cancelled);
     EXPECT_LT(matches.size(), 100'000U);
 }
 
@@ -379,7 +379,7 @@ TEST(PlistSearchTest, stopsWithinALongText) {
         const PlistValue value = string(text + "b");
         EXPECT_EQ(search(value, "b"), "[]");
         const PlistMatches matches = PlistSearch::matches(value, "b", source.get_token());
-        EXPECT_EQ(matches.ending(), Ending::cancelled);
+        EXPECT_EQ(matches.outcome(), Outcome::cancelled);
         EXPECT_TRUE(matches.isEmpty());
     }
 }
@@ -506,7 +506,7 @@ TEST(PlistSearchTest, agreesWithAPlainSearch) {
         if (query.folded.find_first_not_of(" 1-") == std::string::npos) {
             continue;
         }
-        // Marks beside blanks keep them from being taken off, but leave blanks when folded.
+        // Marks beside spaces keep them from being trimmed, but leave spaces when folded.
         if (query.text.find("\u0308") != std::string::npos) {
             continue;
         }

@@ -11,7 +11,7 @@
 #include <vector>
 
 /// Bytes from a picture of them: hexadecimal digits, and text as it stands between apostrophes;
-/// blanks only separate. "5F 10 0F 'fifteen letters'".
+/// spaces only separate. "5F 10 0F 'fifteen letters'".
 std::vector<std::uint8_t> bytesOf(std::string_view picture);
 
 /// The lowest `width` bytes of `number`, big-endian.

@@ -31,7 +31,7 @@ void checkMasks(const Bytes& bytes) {
               }));
     EXPECT_EQ(block.markupStarts(),
               maskOf(bytes, [](std::uint8_t byte) { return byte == '&' || byte == '<'; }));
-    EXPECT_EQ(block.blanks(), maskOf(bytes, [](std::uint8_t byte) {
+    EXPECT_EQ(block.whitespace(), maskOf(bytes, [](std::uint8_t byte) {
                   return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
               }));
     EXPECT_EQ(block.highBits(), maskOf(bytes, [](std::uint8_t byte) { return byte >= 0x80; }));

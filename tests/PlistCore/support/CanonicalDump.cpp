@@ -14,7 +14,7 @@ namespace plist {
 
 namespace {
 
-/// The parts of JSON that the dumps are made of, without blanks between them.
+/// The parts of JSON that the dumps are made of, without whitespace between them.
 class JsonScanner {
 public:
     explicit JsonScanner(std::string_view json) : json_(json) {}

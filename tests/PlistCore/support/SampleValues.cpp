@@ -29,7 +29,7 @@ void addTexts(Samples& samples) {
         {"empty text", ""},
         {"one letter", "a"},
         {"markup", "a & b < c > d \"e\" 'f' ]]> &amp; &#38;"},
-        {"blanks around", "  \t\n padded \r\n "},
+        {"whitespace around", "  \t\n padded \r\n "},
         {"NUL inside", std::string("a\0b", 3)},
         {"only NUL", std::string(1, '\0')},
         {"control characters", "\x01\x02\x1f\x7f"},

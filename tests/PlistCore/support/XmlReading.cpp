@@ -104,7 +104,7 @@ std::string differenceOfPaths(std::string_view xml) {
     if (!found.empty()) {
         return "padded: " + found;
     }
-    // What ends too soon ends too soon elsewhere, or with another error, when blanks follow.
+    // What ends too soon ends too soon elsewhere, or with another error, when whitespace follows.
     return isUnexpectedEnd(plain) ? std::string()
                                   : labelled("by the padding: ", difference(plain, plainPadded));
 }

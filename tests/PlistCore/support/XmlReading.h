@@ -26,8 +26,8 @@ XmlOutcome xmlOutcome(std::string_view xml, detail::XMLPlistParser::Paths paths 
 PlistValue xmlValue(std::string_view xml);
 
 /// How the outcomes of reading `xml` by the fast path and without it differ; empty if they do not.
-/// Reads it as it stands and followed by blanks: the fast path stops before the end of its input,
-/// so that it would not touch a short text at all.
+/// Reads it as it stands and followed by whitespace: the fast path stops before the end of its
+/// input, so that it would not touch a short text at all.
 std::string differenceOfPaths(std::string_view xml);
 
 }  // namespace plist

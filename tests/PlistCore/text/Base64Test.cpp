@@ -171,7 +171,7 @@ TEST(Base64Test, rejects) {
              "QUJ!"sv,             //
              "QQ=!"sv,             //
              "QU\xC3\xA9J"sv,      //
-             "QU\xE2\x80\x8BJ"sv,  // U+200B is no white space
+             "QU\xE2\x80\x8BJ"sv,  // U+200B is no whitespace
              "QUJ\0"sv,            //
              "QU-J"sv,             //
          }) {

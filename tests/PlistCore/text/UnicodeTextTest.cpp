@@ -338,7 +338,7 @@ TEST(UnicodeTextTest, trimsWhitespaceAndLineBreaks) {
         {"\x1C"
          "a\x1F",
          "\x1C"
-         "a\x1F"},  // the separators of ASCII are no white space
+         "a\x1F"},  // the separators of ASCII are no whitespace
         {"\xE2\x80\x8B\n", "\xE2\x80\x8B"},
     };
     for (const auto& [text, expected] : cases) {

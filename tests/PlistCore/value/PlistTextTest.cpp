@@ -121,7 +121,7 @@ TEST(PlistTextTest, rejectsWhatIsNoInteger) {
         "\xD9\xA5",          // an Arabic digit
         "\xEF\xBC\x95",      // a full-width digit
         "\xE2\x88\x92\x35",  // U+2212, the minus sign
-        "\xE2\x80\x8B\x35",  // U+200B is no white space
+        "\xE2\x80\x8B\x35",  // U+200B is no whitespace
         std::string("5\0", 2),
         // Outside the range; nothing wraps around.
         "18446744073709551616",

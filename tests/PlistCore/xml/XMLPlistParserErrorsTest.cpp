@@ -476,7 +476,7 @@ private:
         return std::string(choices[random_() % count]);
     }
 
-    std::string blanks() {
+    std::string whitespace() {
         return oneOf({"", "", "", "\n", "\n\t", " ", "\r\n", "<!-- - -->", "<?a b?>",
                       "                         "});
     }
@@ -520,16 +520,16 @@ private:
         std::string text = isDictionary ? "<dict>" : "<array>";
         const int count = number(6);
         for (int index = 0; index < count; ++index) {
-            text += blanks();
+            text += whitespace();
             if (isDictionary) {
                 text += oneOf({"<key>a</key>", "<key>b</key>", "<key>caf\u00E9</key>", "<key/>",
                                "<key>a key longer than a cell</key>", "<key>&lt;</key>",
                                "<key>a key that is so long that nobody expects it here</key>"});
-                text += blanks();
+                text += whitespace();
             }
             text += value(depth);
         }
-        return text + blanks() + (isDictionary ? "</dict>" : "</array>");
+        return text + whitespace() + (isDictionary ? "</dict>" : "</array>");
     }
 
     void damageOne(std::string& text) {

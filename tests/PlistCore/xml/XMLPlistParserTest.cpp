@@ -446,7 +446,7 @@ TEST(XMLPlistParserTest, acceptsTheEncodingsItReads) {
     for (const std::string_view text :
          {"", "<plist/>", "<?xml version=\"1.0\"?>", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>",
           "<?xml encoding='utf-8'?>", "<?xml encoding=\"UTF8\"?>", "<?xml ENCODING=\"Utf-8\"?>",
-          // Blanks around the "=" are not understood.
+          // Whitespace around the "=" are not understood.
           "<?xml encoding = \"UTF-16\"?>", "<?xml encoding =\"UTF-16\"?>",
           // Either quote closes, and the first character is skipped whatever it is.
           "<?xml encoding=\"utf-8'?>", "<?xml encoding=xutf-8\"?>", "<?xml encoding=\u00E9utf-8'?>",
@@ -469,8 +469,8 @@ TEST(XMLPlistParserTest, acceptsTheEncodingsItReads) {
 }
 
 TEST(XMLPlistParserTest, looksForAnEncodingIn256Bytes) {
-    const auto declaration = [](std::size_t blanks) {
-        return "<?xml" + std::string(blanks, ' ') + "encoding=\"utf-8\"?>";
+    const auto declaration = [](std::size_t spaces) {
+        return "<?xml" + std::string(spaces, ' ') + "encoding=\"utf-8\"?>";
     };
     // The value ends with the 256th byte, then it is cut short, then it is not found at all.
     EXPECT_TRUE(accepts(declaration(256 - 20)));

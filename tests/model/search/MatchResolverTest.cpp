@@ -115,7 +115,7 @@ private Q_SLOTS:
     void saysWhenTheSearchEndedEarly() {
         const PlistNodePtr root = sample();
         PlistMatches found = PlistSearch::matches(root->value(), "a");
-        found.setEnding(PlistMatches::Ending::limitReached);
+        found.setOutcome(PlistMatches::Outcome::limitReached);
         QVERIFY(!resolved(*root, found).areComplete);
     }
 };

@@ -14,7 +14,7 @@ public:
     IntervalCount(const IntervalCount&) = delete;
     IntervalCount& operator=(const IntervalCount&) = delete;
 
-    /// The names of the intervals that have ended since the last call, in this order, with blanks
+    /// The names of the intervals that have ended since the last call, in this order, with spaces
     /// between them.
     QString takeNames();
 

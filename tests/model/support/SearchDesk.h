@@ -20,7 +20,7 @@ class PlistNode;
 struct SearchDesk {
     explicit SearchDesk(const PlistValue& value);
 
-    /// The paths of nodes, "/list/0/name", separated by blanks; "?" for those that are not there.
+    /// The paths of nodes, "/list/0/name", separated by spaces; "?" for those that are not there.
     static QString textOf(const std::vector<NodeId>& ids, PlistNode& root);
 
     PlistNode& at(std::initializer_list<std::size_t> path) const;

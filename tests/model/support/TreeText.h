@@ -24,9 +24,9 @@ QString ofValue(const PlistValue& value);
 /// A whole value, nested: `{a: 1, b: [true]}`.
 QString whole(const PlistValue& value);
 
-/// The node and what has been made below it, two blanks deeper on each level: `key: value`, with
-/// the number of children behind a container and "..." if they were not made yet. Children whose
-/// parent link is wrong are marked with "!".
+/// The node and what has been made below it, indented by two more spaces on each level: `key:
+/// value`, with the number of children behind a container and "..." if they were not made yet.
+/// Children whose parent link is wrong are marked with "!".
 QString ofTree(PlistNode& node);
 
 /// `  key: value` at the depth of the row, with `[+]` or `[-]` for containers, the index in front

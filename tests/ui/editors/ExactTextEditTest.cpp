@@ -103,7 +103,7 @@ private Q_SLOTS:
         QTest::newRow("paragraphs") << QStringLiteral("one\u2029two");
         QTest::newRow("line separators") << QStringLiteral("one\u2028two\nthree");
         QTest::newRow("NUL") << QStringLiteral("one") + QChar(0) + QStringLiteral("two\n");
-        QTest::newRow("blanks") << QStringLiteral("\t one\u00A0two\u3000 \n ");
+        QTest::newRow("whitespace") << QStringLiteral("\t one\u00A0two\u3000 \n ");
         QTest::newRow("objects") << QStringLiteral("one\uFFFCtwo\uFEFF");
         QTest::newRow("a long line") << longLine();
         QTest::newRow("long lines") << longLine() + QStringLiteral("\r\n") + longLine();

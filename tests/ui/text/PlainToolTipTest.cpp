@@ -13,7 +13,7 @@ private Q_SLOTS:
         QCOMPARE(PlainToolTip::wrapped(text), text);
     }
 
-    void breaksAfterBlanks() {
+    void breaksAfterSpaces() {
         const QString start(PlainToolTip::lineLength - 5, u'x');
         QCOMPARE(PlainToolTip::wrapped(start + QStringLiteral(" longword")),
                  start + QStringLiteral(" \nlongword"));
