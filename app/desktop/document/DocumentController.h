@@ -71,7 +71,7 @@ public:
 
     /// Begins to make what a crash left unsaved the content of the document, which is modified
     /// then. It has its old file again, or none if that has changed since. Ends like `open`, and
-    /// leaves what was kept as it is. Only while idle.
+    /// leaves the backup as it is. Only while idle.
     void recover(const RecoverableDocument& lost);
 
     /// Begins to read the file of the document again and to make it the content, as one step that

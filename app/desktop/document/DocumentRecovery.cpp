@@ -20,14 +20,14 @@ DocumentRecovery::DocumentRecovery(DocumentController& controller, RecoveryStore
       name_(QUuid::createUuid().toByteArray(QUuid::WithoutBraces)) {
     for (QTimer* timer : {&quietTimer_, &busyTimer_}) {
         timer->setSingleShot(true);
-        connect(timer, &QTimer::timeout, this, &DocumentRecovery::keepNow);
+        connect(timer, &QTimer::timeout, this, &DocumentRecovery::backUpNow);
     }
     UndoManager& history = controller.undoManager();
     connect(&history, &UndoManager::historyChanged, this, &DocumentRecovery::follow);
     connect(&history, &UndoManager::isModifiedChanged, this, &DocumentRecovery::follow);
-    // Another file or another name for it: what was kept with the old one is out of date.
+    // It has another file now, or the file other content: the backup is out of date.
     connect(&controller, &DocumentController::saved, this, [this] {
-        keptState_.reset();
+        backedUpState_.reset();
         follow();
     });
 }
@@ -41,37 +41,37 @@ void DocumentRecovery::follow() {
         forget();
         return;
     }
-    // While one writing is under way, the next one is not planned.
-    if (writings_ > 0 || keptState_ == controller_.undoManager().state()) {
+    // The next backup is not scheduled while one is being written.
+    if (pendingWrites_ > 0 || backedUpState_ == controller_.undoManager().state()) {
         return;
     }
-    const auto rest = std::chrono::duration_cast<milliseconds>(rest_.remainingTimeAsDuration());
-    quietTimer_.start(std::max(pace_.afterEdit, rest));
+    const auto pause = std::chrono::duration_cast<milliseconds>(pause_.remainingTimeAsDuration());
+    quietTimer_.start(std::max(pace_.afterEdit, pause));
     if (!busyTimer_.isActive()) {
-        busyTimer_.start(std::max(pace_.whileEditing, rest));
+        busyTimer_.start(std::max(pace_.whileEditing, pause));
     }
 }
 
 void DocumentRecovery::forget() {
     quietTimer_.stop();
     busyTimer_.stop();
-    keptState_.reset();
-    if (mayBeThere_) {
-        mayBeThere_ = false;
+    backedUpState_.reset();
+    if (mayBeInStore_) {
+        mayBeInStore_ = false;
         store_.remove(name_);
     }
 }
 
-void DocumentRecovery::keepNow() {
+void DocumentRecovery::backUpNow() {
     quietTimer_.stop();
     busyTimer_.stop();
     const UndoManager::State state = controller_.undoManager().state();
-    if (!controller_.isModified() || keptState_ == state) {
+    if (!controller_.isModified() || backedUpState_ == state) {
         return;
     }
-    keptState_ = state;
-    mayBeThere_ = true;
-    ++writings_;
+    backedUpState_ = state;
+    mayBeInStore_ = true;
+    ++pendingWrites_;
     store_.write(*this, name_, controller_.document().snapshot(), record(),
                  [this, state](const RecoveryStore::Outcome& outcome) { finish(state, outcome); });
 }
@@ -85,23 +85,23 @@ RecoveryRecord DocumentRecovery::record() const {
     }
     record.format = controller_.document().format();
     record.wasReadOnlyFormat = controller_.document().wasReadOnlyFormat();
-    record.keptAt = QDateTime::currentDateTimeUtc();
+    record.backedUpAt = QDateTime::currentDateTimeUtc();
     return record;
 }
 
 void DocumentRecovery::finish(UndoManager::State state, const RecoveryStore::Outcome& outcome) {
-    --writings_;
-    rest_ =
-        QDeadlineTimer(std::chrono::duration_cast<milliseconds>(outcome.duration * restPerWriting));
+    --pendingWrites_;
+    pause_ =
+        QDeadlineTimer(std::chrono::duration_cast<milliseconds>(outcome.duration * pausePerWrite));
     if (outcome.error == 0) {
-        Q_EMIT kept(state);
+        Q_EMIT backedUp(state);
     } else {
-        Q_EMIT keepingFailed(QString::fromLocal8Bit(std::strerror(outcome.error)));
+        Q_EMIT backupFailed(QString::fromLocal8Bit(std::strerror(outcome.error)));
     }
-    // The document may have been edited, saved or undone to clean meanwhile.
-    if (keptState_ != controller_.undoManager().state()) {
+    // The document may have been edited, saved or undone to what was saved meanwhile.
+    if (backedUpState_ != controller_.undoManager().state()) {
         follow();
     } else if (outcome.error != 0) {
-        keptState_.reset();
+        backedUpState_.reset();
     }
 }

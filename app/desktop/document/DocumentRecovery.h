@@ -14,9 +14,9 @@
 
 class DocumentController;
 
-/// Keeps one document for recovery as long as it is modified: soon after an edit, and now and then
-/// while the edits do not stop. When the document is saved, undone to what was saved, or closed,
-/// nothing of it is kept any more.
+/// Backs up one document for as long as it is modified: soon after an edit, and now and then while
+/// the edits do not stop. When the document is saved, undone to what was saved, or closed, the
+/// backup is deleted.
 ///
 /// A child of the controller it watches.
 class DocumentRecovery : public QObject {
@@ -28,24 +28,25 @@ public:
         std::chrono::milliseconds whileEditing{15'000};  ///< at the latest
     };
 
-    /// The rest between two writings is at least so many times as long as the one before, so that
-    /// large documents do not keep the disk busy.
-    static constexpr int restPerWriting = 20;
+    /// The pause after a backup is at least so many times as long as the backup took, so that large
+    /// documents do not keep the disk busy.
+    static constexpr int pausePerWrite = 20;
 
     /// The store must outlive the controller.
     DocumentRecovery(DocumentController& controller, RecoveryStore& store);
     DocumentRecovery(DocumentController& controller, RecoveryStore& store, Pace pace);
     ~DocumentRecovery() override;
 
-    /// Has the document written without delay, unless what was written last is the same.
-    void keepNow();
+    /// Backs up the document without delay, unless the last backup is up to date.
+    void backUpNow();
 
 Q_SIGNALS:
     /// The document is on the disk as it was in the given state of its history.
-    void kept(UndoManager::State state);
+    void backedUp(UndoManager::State state);
 
-    /// The document could not be kept, for this reason. It is tried again after the next edit.
-    void keepingFailed(const QString& reason);
+    /// The document could not be backed up, for this reason. It is tried again after the next
+    /// edit.
+    void backupFailed(const QString& reason);
 
 private:
     void follow();
@@ -59,13 +60,13 @@ private:
     QByteArray name_;
     QTimer quietTimer_;
     QTimer busyTimer_;
-    QDeadlineTimer rest_;
+    QDeadlineTimer pause_;
 
-    int writings_ = 0;  ///< how many are under way
+    int pendingWrites_ = 0;
 
-    /// Whether something of this document may lie in the store.
-    bool mayBeThere_ = false;
+    /// Whether the store may have a backup of this document.
+    bool mayBeInStore_ = false;
 
-    /// The state that was written last or is being written.
-    std::optional<UndoManager::State> keptState_;
+    /// The state that was backed up last or is being backed up.
+    std::optional<UndoManager::State> backedUpState_;
 };

@@ -13,18 +13,18 @@ DocumentSession::~DocumentSession() {
     endRecovery();
 }
 
-void DocumentSession::keepIn(RecoveryStore& store) {
+void DocumentSession::backUpTo(RecoveryStore& store) {
     recovery_ = new DocumentRecovery(controller_, store);
-    connect(recovery_, &DocumentRecovery::kept, this, [this] {
+    connect(recovery_, &DocumentRecovery::backedUp, this, [this] {
         discardRecovered();
-        Q_EMIT kept();
+        Q_EMIT backedUp();
     });
-    connect(recovery_, &DocumentRecovery::keepingFailed, this, &DocumentSession::keepingFailed);
+    connect(recovery_, &DocumentRecovery::backupFailed, this, &DocumentSession::backupFailed);
 }
 
-void DocumentSession::keepNow() {
+void DocumentSession::backUpNow() {
     if (recovery_ != nullptr) {
-        recovery_->keepNow();
+        recovery_->backUpNow();
     }
 }
 
@@ -34,9 +34,9 @@ void DocumentSession::recover(const RecoverableDocument& lost) {
     controller_.recover(lost);
 }
 
-void DocumentSession::keepRecovered() {
+void DocumentSession::backUpRecovered() {
     if (recovered_) {
-        keepNow();
+        backUpNow();
     }
 }
 

@@ -12,8 +12,8 @@ class DocumentRecovery;
 class RecoveryStore;
 
 /// An open document with everything that serves it while it is open: the controller of its file,
-/// what other programs do to that file, and what is kept of it for a crash, now and from an earlier
-/// one. Belongs to the main thread.
+/// what other programs do to that file, and its backups, of now and of before a crash. Belongs to
+/// the main thread.
 class DocumentSession : public QObject {
     Q_OBJECT
 
@@ -25,30 +25,30 @@ public:
     DocumentController& controller() noexcept { return controller_; }
     ExternalChanges& externalChanges() noexcept { return externalChanges_; }
 
-    /// Keeps the document for a crash from now on, as long as it is modified. The store must
-    /// outlive this.
-    void keepIn(RecoveryStore& store);
+    /// From now on backs up the document for as long as it is modified. The store must outlive
+    /// this.
+    void backUpTo(RecoveryStore& store);
 
-    /// Has the document kept without delay.
-    void keepNow();
+    /// Backs up the document without delay.
+    void backUpNow();
 
     /// Begins to bring back what a crash left. Ends with `DocumentController::opened`, or with
     /// `recoveryFailed`, after which it is offered again at the next start. What the crash left is
-    /// deleted when the document has been saved or kept anew.
+    /// deleted when the document has been saved or backed up again.
     void recover(const RecoverableDocument& lost);
 
-    /// Keeps anew what was brought back, so that what the crash left is no longer needed.
-    void keepRecovered();
+    /// Backs up again what was brought back, so that what the crash left is no longer needed.
+    void backUpRecovered();
 
     /// Deletes what the crash left: the user does not want it any more.
     void discardRecovered();
 
 Q_SIGNALS:
-    /// The document is kept for a crash.
-    void kept();
+    /// The document is backed up.
+    void backedUp();
 
-    /// The document cannot be kept for a crash, for this reason, until `kept`.
-    void keepingFailed(const QString& reason);
+    /// The document cannot be backed up, for this reason, until `backedUp`.
+    void backupFailed(const QString& reason);
 
     /// The file could not be opened.
     void openFailed(const FileError& error);

@@ -20,7 +20,7 @@ QString digestOf(const QByteArray& path) {
     return digest ? digest->hex() : QString();
 }
 
-/// The record of a document whose own one cannot be read.
+/// A placeholder for a record that cannot be read.
 RecoveryRecord unknownRecord() {
     RecoveryRecord record;
     record.title = QCoreApplication::translate("RecoverableDocument", "Unknown Document");
@@ -38,9 +38,9 @@ RecoverableDocument::RecoverableDocument(std::shared_ptr<RecoveryFolder> folder,
     hasFileChanged_ = !record_.file.isEmpty() && digestOf(record_.file) != record_.baseDigest;
 }
 
-std::vector<RecoverableDocument> RecoverableDocument::find(const QString& place) {
+std::vector<RecoverableDocument> RecoverableDocument::find(const QString& parentFolder) {
     std::vector<RecoverableDocument> found;
-    const QDir folders(place);
+    const QDir folders(parentFolder);
     for (const QString& folderName : folders.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         auto folder =
             std::make_shared<RecoveryFolder>(FilePath::encoded(folders.filePath(folderName)));
@@ -60,7 +60,7 @@ std::vector<RecoverableDocument> RecoverableDocument::find(const QString& place)
         }
     }
     std::stable_sort(found.begin(), found.end(), [](const auto& one, const auto& other) {
-        return one.record().keptAt > other.record().keptAt;
+        return one.record().backedUpAt > other.record().backedUpAt;
     });
     return found;
 }

@@ -12,15 +12,16 @@
 /// long as a copy of this lives, no other program finds the document.
 class RecoverableDocument {
 public:
-    /// So many attempts to bring a document back may end the program before it is left alone.
-    static constexpr int mostAttempts = 2;
+    /// After so many attempts that ended the program, a document is not brought back any more.
+    static constexpr int attemptLimit = 2;
 
-    /// All documents in the folders inside of `place` that no running program uses, the newest
-    /// first. Deletes folders in which nothing is. Reads the records only, and the files that the
-    /// documents came from, to see whether they have changed; may be called from any thread.
-    static std::vector<RecoverableDocument> find(const QString& place);
+    /// All documents in the folders inside of `parentFolder` that no running program uses, the
+    /// newest first. Deletes folders in which nothing is. Reads the records only, and the files
+    /// that the documents came from, to see whether they have changed; may be called from any
+    /// thread.
+    static std::vector<RecoverableDocument> find(const QString& parentFolder);
 
-    /// What is known about it; made up where the record cannot be read.
+    /// What is known about it; a placeholder where the record cannot be read.
     const RecoveryRecord& record() const noexcept { return record_; }
 
     /// The path of its file; empty if it was never saved.
@@ -30,11 +31,11 @@ public:
     /// so that it must not be overwritten. False for a document without a file.
     bool hasFileChanged() const noexcept { return hasFileChanged_; }
 
-    /// Whether it belongs to its file still.
+    /// Whether it still belongs to its file.
     bool hasFile() const noexcept { return !record_.file.isEmpty() && !hasFileChanged_; }
 
-    /// Whether programs have ended too often while they brought it back.
-    bool isLeftAlone() const noexcept { return record_.attempts >= mostAttempts; }
+    /// Whether programs have crashed too often while they brought it back.
+    bool hasFailedTooOften() const noexcept { return record_.attempts >= attemptLimit; }
 
     /// The file with the content.
     QString contentPath() const;

@@ -115,14 +115,14 @@ QByteArrayList RecoveryFolder::allNames() const {
 }
 
 int RecoveryFolder::write(const QByteArray& name, std::span<const std::uint8_t> bytes) const {
-    TemporaryFile fresh(path_, forTheUserAlone);
-    if (fresh.error() != 0) {
-        return fresh.error();
+    TemporaryFile temporary(path_, forTheUserAlone);
+    if (temporary.error() != 0) {
+        return temporary.error();
     }
-    int error = fresh.file().writeAll(bytes);
-    error = error != 0 ? error : fresh.file().synchronize();
-    error = error != 0 ? error : fresh.file().close();
-    error = error != 0 ? error : fresh.moveTo(pathOf(name));
+    int error = temporary.file().writeAll(bytes);
+    error = error != 0 ? error : temporary.file().synchronize();
+    error = error != 0 ? error : temporary.file().close();
+    error = error != 0 ? error : temporary.moveTo(pathOf(name));
     return error != 0 ? error : FileFolder::synchronize(path_);
 }
 

@@ -14,7 +14,7 @@ constexpr QLatin1String titleName("title");
 constexpr QLatin1String baseDigestName("baseDigest");
 constexpr QLatin1String formatName("format");
 constexpr QLatin1String wasReadOnlyName("wasReadOnlyFormat");
-constexpr QLatin1String keptAtName("keptAt");
+constexpr QLatin1String backedUpAtName("backedUpAt");
 constexpr QLatin1String attemptsName("attempts");
 constexpr QLatin1String versionName("version");
 
@@ -32,7 +32,7 @@ QByteArray RecoveryRecord::toJson() const {
         {baseDigestName, baseDigest},
         {formatName, format == PlistFormat::binary ? binary : xml},
         {wasReadOnlyName, wasReadOnlyFormat},
-        {keptAtName, keptAt.toUTC().toString(Qt::ISODateWithMs)},
+        {backedUpAtName, backedUpAt.toUTC().toString(Qt::ISODateWithMs)},
         {attemptsName, attempts},
         {versionName, QCoreApplication::applicationVersion()},
     };
@@ -50,8 +50,8 @@ std::optional<RecoveryRecord> RecoveryRecord::fromJson(const QByteArray& json) {
     record.baseDigest = object.value(baseDigestName).toString();
     record.format = object.value(formatName) == binary ? PlistFormat::binary : PlistFormat::xml;
     record.wasReadOnlyFormat = object.value(wasReadOnlyName).toBool();
-    record.keptAt =
-        QDateTime::fromString(object.value(keptAtName).toString(), Qt::ISODateWithMs).toUTC();
+    record.backedUpAt =
+        QDateTime::fromString(object.value(backedUpAtName).toString(), Qt::ISODateWithMs).toUTC();
     record.attempts = object.value(attemptsName).toInt();
     return record;
 }

@@ -22,8 +22,8 @@ struct RecoveryRecord {
     PlistFormat format = PlistFormat::xml;
     bool wasReadOnlyFormat = false;
 
-    /// When the content was kept.
-    QDateTime keptAt;
+    /// When the content was backed up.
+    QDateTime backedUpAt;
 
     /// How often somebody has begun to bring this content back.
     int attempts = 0;

@@ -10,8 +10,8 @@
 #include "app/desktop/files/FilePath.h"
 #include "app/model/runtime/Plist.h"
 
-RecoveryStore::RecoveryStore(const QString& place, QObject* parent)
-    : QObject(parent), place_(place) {
+RecoveryStore::RecoveryStore(const QString& parentFolder, QObject* parent)
+    : QObject(parent), parentFolder_(parentFolder) {
     // One thread keeps the order.
     worker_.setMaxThreadCount(1);
 }
@@ -29,7 +29,7 @@ void RecoveryStore::write(QObject& receiver, const QByteArray& name, const Plist
         receiver,
         [this, name, content, record] {
             const auto start = std::chrono::steady_clock::now();
-            const int error = keep(name, content, record);
+            const int error = backUp(name, content, record);
             return Outcome{error, std::chrono::steady_clock::now() - start};
         },
         std::move(done), worker_);
@@ -62,11 +62,11 @@ int RecoveryStore::requireFolder() {
     int error = 0;
     while (!folder_) {
         const QString path =
-            QDir(place_).filePath(QUuid::createUuid().toString(QUuid::WithoutBraces));
-        auto fresh = std::make_unique<RecoveryFolder>(FilePath::encoded(path));
-        error = fresh->create();
+            QDir(parentFolder_).filePath(QUuid::createUuid().toString(QUuid::WithoutBraces));
+        auto folder = std::make_unique<RecoveryFolder>(FilePath::encoded(path));
+        error = folder->create();
         if (error == 0) {
-            folder_ = std::move(fresh);
+            folder_ = std::move(folder);
         } else if (error != EEXIST) {
             break;
         }
@@ -74,8 +74,8 @@ int RecoveryStore::requireFolder() {
     return error;
 }
 
-int RecoveryStore::keep(const QByteArray& name, const PlistFile& content,
-                        const RecoveryRecord& record) {
+int RecoveryStore::backUp(const QByteArray& name, const PlistFile& content,
+                          const RecoveryRecord& record) {
     if (const int error = requireFolder(); error != 0) {
         return error;
     }

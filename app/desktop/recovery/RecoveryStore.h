@@ -12,17 +12,17 @@
 #include "app/desktop/recovery/RecoveryRecord.h"
 #include "app/model/runtime/Plist.h"
 
-/// Where this process keeps its unsaved documents, each under a name of its own: a file with the
-/// content, in a form that loses nothing, and one with the record. The folder is created when the
-/// first document comes, and goes with the last.
+/// The backups of the unsaved documents of this process, each under a name of its own: a file with
+/// the content, in a form that loses nothing, and one with the record. The folder is created when
+/// the first document comes, and goes with the last.
 ///
-/// Everything is done in the order in which it was asked for, on one thread beside the others.
+/// Everything is done on one worker thread, in the order in which it was asked for.
 /// Belongs to the main thread.
 class RecoveryStore : public QObject {
     Q_OBJECT
 
 public:
-    /// How keeping a document ended.
+    /// How a backup ended.
     struct Outcome {
         int error = 0;  ///< 0 or the number of the system's error
         std::chrono::nanoseconds duration{0};
@@ -34,32 +34,32 @@ public:
     static constexpr const char* contentExtension = ".plist";
     static constexpr const char* recordExtension = ".json";
 
-    /// Keeps documents in a new folder inside of `place`.
-    explicit RecoveryStore(const QString& place, QObject* parent = nullptr);
+    /// Backs up documents to a new folder inside of `parentFolder`.
+    explicit RecoveryStore(const QString& parentFolder, QObject* parent = nullptr);
 
-    /// Waits until all is done.
+    /// As `wait`.
     ~RecoveryStore() override;
 
-    /// Keeps a document under a name, in place of what was kept there. Calls `done` when it is on
+    /// Backs up a document under a name, in place of its last backup. Calls `done` when that is on
     /// the disk, unless `receiver` is gone by then.
     void write(QObject& receiver, const QByteArray& name, const PlistFile& content,
                const RecoveryRecord& record, Done done);
 
-    /// Deletes what was kept under a name, if anything was.
+    /// Deletes the backup with a name, if there is one.
     void remove(const QByteArray& name);
 
     /// Waits until all that was asked for is done.
     void wait();
 
-    /// Waits until all that was asked for is done, and does nothing more from then on: what is kept
-    /// now outlives this process.
+    /// Waits until all that was asked for is done, and does nothing more from then on: the backups
+    /// outlive this process.
     void seal();
 
 private:
     int requireFolder();
-    int keep(const QByteArray& name, const PlistFile& content, const RecoveryRecord& record);
+    int backUp(const QByteArray& name, const PlistFile& content, const RecoveryRecord& record);
 
-    QString place_;
+    QString parentFolder_;
     bool isSealed_ = false;
     std::unique_ptr<RecoveryFolder> folder_;  ///< of the worker alone
     QThreadPool worker_;

@@ -43,8 +43,8 @@ TabuletApp::TabuletApp(QObject* parent)
     connect(&crashRecovery_, &CrashRecovery::found, this, &TabuletApp::askAboutLost);
     connect(&crashRecovery_, &CrashRecovery::recoverChosen, this, &TabuletApp::recover);
     connect(&terminationSignals_, &TerminationSignals::received, this,
-            &TabuletApp::endWithoutAsking);
-    connect(qApp, &QGuiApplication::commitDataRequest, this, &TabuletApp::keepAll,
+            &TabuletApp::quitWithoutAsking);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &TabuletApp::backUpAll,
             Qt::DirectConnection);
     connect(qApp, &QGuiApplication::saveStateRequest, this, &TabuletApp::tellHowToRestart,
             Qt::DirectConnection);
@@ -160,7 +160,7 @@ DocumentWindow* TabuletApp::makeWindow() {
     if (windows_.size() == 1) {
         lookForLosses(*window);
     }
-    window->session().keepIn(recoveryStore_);
+    window->session().backUpTo(recoveryStore_);
     connect(window, &DocumentWindow::newChosen, this, &TabuletApp::newDocument);
     connect(window, &DocumentWindow::openChosen, this, [this, window] { askForFiles(*window); });
     connect(window, &DocumentWindow::recentChosen, this, &TabuletApp::openOne);
@@ -249,10 +249,10 @@ DocumentWindow* TabuletApp::windowFor(const RecoverableDocument& lost) {
 
 // --- The end ---
 
-void TabuletApp::keepAll() {
+void TabuletApp::backUpAll() {
     for (DocumentWindow* window : windows_) {
         window->view().commitEditing();
-        window->session().keepNow();
+        window->session().backUpNow();
     }
     recoveryStore_.wait();
 }
@@ -263,8 +263,8 @@ void TabuletApp::tellHowToRestart(QSessionManager& manager) const {
         RestartCommand::showing(openPaths(), manager.sessionId() + u'_' + manager.sessionKey()));
 }
 
-void TabuletApp::endWithoutAsking() {
-    keepAll();
+void TabuletApp::quitWithoutAsking() {
+    backUpAll();
     recoveryStore_.seal();
     QCoreApplication::exit();
 }
@@ -272,7 +272,7 @@ void TabuletApp::endWithoutAsking() {
 bool TabuletApp::eventFilter(QObject* watched, QEvent* event) {
     // The desktop's session ends; where the user quits, the questions have been asked already.
     if (watched == qApp && event->type() == QEvent::Quit) {
-        endWithoutAsking();
+        quitWithoutAsking();
         return true;
     }
     return QObject::eventFilter(watched, event);

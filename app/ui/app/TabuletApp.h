@@ -48,7 +48,7 @@ public:
 
     /// Backs up all unsaved documents for the next start and quits without asking: the system wants
     /// the process to end.
-    void endWithoutAsking();
+    void quitWithoutAsking();
 
     /// Closes all windows, asking about unsaved changes, until the user refuses.
     void quit();
@@ -63,7 +63,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void keepAll();
+    void backUpAll();
     void tellHowToRestart(QSessionManager& manager) const;
     void askAboutLost();
     void recover(const RecoverableDocument& lost);

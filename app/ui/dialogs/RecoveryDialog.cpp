@@ -33,11 +33,12 @@ QString placeOf(const RecoverableDocument& document) {
 QString describe(const RecoverableDocument& document) {
     const RecoveryRecord& record = document.record();
     QString text = record.title + QLatin1Char('\n') + placeOf(document);
-    if (record.keptAt.isValid()) {
-        const QString time = QLocale().toString(record.keptAt.toLocalTime(), QLocale::ShortFormat);
+    if (record.backedUpAt.isValid()) {
+        const QString time =
+            QLocale().toString(record.backedUpAt.toLocalTime(), QLocale::ShortFormat);
         text += RecoveryDialog::tr(" · Changed %1").arg(time);
     }
-    if (document.isLeftAlone()) {
+    if (document.hasFailedTooOften()) {
         text += QLatin1Char('\n') +
                 RecoveryDialog::tr(
                     "Tabulet quit unexpectedly twice while recovering it. The backup is in “%1”.")
@@ -118,7 +119,7 @@ QList<int> RecoveryDialog::selectedNumbers() const {
 void RecoveryDialog::updateButtons() {
     const QList<int> numbers = selectedNumbers();
     recover_->setEnabled(std::any_of(numbers.begin(), numbers.end(), [this](int number) {
-        return !documents_.at(static_cast<std::size_t>(number)).isLeftAlone();
+        return !documents_.at(static_cast<std::size_t>(number)).hasFailedTooOften();
     }));
     discard_->setEnabled(!numbers.isEmpty());
     showFolder_->setEnabled(numbers.size() == 1);
@@ -127,7 +128,7 @@ void RecoveryDialog::updateButtons() {
 void RecoveryDialog::recover() {
     QList<int> numbers = selectedNumbers();
     numbers.removeIf([this](int number) {
-        return documents_.at(static_cast<std::size_t>(number)).isLeftAlone();
+        return documents_.at(static_cast<std::size_t>(number)).hasFailedTooOften();
     });
     for (const int number : numbers) {
         Q_EMIT recoverChosen(documents_.at(static_cast<std::size_t>(number)));

@@ -144,9 +144,9 @@ void DocumentWindow::followSession() {
     connect(&session_, &DocumentSession::openFailed, this, &DocumentWindow::explainOpenFailure);
     connect(&session_, &DocumentSession::recoveryFailed, this,
             &DocumentWindow::explainRecoveryFailure);
-    connect(&session_, &DocumentSession::keepingFailed, this, &DocumentWindow::warnThatBackupFails);
-    connect(&session_, &DocumentSession::kept, this, [this] { delete backupWarning_; });
-    connect(this, &DocumentWindow::documentShown, &session_, &DocumentSession::keepRecovered);
+    connect(&session_, &DocumentSession::backupFailed, this, &DocumentWindow::warnThatBackupFails);
+    connect(&session_, &DocumentSession::backedUp, this, [this] { delete backupWarning_; });
+    connect(this, &DocumentWindow::documentShown, &session_, &DocumentSession::backUpRecovered);
 }
 
 void DocumentWindow::followFile() {

@@ -50,69 +50,71 @@ private Q_SLOTS:
     void waitsTwoSecondsButNeverMoreThanFifteen() {
         QCOMPARE(DocumentRecovery::Pace().afterEdit, milliseconds(2'000));
         QCOMPARE(DocumentRecovery::Pace().whileEditing, milliseconds(15'000));
-        QCOMPARE(DocumentRecovery::restPerWriting, 20);
+        QCOMPARE(DocumentRecovery::pausePerWrite, 20);
     }
 
-    void keepsADocumentSoonAfterAnEdit() {
+    void backsUpADocumentSoonAfterAnEdit() {
         auto* recovery = new DocumentRecovery(*controller_, *store_, soon);
-        QSignalSpy kept(recovery, &DocumentRecovery::kept);
+        QSignalSpy backedUp(recovery, &DocumentRecovery::backedUp);
         add(*controller_, "a");
-        QVERIFY(kept.wait());
-        QCOMPARE(kept.at(0).at(0).value<UndoManager::State>(), controller_->undoManager().state());
+        QVERIFY(backedUp.wait());
+        QCOMPARE(backedUp.at(0).at(0).value<UndoManager::State>(),
+                 controller_->undoManager().state());
         const QStringList files = keptFiles();
         QCOMPARE(files.size(), 2);
         const PlistFile content = PlistDocumentReader::read(files.at(1));
         QVERIFY(content.root == controller_->document().snapshot().root);
     }
 
-    void keepsADocumentWhileItIsEditedWithoutAPause() {
+    void backsUpADocumentWhileItIsEditedWithoutAPause() {
         // An edit comes long before the pause that the other limit waits for.
         auto* recovery =
             new DocumentRecovery(*controller_, *store_, {milliseconds(60'000), milliseconds(20)});
-        QSignalSpy kept(recovery, &DocumentRecovery::kept);
+        QSignalSpy backedUp(recovery, &DocumentRecovery::backedUp);
         QTimer edits;
         connect(&edits, &QTimer::timeout, this, [this] { add(*controller_, "a"); });
         edits.start(1);
-        QVERIFY(kept.wait());
-        QVERIFY(kept.wait());
+        QVERIFY(backedUp.wait());
+        QVERIFY(backedUp.wait());
     }
 
-    void keepsNothingOfADocumentThatIsNotModified() {
+    void backsUpNothingOfADocumentThatIsNotModified() {
         auto* recovery = new DocumentRecovery(*controller_, *store_, never);
-        QSignalSpy kept(recovery, &DocumentRecovery::kept);
-        recovery->keepNow();
+        QSignalSpy backedUp(recovery, &DocumentRecovery::backedUp);
+        recovery->backUpNow();
         store_->wait();
         QCoreApplication::processEvents();
-        QCOMPARE(kept.count(), 0);
+        QCOMPARE(backedUp.count(), 0);
         QVERIFY(!QFile::exists(place_->filePath(QStringLiteral("recovery"))));
     }
 
     void writesEachStateOnce() {
         auto* recovery = new DocumentRecovery(*controller_, *store_, never);
-        QSignalSpy kept(recovery, &DocumentRecovery::kept);
+        QSignalSpy backedUp(recovery, &DocumentRecovery::backedUp);
         add(*controller_, "a");
-        recovery->keepNow();
-        recovery->keepNow();
-        QVERIFY(kept.wait());
-        recovery->keepNow();
+        recovery->backUpNow();
+        recovery->backUpNow();
+        QVERIFY(backedUp.wait());
+        recovery->backUpNow();
         store_->wait();
         QCoreApplication::processEvents();
-        QCOMPARE(kept.count(), 1);
+        QCOMPARE(backedUp.count(), 1);
         add(*controller_, "b");
-        recovery->keepNow();
-        QVERIFY(kept.wait());
+        recovery->backUpNow();
+        QVERIFY(backedUp.wait());
         QCOMPARE(keptFiles().size(), 2);
     }
 
-    void keepsWhatWasEditedWhileItWrote() {
+    void backsUpWhatWasEditedWhileItWrote() {
         auto* recovery = new DocumentRecovery(*controller_, *store_, soon);
-        QSignalSpy kept(recovery, &DocumentRecovery::kept);
+        QSignalSpy backedUp(recovery, &DocumentRecovery::backedUp);
         add(*controller_, "a");
-        recovery->keepNow();
+        recovery->backUpNow();
         add(*controller_, "b");
-        QVERIFY(kept.wait());
-        QTRY_COMPARE(kept.count(), 2);
-        QCOMPARE(kept.at(1).at(0).value<UndoManager::State>(), controller_->undoManager().state());
+        QVERIFY(backedUp.wait());
+        QTRY_COMPARE(backedUp.count(), 2);
+        QCOMPARE(backedUp.at(1).at(0).value<UndoManager::State>(),
+                 controller_->undoManager().state());
     }
 
     void forgetsADocumentThatIsUndoneToWhatWasSaved() {
@@ -121,10 +123,11 @@ private Q_SLOTS:
         store_->wait();
         QCOMPARE(keptFiles(), QStringList());
         // And knows it again when that is undone.
-        QSignalSpy kept(controller_->findChild<DocumentRecovery*>(), &DocumentRecovery::kept);
+        QSignalSpy backedUp(controller_->findChild<DocumentRecovery*>(),
+                            &DocumentRecovery::backedUp);
         controller_->undoManager().redo();
-        controller_->findChild<DocumentRecovery*>()->keepNow();
-        QVERIFY(kept.wait());
+        controller_->findChild<DocumentRecovery*>()->backUpNow();
+        QVERIFY(backedUp.wait());
         QCOMPARE(keptFiles().size(), 2);
     }
 
@@ -141,14 +144,14 @@ private Q_SLOTS:
         QCOMPARE(keptFiles(), QStringList());
     }
 
-    void keepsADocumentThoughTheFolderWasDeleted() {
+    void backsUpADocumentThoughTheFolderWasDeleted() {
         keepOne();
         QVERIFY(QDir(place_->filePath(QStringLiteral("recovery"))).removeRecursively());
         auto* recovery = controller_->findChild<DocumentRecovery*>();
-        QSignalSpy kept(recovery, &DocumentRecovery::kept);
+        QSignalSpy backedUp(recovery, &DocumentRecovery::backedUp);
         add(*controller_, "b");
-        recovery->keepNow();
-        QVERIFY(kept.wait());
+        recovery->backUpNow();
+        QVERIFY(backedUp.wait());
         QCOMPARE(keptFiles().size(), 2);
     }
 
@@ -161,18 +164,18 @@ private Q_SLOTS:
         QCOMPARE(keptFiles(), QStringList());
     }
 
-    void keepsWhatWasEditedWhileItWasSavedWithItsNewFile() {
+    void backsUpWhatWasEditedWhileItWasSavedWithItsNewFile() {
         keepOne();
         QSignalSpy saved(controller_.get(), &DocumentController::saved);
         const QString path = place_->filePath(QStringLiteral("a.plist"));
         controller_->save(path);
         add(*controller_, "b");
         auto* recovery = controller_->findChild<DocumentRecovery*>();
-        QSignalSpy kept(recovery, &DocumentRecovery::kept);
-        recovery->keepNow();
+        QSignalSpy backedUp(recovery, &DocumentRecovery::backedUp);
+        recovery->backUpNow();
         QVERIFY(saved.wait());
-        QTRY_VERIFY(!kept.isEmpty());
-        recovery->keepNow();
+        QTRY_VERIFY(!backedUp.isEmpty());
+        recovery->backUpNow();
         store_->wait();
         const RecoveryRecord record = onlyRecord();
         QCOMPARE(record.file, QFile::encodeName(path));
@@ -204,7 +207,7 @@ private Q_SLOTS:
     void sealingWaitsForTheLastWriting() {
         auto* recovery = new DocumentRecovery(*controller_, *store_, never);
         add(*controller_, "a");
-        recovery->keepNow();
+        recovery->backUpNow();
         store_->seal();
         QCOMPARE(keptFiles().size(), 2);
     }
@@ -227,15 +230,15 @@ private Q_SLOTS:
         QCOMPARE(record.baseDigest, controller_->fileState().base->hex());
         QCOMPARE(record.format, PlistFormat::binary);
         QVERIFY(record.wasReadOnlyFormat);
-        QVERIFY(record.keptAt.isValid());
+        QVERIFY(record.backedUpAt.isValid());
         QCOMPARE(record.attempts, 0);
     }
 
-    void saysWhyItCannotKeepADocument() {
+    void saysWhyItCannotBackUpADocument() {
         QFile inTheWay(place_->filePath(QStringLiteral("recovery")));
         QVERIFY(inTheWay.open(QIODevice::WriteOnly));
         auto* recovery = new DocumentRecovery(*controller_, *store_, soon);
-        QSignalSpy failed(recovery, &DocumentRecovery::keepingFailed);
+        QSignalSpy failed(recovery, &DocumentRecovery::backupFailed);
         add(*controller_, "a");
         QVERIFY(failed.wait());
         QCOMPARE(failed.at(0).at(0).toString(), QStringLiteral("Not a directory"));
@@ -243,36 +246,36 @@ private Q_SLOTS:
 
     void triesAgainWhenTheDiskTakesItAgain() {
         auto* recovery = new DocumentRecovery(*controller_, *store_, never);
-        QSignalSpy failed(recovery, &DocumentRecovery::keepingFailed);
-        QSignalSpy kept(recovery, &DocumentRecovery::kept);
+        QSignalSpy failed(recovery, &DocumentRecovery::backupFailed);
+        QSignalSpy backedUp(recovery, &DocumentRecovery::backedUp);
         add(*controller_, "a");
         std::signal(SIGXFSZ, SIG_IGN);
         rlimit before{};
         ::getrlimit(RLIMIT_FSIZE, &before);
         const rlimit nothing{1, before.rlim_max};
         ::setrlimit(RLIMIT_FSIZE, &nothing);
-        recovery->keepNow();
+        recovery->backUpNow();
         const bool hasFailed = failed.wait();
         ::setrlimit(RLIMIT_FSIZE, &before);
         QVERIFY(hasFailed);
         QCOMPARE(failed.at(0).at(0).toString(), QStringLiteral("File too large"));
-        recovery->keepNow();
-        QVERIFY(kept.wait());
+        recovery->backUpNow();
+        QVERIFY(backedUp.wait());
         QCOMPARE(keptFiles().size(), 2);
     }
 
 private:
-    /// Edits the document and has it kept.
+    /// Edits the document and has it backedUp.
     void keepOne() {
         auto* recovery = new DocumentRecovery(*controller_, *store_, never);
-        QSignalSpy kept(recovery, &DocumentRecovery::kept);
+        QSignalSpy backedUp(recovery, &DocumentRecovery::backedUp);
         add(*controller_, "a");
-        recovery->keepNow();
-        QVERIFY(kept.wait());
+        recovery->backUpNow();
+        QVERIFY(backedUp.wait());
         QCOMPARE(keptFiles().size(), 2);
     }
 
-    /// The record and the content of each document that is kept.
+    /// The record and the content of each document that is backedUp.
     QStringList keptFiles() const {
         QStringList files;
         const QDir place(place_->filePath(QStringLiteral("recovery")));

@@ -71,14 +71,14 @@ private Q_SLOTS:
 
     void countsAttemptsOnTheDisk() {
         lose("one", "a", recordAt(1));
-        for (int attempts = 0; attempts < RecoverableDocument::mostAttempts; ++attempts) {
+        for (int attempts = 0; attempts < RecoverableDocument::attemptLimit; ++attempts) {
             std::vector<RecoverableDocument> found = RecoverableDocument::find(place());
             QCOMPARE(found.size(), std::size_t{1});
             QCOMPARE(found.front().record().attempts, attempts);
-            QVERIFY(!found.front().isLeftAlone());
+            QVERIFY(!found.front().hasFailedTooOften());
             found.front().beginAttempt();
         }
-        QVERIFY(RecoverableDocument::find(place()).front().isLeftAlone());
+        QVERIFY(RecoverableDocument::find(place()).front().hasFailedTooOften());
     }
 
     void anAttemptThatEndsDoesNotCount() {
@@ -208,7 +208,7 @@ private:
     static RecoveryRecord recordAt(int time) {
         RecoveryRecord record;
         record.title = QStringLiteral("title %1").arg(time);
-        record.keptAt = QDateTime::fromMSecsSinceEpoch(1'700'000'000'000 + time, Qt::UTC);
+        record.backedUpAt = QDateTime::fromMSecsSinceEpoch(1'700'000'000'000 + time, Qt::UTC);
         return record;
     }
 
@@ -239,7 +239,7 @@ private:
         const PlistEditor editor(controller.document(), &controller.undoManager());
         const PlistNodePtr item = PlistNode::create(PlistString("new"), PlistValue());
         editor.add({&item, 1}, controller.document().root(), 0);
-        recovery->keepNow();
+        recovery->backUpNow();
         store.seal();
     }
 

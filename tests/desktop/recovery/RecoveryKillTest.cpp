@@ -96,7 +96,7 @@ int editUntilKilled(int argc, char** argv) {
         counts[controller.undoManager().state()] = editing.count();
         say("edited", editing.count());
     });
-    QObject::connect(recovery, &DocumentRecovery::kept, &controller,
+    QObject::connect(recovery, &DocumentRecovery::backedUp, &controller,
                      [&counts](UndoManager::State state) { say("kept", counts[state]); });
     timer.start(1);
     return QCoreApplication::exec();

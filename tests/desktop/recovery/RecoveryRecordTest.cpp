@@ -14,7 +14,7 @@ private Q_SLOTS:
         record.baseDigest = QStringLiteral("00ff");
         record.format = PlistFormat::binary;
         record.wasReadOnlyFormat = true;
-        record.keptAt = QDateTime::fromMSecsSinceEpoch(1'700'000'000'123, Qt::UTC);
+        record.backedUpAt = QDateTime::fromMSecsSinceEpoch(1'700'000'000'123, Qt::UTC);
         record.attempts = 1;
         QVERIFY(RecoveryRecord::fromJson(record.toJson()) == record);
     }
@@ -22,7 +22,7 @@ private Q_SLOTS:
     void ofADocumentWithoutAFileComesBackToo() {
         RecoveryRecord record;
         record.title = QStringLiteral("Untitled 2");
-        record.keptAt = QDateTime::fromMSecsSinceEpoch(0, Qt::UTC);
+        record.backedUpAt = QDateTime::fromMSecsSinceEpoch(0, Qt::UTC);
         const auto again = RecoveryRecord::fromJson(record.toJson());
         QVERIFY(again == record);
         QVERIFY(again->file.isEmpty());
@@ -32,14 +32,14 @@ private Q_SLOTS:
         RecoveryRecord record;
         record.file = "/home/ann/a b.plist";
         record.title = QStringLiteral("a b.plist");
-        record.keptAt = QDateTime::fromMSecsSinceEpoch(1'700'000'000'123, Qt::UTC);
+        record.backedUpAt = QDateTime::fromMSecsSinceEpoch(1'700'000'000'123, Qt::UTC);
         QCOMPARE(QString::fromUtf8(record.toJson()),
                  QStringLiteral("{\n"
                                 "    \"attempts\": 0,\n"
+                                "    \"backedUpAt\": \"2023-11-14T22:13:20.123Z\",\n"
                                 "    \"baseDigest\": \"\",\n"
                                 "    \"file\": \"/home/ann/a%20b.plist\",\n"
                                 "    \"format\": \"xml\",\n"
-                                "    \"keptAt\": \"2023-11-14T22:13:20.123Z\",\n"
                                 "    \"kind\": \"unsavedDocument\",\n"
                                 "    \"title\": \"a b.plist\",\n"
                                 "    \"version\": \"\",\n"

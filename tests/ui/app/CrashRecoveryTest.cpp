@@ -44,7 +44,7 @@ private Q_SLOTS:
         QVERIFY(window(0).findChild<QDialog*>() == nullptr);
     }
 
-    void endingWithoutAskingLosesNothing() {
+    void quittingWithoutAskingLosesNothing() {
         app_->start({});
         window(0).view().actions().changeFormat(PlistFormat::binary);
         endAndStartAgain({});
@@ -179,7 +179,7 @@ private Q_SLOTS:
         QVERIFY(QFile::exists(kept));
         // That was no crash: it is not left alone the next time.
         app_.reset();
-        for (int i = 0; i < RecoverableDocument::mostAttempts; ++i) {
+        for (int i = 0; i < RecoverableDocument::attemptLimit; ++i) {
             const std::vector<RecoverableDocument> found =
                 RecoverableDocument::find(StateFolder::recoveryPath());
             QCOMPARE(found.size(), std::size_t{1});
@@ -263,7 +263,7 @@ private Q_SLOTS:
         Samples::writeFile(StateFolder::recoveryPath(), "in the way");
         app_->start({});
         window(0).view().actions().changeFormat(PlistFormat::binary);
-        window(0).session().keepNow();
+        window(0).session().backUpNow();
         QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("backupWarning")) != nullptr);
         const auto* notice = window(0).findChild<NoticeStrip*>(QStringLiteral("backupWarning"));
         QTRY_VERIFY(notice->isVisible());
@@ -271,7 +271,7 @@ private Q_SLOTS:
             notice->accessibleName(),
             QStringLiteral("Unsaved changes can't be backed up: Not a directory. Save often."));
         QVERIFY(QFile::remove(StateFolder::recoveryPath()));
-        window(0).session().keepNow();
+        window(0).session().backUpNow();
         QTRY_VERIFY(window(0).findChild<NoticeStrip*>(QStringLiteral("backupWarning")) == nullptr);
     }
 
@@ -294,7 +294,7 @@ private:
     }
 
     void end() {
-        QTimer::singleShot(0, app_.get(), &TabuletApp::endWithoutAsking);
+        QTimer::singleShot(0, app_.get(), &TabuletApp::quitWithoutAsking);
         QCOMPARE(QCoreApplication::exec(), 0);
         app_.reset();
     }

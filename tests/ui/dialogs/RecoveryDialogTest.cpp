@@ -147,7 +147,7 @@ private:
     static RecoveryRecord recordAt(const char* title, int time) {
         RecoveryRecord record;
         record.title = QString::fromLatin1(title);
-        record.keptAt = QDateTime::fromSecsSinceEpoch(1'700'000'000 + time, Qt::UTC);
+        record.backedUpAt = QDateTime::fromSecsSinceEpoch(1'700'000'000 + time, Qt::UTC);
         return record;
     }
 
