@@ -2,9 +2,9 @@
 
 #include "app/desktop/document/DocumentController.h"
 
-ExternalChanges::ExternalChanges(DocumentController& controller, std::chrono::milliseconds rest,
+ExternalChanges::ExternalChanges(DocumentController& controller, std::chrono::milliseconds quiet,
                                  QObject* parent)
-    : QObject(parent), controller_(controller), detector_(rest, this) {
+    : QObject(parent), controller_(controller), detector_(quiet, this) {
     connect(&controller, &DocumentController::activityChanged, this,
             &ExternalChanges::followActivity);
     connect(&controller, &DocumentController::opened, this, &ExternalChanges::followFile);

@@ -11,8 +11,8 @@
 
 class DocumentController;
 
-/// Keeps a document in step with its file. What another program writes is taken over by itself as
-/// long as nothing of the user's would be replaced; else the user is to choose, and until then
+/// Keeps a document in sync with its file. What another program writes is loaded automatically as
+/// long as that replaces no work of the user; otherwise the user is to choose, and until then
 /// nothing happens. Belongs to the main thread.
 class ExternalChanges : public QObject {
     Q_OBJECT
@@ -27,9 +27,9 @@ public:
     };
     Q_ENUM(Trouble)
 
-    /// Both outlive this.
+    /// The controller must outlive this.
     explicit ExternalChanges(DocumentController& controller,
-                             std::chrono::milliseconds rest = FileChangeDetector::restTime,
+                             std::chrono::milliseconds quiet = FileChangeDetector::settleTime,
                              QObject* parent = nullptr);
     ~ExternalChanges() override;
 
@@ -45,7 +45,7 @@ public:
     void check() { detector_.check(); }
 
     /// The user wants the document as it is: it counts as modified, and saving replaces what the
-    /// file holds now. Another change of the file is told of again.
+    /// file holds now. Another change of the file is reported again.
     void keepMine();
 
 Q_SIGNALS:

@@ -34,11 +34,11 @@ FileStamp FileStamp::of(const QByteArray& path) {
     return stamp;
 }
 
-FileChangeDetector::FileChangeDetector(std::chrono::milliseconds rest, QObject* parent)
+FileChangeDetector::FileChangeDetector(std::chrono::milliseconds quiet, QObject* parent)
     : QObject(parent) {
-    rest_.setSingleShot(true);
-    rest_.setInterval(rest);
-    connect(&rest_, &QTimer::timeout, this, &FileChangeDetector::beginLook);
+    settleTimer_.setSingleShot(true);
+    settleTimer_.setInterval(quiet);
+    connect(&settleTimer_, &QTimer::timeout, this, &FileChangeDetector::beginObserving);
     connect(&events_, &FileWatch::happened, this, &FileChangeDetector::handleEvent);
 }
 
@@ -52,13 +52,13 @@ void FileChangeDetector::follow(const QString& path, const ContentDigest& known)
     seen_.reset();
     events_.watch(path_);
     // What happened between the reading of the file and now has caused no event.
-    rest_.start();
+    settleTimer_.start();
 }
 
 void FileChangeDetector::pause() {
     isPaused_ = true;
     ++generation_;
-    rest_.stop();
+    settleTimer_.stop();
     seen_.reset();
 }
 
@@ -66,13 +66,13 @@ void FileChangeDetector::resume() {
     isPaused_ = false;
     concluded_.reset();
     if (!path_.isEmpty()) {
-        rest_.start();
+        settleTimer_.start();
     }
 }
 
 void FileChangeDetector::check() {
-    if (!isPaused_ && !path_.isEmpty() && !rest_.isActive()) {
-        beginLook();
+    if (!isPaused_ && !path_.isEmpty() && !settleTimer_.isActive()) {
+        beginObserving();
     }
 }
 
@@ -80,67 +80,68 @@ void FileChangeDetector::handleEvent() {
     if (isPaused_ || path_.isEmpty()) {
         return;
     }
-    // The times of files have gaps of milliseconds: what is written shortly after a look, in the
-    // same size, may leave the stamp as it is.
+    // The times of files have gaps of milliseconds: what is written shortly after an observation,
+    // in the same size, may leave the stamp as it is.
     concluded_.reset();
-    if (!rest_.isActive() && !seen_) {
-        beginLook();
+    if (!settleTimer_.isActive() && !seen_) {
+        beginObserving();
     }
-    rest_.start();
+    settleTimer_.start();
 }
 
-FileChangeDetector::Sight FileChangeDetector::look(const QByteArray& path,
-                                                   const std::optional<FileStamp>& before) {
-    Sight sight{FileStamp::of(path), std::nullopt};
-    if (sight.stamp.kind != FileStamp::Kind::regular || sight.stamp != before) {
-        return sight;
+FileChangeDetector::Observation FileChangeDetector::observe(
+    const QByteArray& path, const std::optional<FileStamp>& before) {
+    Observation observation{FileStamp::of(path), std::nullopt};
+    if (observation.stamp.kind != FileStamp::Kind::regular || observation.stamp != before) {
+        return observation;
     }
     const FileDescriptor file = FileDescriptor::forReading(path);
     if (file.isOpen()) {
-        sight.digest = ContentDigest::ofOpenFile(file);
+        observation.digest = ContentDigest::ofOpenFile(file);
     }
     const FileStamp after = FileStamp::of(path);
-    if (after != sight.stamp) {
-        sight = {after, std::nullopt};
+    if (after != observation.stamp) {
+        observation = {after, std::nullopt};
     }
-    return sight;
+    return observation;
 }
 
-void FileChangeDetector::beginLook() {
-    if (isLooking_) {
-        rest_.start();
+void FileChangeDetector::beginObserving() {
+    if (isObserving_) {
+        settleTimer_.start();
         return;
     }
-    isLooking_ = true;
+    isObserving_ = true;
     BackgroundTask::run(
-        *this, [path = path_, before = seen_] { return look(path, before); },
-        [this, generation = generation_](const Sight& sight) {
-            isLooking_ = false;
+        *this, [path = path_, before = seen_] { return observe(path, before); },
+        [this, generation = generation_](const Observation& observation) {
+            isObserving_ = false;
             if (generation == generation_) {
-                handleSight(sight);
+                handleObservation(observation);
             }
         });
 }
 
-void FileChangeDetector::handleSight(const Sight& sight) {
-    if (rest_.isActive()) {
-        // More has happened; it will be looked at again.
-        seen_ = sight.stamp;
-    } else if (sight.stamp == concluded_ || sight.stamp == seen_) {
-        conclude(sight);
+void FileChangeDetector::handleObservation(const Observation& observation) {
+    if (settleTimer_.isActive()) {
+        // More has happened; it will be observed again.
+        seen_ = observation.stamp;
+    } else if (observation.stamp == concluded_ || observation.stamp == seen_) {
+        conclude(observation);
     } else {
-        seen_ = sight.stamp;
-        rest_.start();
+        seen_ = observation.stamp;
+        settleTimer_.start();
     }
 }
 
-void FileChangeDetector::conclude(const Sight& sight) {
-    const bool isNews = sight.stamp != concluded_;
-    concluded_ = sight.stamp;
+void FileChangeDetector::conclude(const Observation& observation) {
+    const bool isNew = observation.stamp != concluded_;
+    concluded_ = observation.stamp;
     seen_.reset();
-    const bool isKnowable = sight.digest || sight.stamp.kind == FileStamp::Kind::missing;
-    if (isNews && isKnowable) {
-        report({sight.digest});
+    const bool isKnowable =
+        observation.digest || observation.stamp.kind == FileStamp::Kind::missing;
+    if (isNew && isKnowable) {
+        report({observation.digest});
     }
     Q_EMIT examined();
 }

@@ -38,22 +38,22 @@ struct FileStamp {
     friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };
 
-/// Finds out when other programs make a file hold something else. Looks at what the file holds, so
-/// that neither new times nor new rights nor the same bytes once more count as a change, and only
-/// when it has come to rest, so that nothing is seen half written. Links are followed. All that may
-/// take long is done on a worker thread. Belongs to the main thread.
+/// Detects when other programs change the content of a file. Compares the content itself, so that
+/// neither new times nor new permissions nor writing the same bytes again count as a change, and
+/// only when the file has settled, so that nothing is read half written. Links are followed. All
+/// that may take long is done on a worker thread. Belongs to the main thread.
 class FileChangeDetector : public QObject {
     Q_OBJECT
 
 public:
     /// For how long nothing may happen to a file before it counts as complete.
-    static constexpr std::chrono::milliseconds restTime{200};
+    static constexpr std::chrono::milliseconds settleTime{200};
 
-    explicit FileChangeDetector(std::chrono::milliseconds rest = restTime,
+    explicit FileChangeDetector(std::chrono::milliseconds quiet = settleTime,
                                 QObject* parent = nullptr);
     ~FileChangeDetector() override;
 
-    /// From now on the file at `path` is looked after, which is known to hold `known`.
+    /// From now on watches the file at `path`, which is known to hold `known`.
     void follow(const QString& path, const ContentDigest& known);
 
     /// No signals come until `resume`, which then makes up for what was missed: while the file is
@@ -66,33 +66,33 @@ public:
     void check();
 
 Q_SIGNALS:
-    /// Something else is there than what was known or told of last.
+    /// The file holds something else than what was known or reported last.
     void found(const FileContent& content);
 
-    /// The file was looked at. After `found`, if there is that.
+    /// The file was examined. After `found`, if there is that.
     void examined();
 
 private:
-    /// What was seen of a file at one moment; with the digest only if it was at rest.
-    struct Sight {
+    /// What was seen of a file at one moment; with the digest only if it had settled.
+    struct Observation {
         FileStamp stamp;
         std::optional<ContentDigest> digest;
     };
 
-    static Sight look(const QByteArray& path, const std::optional<FileStamp>& before);
+    static Observation observe(const QByteArray& path, const std::optional<FileStamp>& before);
     void handleEvent();
-    void beginLook();
-    void handleSight(const Sight& sight);
-    void conclude(const Sight& sight);
+    void beginObserving();
+    void handleObservation(const Observation& observation);
+    void conclude(const Observation& observation);
     void report(const FileContent& content);
 
     FileWatch events_;
-    QTimer rest_;
+    QTimer settleTimer_;
     QByteArray path_;
     FileContent known_;                   ///< by whoever listens
     std::optional<FileStamp> concluded_;  ///< nothing to find out while the file has this stamp
-    std::optional<FileStamp> seen_;       ///< when it was looked at, since the last event
-    std::uint64_t generation_ = 0;        ///< what is being looked at: sights of others are stale
-    bool isLooking_ = false;
+    std::optional<FileStamp> seen_;       ///< at the last observation since the last event
+    std::uint64_t generation_ = 0;        ///< observations of an earlier one are stale
+    bool isObserving_ = false;
     bool isPaused_ = false;
 };
