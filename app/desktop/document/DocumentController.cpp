@@ -91,8 +91,8 @@ DocumentController::DocumentController(QString untitledName, QObject* parent)
 DocumentController::~DocumentController() = default;
 
 /// A root whose children are being made.
-struct DocumentController::FreshRoot {
-    explicit FreshRoot(const ReadContent& content)
+struct DocumentController::NewRoot {
+    explicit NewRoot(const ReadContent& content)
         : root(PlistNode::create({}, content.file.root)),
           children(*root),
           format(content.file.format),
@@ -116,20 +116,21 @@ bool DocumentController::isPristine() const noexcept {
 void DocumentController::open(const QString& path) {
     const QString file = FilePath::absolute(path);
     beginReading(
-        file, [this, file](const FreshRoot& fresh) { finishReading(file, fresh); },
+        file, [this, file](const NewRoot& newRoot) { finishReading(file, newRoot); },
         &DocumentController::openFailed);
 }
 
 void DocumentController::recover(const RecoverableDocument& lost) {
     beginReading(
-        lost.contentPath(), [this, lost](const FreshRoot& fresh) { finishRecovering(lost, fresh); },
+        lost.contentPath(),
+        [this, lost](const NewRoot& newRoot) { finishRecovering(lost, newRoot); },
         &DocumentController::openFailed);
     readPath_ = lost.hasFile() ? lost.filePath() : QString();
 }
 
 void DocumentController::revert() {
     beginReading(
-        path_, [this](const FreshRoot& fresh) { finishReverting(fresh); },
+        path_, [this](const NewRoot& newRoot) { finishReverting(newRoot); },
         &DocumentController::revertFailed);
 }
 
@@ -137,15 +138,15 @@ void DocumentController::reload(std::function<bool()> mayReplace) {
     beginReading(
         path_,
         [this, state = undoManager_.state(),
-         mayReplace = std::move(mayReplace)](const FreshRoot& fresh) {
+         mayReplace = std::move(mayReplace)](const NewRoot& newRoot) {
             const bool isUnedited = undoManager_.state() == state;
-            finishReloading(fresh, isUnedited && (!mayReplace || mayReplace()));
+            finishReloading(newRoot, isUnedited && (!mayReplace || mayReplace()));
         },
         &DocumentController::reloadFailed);
 }
 
 void DocumentController::beginReading(const QString& path,
-                                      std::function<void(const FreshRoot&)> finish,
+                                      std::function<void(const NewRoot&)> finish,
                                       void (DocumentController::*failed)(const FileError&)) {
     begin(Activity::reading, path);
     readPath_ = path;
@@ -156,7 +157,7 @@ void DocumentController::beginReading(const QString& path,
                 setActivity(Activity::idle);
                 Q_EMIT(this->*failed)(*error);
             } else {
-                makeRoot(std::make_shared<FreshRoot>(std::get<ReadContent>(result)), finish);
+                makeRoot(std::make_shared<NewRoot>(std::get<ReadContent>(result)), finish);
             }
         });
 }
@@ -197,27 +198,27 @@ void DocumentController::begin(Activity activity, const QString& path) {
     setActivity(activity);
 }
 
-void DocumentController::makeRoot(const std::shared_ptr<FreshRoot>& fresh,
-                                  const std::function<void(const FreshRoot&)>& finish) {
-    if (fresh->children.make(childrenPerTurn)) {
+void DocumentController::makeRoot(const std::shared_ptr<NewRoot>& newRoot,
+                                  const std::function<void(const NewRoot&)>& finish) {
+    if (newRoot->children.make(childrenPerTurn)) {
         setActivity(Activity::idle);
-        finish(*fresh);
+        finish(*newRoot);
     } else {
-        QTimer::singleShot(0, this, [this, fresh, finish] { makeRoot(fresh, finish); });
+        QTimer::singleShot(0, this, [this, newRoot, finish] { makeRoot(newRoot, finish); });
     }
 }
 
-void DocumentController::finishReading(const QString& path, const FreshRoot& fresh) {
-    document_.apply(fresh.root, fresh.format);
+void DocumentController::finishReading(const QString& path, const NewRoot& newRoot) {
+    document_.apply(newRoot.root, newRoot.format);
     setPath(path);
     undoManager_.clear();
-    setInStep(fresh.digest, undoManager_.state());
+    setInSync(newRoot.digest, undoManager_.state());
     Q_EMIT opened();
 }
 
-void DocumentController::finishRecovering(const RecoverableDocument& lost, const FreshRoot& fresh) {
+void DocumentController::finishRecovering(const RecoverableDocument& lost, const NewRoot& newRoot) {
     const RecoveryRecord& record = lost.record();
-    document_.apply(fresh.root, record.format);
+    document_.apply(newRoot.root, record.format);
     document_.setWasReadOnlyFormat(record.wasReadOnlyFormat);
     untitledName_ = recoveredName(record.title);
     if (lost.hasFile()) {
@@ -225,45 +226,45 @@ void DocumentController::finishRecovering(const RecoverableDocument& lost, const
     }
     Q_EMIT pathChanged();
     undoManager_.clear();
-    setInStep(lost.hasFile() ? ContentDigest::fromHex(record.baseDigest) : std::nullopt,
+    setInSync(lost.hasFile() ? ContentDigest::fromHex(record.baseDigest) : std::nullopt,
               std::nullopt);
     Q_EMIT opened();
 }
 
-void DocumentController::finishReverting(const FreshRoot& fresh) {
-    replaceContent(fresh, tr("Revert to Saved"));
+void DocumentController::finishReverting(const NewRoot& newRoot) {
+    replaceContent(newRoot, tr("Revert to Saved"));
     Q_EMIT reverted();
 }
 
-void DocumentController::finishReloading(const FreshRoot& fresh, bool mayReplace) {
+void DocumentController::finishReloading(const NewRoot& newRoot, bool mayReplace) {
     if (!mayReplace) {
         Q_EMIT reloadOvertaken();
         return;
     }
     Q_EMIT aboutToReload();
-    replaceContent(fresh, tr("Reload"));
+    replaceContent(newRoot, tr("Reload"));
     Q_EMIT reloaded();
 }
 
-void DocumentController::replaceContent(const FreshRoot& fresh, const QString& actionName) {
+void DocumentController::replaceContent(const NewRoot& newRoot, const QString& actionName) {
     const PlistEditor editor(document_, &undoManager_);
-    editor.replaceContent(fresh.root, fresh.format, actionName);
-    setInStep(fresh.digest, undoManager_.state());
+    editor.replaceContent(newRoot.root, newRoot.format, actionName);
+    setInSync(newRoot.digest, undoManager_.state());
 }
 
 void DocumentController::finishWriting(const QString& path, UndoManager::State state,
                                        const ContentDigest& digest) {
     setPath(path);
-    setInStep(digest, state);
+    setInSync(digest, state);
     Q_EMIT saved();
 }
 
 // --- What becomes of the file ---
 
-void DocumentController::setInStep(const std::optional<ContentDigest>& base,
+void DocumentController::setInSync(const std::optional<ContentDigest>& base,
                                    std::optional<UndoManager::State> state) {
     savedState_ = state;
-    setFile(FileState::inStepWith(base));
+    setFile(FileState::inSyncWith(base));
 }
 
 void DocumentController::setFile(const FileState& file) {
@@ -271,9 +272,9 @@ void DocumentController::setFile(const FileState& file) {
     undoManager_.setSavedState(file_.isLost() ? std::nullopt : savedState_);
 }
 
-void DocumentController::seeFile(const FileContent& content) {
+void DocumentController::updateFileContent(const FileContent& content) {
     FileState file = file_;
-    file.see(content);
+    file.update(content);
     setFile(file);
 }
 

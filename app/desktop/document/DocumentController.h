@@ -91,7 +91,7 @@ public:
 
     /// The file was seen to hold something else than before. Where that means that it is lost to
     /// the document, no state of the document counts as saved.
-    void seeFile(const FileContent& content);
+    void updateFileContent(const FileContent& content);
 
     /// The user wants the document as it is: no state of it counts as saved, and `save` may write
     /// over what the file has been seen to hold.
@@ -131,21 +131,21 @@ Q_SIGNALS:
 
 private:
     /// A root whose children are being made.
-    struct FreshRoot;
+    struct NewRoot;
 
     void begin(Activity activity, const QString& path);
-    void beginReading(const QString& path, std::function<void(const FreshRoot&)> finish,
+    void beginReading(const QString& path, std::function<void(const NewRoot&)> finish,
                       void (DocumentController::*failed)(const FileError&));
-    void makeRoot(const std::shared_ptr<FreshRoot>& fresh,
-                  const std::function<void(const FreshRoot&)>& finish);
-    void finishReading(const QString& path, const FreshRoot& fresh);
-    void replaceContent(const FreshRoot& fresh, const QString& actionName);
-    void finishRecovering(const RecoverableDocument& lost, const FreshRoot& fresh);
-    void finishReverting(const FreshRoot& fresh);
-    void finishReloading(const FreshRoot& fresh, bool mayReplace);
+    void makeRoot(const std::shared_ptr<NewRoot>& newRoot,
+                  const std::function<void(const NewRoot&)>& finish);
+    void finishReading(const QString& path, const NewRoot& newRoot);
+    void replaceContent(const NewRoot& newRoot, const QString& actionName);
+    void finishRecovering(const RecoverableDocument& lost, const NewRoot& newRoot);
+    void finishReverting(const NewRoot& newRoot);
+    void finishReloading(const NewRoot& newRoot, bool mayReplace);
     void beginWriting(const QString& path, std::function<bool(const ContentDigest&)> mayReplace);
     void setFile(const FileState& file);
-    void setInStep(const std::optional<ContentDigest>& base,
+    void setInSync(const std::optional<ContentDigest>& base,
                    std::optional<UndoManager::State> state);
     void finishWriting(const QString& path, UndoManager::State state, const ContentDigest& digest);
     void setActivity(Activity activity);

@@ -44,7 +44,7 @@ FileState::Verdict ExternalChanges::verdict() const {
 }
 
 void ExternalChanges::handleContent(const FileContent& content) {
-    controller_.seeFile(content);
+    controller_.updateFileContent(content);
     act();
 }
 
@@ -55,7 +55,7 @@ void ExternalChanges::keepMine() {
 
 void ExternalChanges::act() {
     switch (verdict()) {
-        case FileState::Verdict::inStep:
+        case FileState::Verdict::inSync:
         case FileState::Verdict::settled:
             setTrouble(Trouble::none);
             break;

@@ -1,13 +1,13 @@
 #include "app/desktop/document/FileState.h"
 
-FileState FileState::inStepWith(const std::optional<ContentDigest>& base) {
+FileState FileState::inSyncWith(const std::optional<ContentDigest>& base) {
     FileState state;
     state.base = base;
     state.present = {base};
     return state;
 }
 
-void FileState::see(const FileContent& content) {
+void FileState::update(const FileContent& content) {
     present = content;
     if (present.digest == base) {
         overruled.reset();
@@ -19,7 +19,7 @@ void FileState::see(const FileContent& content) {
 
 FileState::Verdict FileState::verdict(bool hasWork) const {
     if (present.digest == base) {
-        return Verdict::inStep;
+        return Verdict::inSync;
     }
     if (present == overruled) {
         return Verdict::settled;

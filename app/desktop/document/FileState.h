@@ -11,7 +11,7 @@
 struct FileState {
     /// What is to become of document and file.
     enum class Verdict : std::uint8_t {
-        inStep,      ///< nothing: the file holds what the document knows
+        inSync,      ///< nothing: the file holds what the document knows
         settled,     ///< nothing, but only a save makes them the same again
         reload,      ///< the document can follow the file: nothing of the user's is lost
         ask,         ///< the user is to choose, as both have been changed
@@ -37,10 +37,10 @@ struct FileState {
     std::optional<FileContent> unreadable;
 
     /// A file that was just read or written.
-    static FileState inStepWith(const std::optional<ContentDigest>& base);
+    static FileState inSyncWith(const std::optional<ContentDigest>& base);
 
     /// The file was seen to hold something else than before.
-    void see(const FileContent& content);
+    void update(const FileContent& content);
 
     /// `hasWork` tells whether the user has done anything that the file does not know.
     Verdict verdict(bool hasWork) const;

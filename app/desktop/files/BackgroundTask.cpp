@@ -14,8 +14,8 @@ QThreadPool& BackgroundTask::threads() {
         // Belongs to the application, which at its end waits for what is being done.
         pool = new QThreadPool(QCoreApplication::instance());
         // Waiting for a disk takes no processor.
-        constexpr int fewest = 4;
-        pool->setMaxThreadCount(std::max(fewest, QThread::idealThreadCount()));
+        constexpr int minimum = 4;
+        pool->setMaxThreadCount(std::max(minimum, QThread::idealThreadCount()));
     }
     return *pool;
 }

@@ -8,11 +8,12 @@
 #include <type_traits>
 #include <utility>
 
-/// Work that leaves the interface alone.
+/// Work on other threads, so that the windows go on responding.
 namespace BackgroundTask {
 
-/// The threads that do the work, for callers on the main thread. Not those that the toolkit has for
-/// all: it also paints with their help, and would wait for one while a file is read or written.
+/// The threads that do the work, for callers on the main thread. Not the
+/// global pool of Qt: Qt also uses that for painting, which would wait while files are read or
+/// written.
 QThreadPool& threads();
 
 /// Runs `work` on a worker thread, then hands its result to `done` on the thread of `receiver`,

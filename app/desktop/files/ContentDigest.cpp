@@ -13,7 +13,7 @@
 namespace {
 
 /// Large enough that calls of the system cost nothing, small enough for the cache.
-constexpr std::size_t pieceSize = std::size_t{1} << 18;
+constexpr std::size_t chunkSize = std::size_t{1} << 18;
 
 struct FreeState {
     void operator()(XXH3_state_t* state) const { XXH3_freeState(state); }
@@ -47,16 +47,16 @@ ContentDigest ContentDigest::of(std::span<const std::uint8_t> bytes) {
 
 std::optional<ContentDigest> ContentDigest::ofOpenFile(const FileDescriptor& file) {
     const State state = newState();
-    std::vector<std::uint8_t> piece(pieceSize);
+    std::vector<std::uint8_t> chunk(chunkSize);
     for (;;) {
-        const ssize_t count = file.read(piece);
+        const ssize_t count = file.read(chunk);
         if (count == 0) {
             return ContentDigest(canonical(XXH3_128bits_digest(state.get())));
         }
         if (count < 0) {
             return std::nullopt;
         }
-        XXH3_128bits_update(state.get(), piece.data(), static_cast<std::size_t>(count));
+        XXH3_128bits_update(state.get(), chunk.data(), static_cast<std::size_t>(count));
     }
 }
 

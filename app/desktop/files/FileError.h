@@ -9,10 +9,10 @@ class FileError : public std::exception {
 public:
     enum class Code {
         readFailed,     ///< the system would not let us read it
-        corruptFile,    ///< it was read and is no property list
+        corruptFile,    ///< it was read and is not a property list
         writeFailed,    ///< the system would not let us write it
-        changedOnDisk,  ///< somebody else has written to it, and it was left alone
-        notEncoded,     ///< the document could not be brought into the form asked for
+        changedOnDisk,  ///< another program has changed it, and it was left untouched
+        notEncoded,     ///< the document could not be encoded in the format asked for
     };
 
     FileError(Code code, QString path, QString failureReason);

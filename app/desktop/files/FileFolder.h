@@ -7,7 +7,7 @@
 /// The folders of files, by their paths as the system has them.
 namespace FileFolder {
 
-/// The folder that a path leads to a file in.
+/// The folder that contains the file at a path.
 QByteArray of(const QByteArray& path);
 
 /// The mode of folders that `create` creates.

@@ -176,9 +176,9 @@ bool FilePath::isSameFile(const QString& one, const QString& other) {
 }
 
 QByteArrayList FilePath::followed(const QByteArray& path) {
-    constexpr qsizetype mostLinks = 40;  // as many as the system follows
+    constexpr qsizetype linkLimit = 40;  // as many as the system follows
     QByteArrayList paths{path};
-    while (paths.size() <= mostLinks) {
+    while (paths.size() <= linkLimit) {
         const QByteArray next = linkTarget(paths.last());
         if (next.isEmpty()) {
             break;

@@ -7,13 +7,13 @@
 
 class QUrl;
 
-/// Paths of files as texts that lose nothing.
+/// File paths as strings that lose nothing.
 ///
-/// To the system a path is bytes, of any kind but NUL. In the texts here each byte that is no part
-/// of well-formed UTF-8 is a lone surrogate, U+DC80 for 0x80 to U+DCFF for 0xFF, which no decoded
-/// text contains; so the bytes come back exactly. The scheme is that of PEP 383 ("surrogateescape",
-/// Python Enhancement Proposals, 2009). Whoever calls the system uses `encoded`, and whoever shows
-/// a path to people uses `shown` or `shownName`.
+/// To the system a path is bytes, any but NUL. In the strings here each byte that is not part of
+/// well-formed UTF-8 is a lone surrogate, U+DC80 for 0x80 to U+DCFF for 0xFF, which no decoded
+/// UTF-8 contains; so the bytes come back exactly. The scheme is that of PEP 383
+/// ("surrogateescape", Python Enhancement Proposals, 2009). Whoever calls the system uses
+/// `encoded`, and whoever shows a path to people uses `shown` or `shownName`.
 namespace FilePath {
 
 QString decoded(const QByteArray& bytes);
@@ -21,7 +21,7 @@ QString decoded(const QByteArray& bytes);
 /// The exact reverse of `decoded`.
 QByteArray encoded(const QString& path);
 
-/// The path for people: what is no text is a replacement mark.
+/// The path for people: what is not UTF-8 is a replacement character.
 QString shown(const QString& path);
 
 /// The last component, for people.
@@ -31,7 +31,7 @@ QString shownName(const QString& path);
 QString folder(const QString& path);
 
 /// The path from the root, without empty components, "." and "..". Those ".." that stand behind a
-/// link stay: they lead elsewhere than the text says.
+/// link stay: they lead elsewhere than the path suggests.
 QString absolute(const QString& path);
 
 /// Whether something is there, links followed.
@@ -45,14 +45,14 @@ bool isSameFile(const QString& one, const QString& other);
 /// that, and so on, as far as the system itself follows them. The last need not exist.
 QByteArrayList followed(const QByteArray& path);
 
-/// The address of an absolute path, in ASCII.
+/// The URI of an absolute path, in ASCII.
 QByteArray toUri(const QString& path);
 
-/// The path that the address of a file on this machine names; nothing for other addresses.
+/// The path that the URI of a file on this machine names; nothing for other URIs.
 std::optional<QString> fromUri(const QUrl& uri);
 
-/// The path that somebody has typed, as such or as the address of a file; nothing for other
-/// addresses. A file whose name looks like an address is found by it.
+/// The path that somebody has typed, as a path or as the URI of a file; nothing for other URIs. A
+/// file whose name looks like a URI is found by its name.
 std::optional<QString> fromInput(const QString& input);
 
 }  // namespace FilePath

@@ -20,10 +20,10 @@ namespace {
 
 /// How much is asked for beyond the size that the system tells: the end of the file is only seen by
 /// a read that finds nothing.
-constexpr std::size_t spare = 4096;
+constexpr std::size_t extra = 4096;
 
 /// How much is read between two reports of the progress.
-constexpr std::size_t atOnce = std::size_t{8} << 20;
+constexpr std::size_t chunkSize = std::size_t{8} << 20;
 
 double shareOf(std::size_t size, std::size_t expected) {
     return size < expected ? static_cast<double>(size) / static_cast<double>(expected) : 1;
@@ -58,9 +58,9 @@ PlistBytes wholeFile(const QString& path, ProgressReporter* progress) {
     // The size is a hint: files may grow while they are read, and some have none to tell.
     PlistBytes bytes;
     const auto expected = static_cast<std::size_t>(status.st_size);
-    std::size_t room = expected + spare;
+    std::size_t capacity = expected + extra;
     for (;;) {
-        const ssize_t count = file.read({bytes.reserve(room), std::min(room, atOnce)});
+        const ssize_t count = file.read({bytes.reserve(capacity), std::min(capacity, chunkSize)});
         if (count < 0) {
             failReading(path, errno);
         }
@@ -69,7 +69,7 @@ PlistBytes wholeFile(const QString& path, ProgressReporter* progress) {
         }
         const auto size = static_cast<std::size_t>(count);
         bytes.advance(size);
-        room = room > size + spare ? room - size : spare;
+        capacity = capacity > size + extra ? capacity - size : extra;
         if (progress != nullptr) {
             progress->advance(shareOf(bytes.size(), expected));
         }

@@ -12,8 +12,8 @@ namespace PlistDocumentReader {
 
 /// Reads the whole file into private memory (never mapped: another program may cut a mapped file
 /// short under us) and decodes it. Blocks. Throws `FileError`: `readFailed` with the system's
-/// reason for what cannot be read or is no regular file, `corruptFile` with the text of the
-/// `PlistError` for what is no property list. `progress` and `digest` may be null.
+/// reason for what cannot be read or is not a regular file, `corruptFile` with the text
+/// of the `PlistError` for what is not a property list. `progress` and `digest` may be null.
 ///
 /// `progress` tells how much of the file has come, until all of it is there.
 ///

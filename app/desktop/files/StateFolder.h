@@ -2,14 +2,14 @@
 
 #include <QString>
 
-/// Where the program keeps what must outlive it and is no setting: "tabulet" in the folder that
+/// Where the program keeps data that outlives it and is not a setting: "tabulet" in the folder that
 /// XDG_STATE_HOME names, or in ~/.local/state (XDG Base Directory Specification).
 namespace StateFolder {
 
 /// Absolute; need not exist.
 QString path();
 
-/// Where copies of documents lie until they are safe elsewhere.
+/// Where the backups of documents are.
 QString recoveryPath();
 
 }  // namespace StateFolder

@@ -72,7 +72,7 @@ int copyOwner(const struct stat& from, int target) {
     return hasOtherOwner && ::fchown(target, from.st_uid, from.st_gid) != 0 ? errno : 0;
 }
 
-/// A group that one is not in takes the setgid bit away without a word.
+/// A group that one is not in silently takes the setgid bit away.
 int check(const struct stat& from, int target) {
     struct stat to {};
     if (::fstat(target, &to) != 0) {
@@ -86,7 +86,7 @@ int check(const struct stat& from, int target) {
 }  // namespace
 
 TemporaryFile::TemporaryFile(const QByteArray& folder, mode_t mode)
-    : path_(anyName(folder)),
+    : path_(randomName(folder)),
       file_(::open(path_.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode)),
       error_(file_.isOpen() ? 0 : errno) {}
 
@@ -133,7 +133,7 @@ int TemporaryFile::inherit(const FileDescriptor& old) const {
     return check(from, target);
 }
 
-QByteArray TemporaryFile::anyName(const QByteArray& folder) {
+QByteArray TemporaryFile::randomName(const QByteArray& folder) {
     constexpr int digits = 12;
     return folder + '/' + prefix +
            QByteArray::number(QRandomGenerator::system()->generate64(), 36)

@@ -6,9 +6,9 @@
 
 #include "app/desktop/files/FileDescriptor.h"
 
-/// A new file with a short name of its own in a folder, open for writing. It is deleted with this
-/// unless it has been given another name. (QTemporaryFile knows neither the mode of a new file nor
-/// the reason of a failure.)
+/// A new file with a short random name in a folder, open for writing. It is deleted with this
+/// unless it has been moved. (QTemporaryFile lets one choose neither the mode of a new file nor see
+/// the system's error.)
 class TemporaryFile {
 public:
     /// How the names of all these files begin.
@@ -27,14 +27,14 @@ public:
 
     /// Gives the file the owner, group, mode, access-control lists and extended attributes of an
     /// open one, whose place it is to take. Returns 0, or the number of the system's error if any
-    /// of them could not be given: EPERM also where the system gave something else without a word.
+    /// of them could not be given: EPERM also where the system silently gave something else.
     int inherit(const FileDescriptor& old) const;
 
     /// Puts the file at `path`, in place of what is there. Returns 0 or the number of the error.
     int moveTo(const QByteArray& path) noexcept;
 
 private:
-    static QByteArray anyName(const QByteArray& folder);
+    static QByteArray randomName(const QByteArray& folder);
 
     QByteArray path_;
     FileDescriptor file_;

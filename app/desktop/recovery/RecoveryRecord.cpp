@@ -24,7 +24,7 @@ constexpr QLatin1String binary("binary");
 }  // namespace
 
 QByteArray RecoveryRecord::toJson() const {
-    // Names of files are bytes; those that are no text survive this too.
+    // File names are bytes; those that are not valid UTF-8 survive this too.
     const QJsonObject object{
         {kindName, kind},
         {fileName, QString::fromLatin1(file.toPercentEncoding("/"))},

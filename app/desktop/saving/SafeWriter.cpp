@@ -23,8 +23,8 @@
 namespace {
 
 /// File systems of servers and programs: from the kernel's linux/magic.h, as statfs(2) gives them.
-constexpr std::array<std::uint32_t, 5> astray{NFS_SUPER_MAGIC, SMB_SUPER_MAGIC, SMB2_SUPER_MAGIC,
-                                              CIFS_SUPER_MAGIC, FUSE_SUPER_MAGIC};
+constexpr std::array<std::uint32_t, 5> unreliable{
+    NFS_SUPER_MAGIC, SMB_SUPER_MAGIC, SMB2_SUPER_MAGIC, CIFS_SUPER_MAGIC, FUSE_SUPER_MAGIC};
 
 /// One save: the file as the user named it and as links lead to it, and its new content.
 struct Save {
@@ -116,15 +116,15 @@ bool isAboutAttributes(int errorNumber) {
 }
 
 /// Gives a new file what the old one had. Returns 0 or the number of the system's error.
-int inherit(const Save& save, TemporaryFile& fresh) {
+int inherit(const Save& save, TemporaryFile& newFile) {
     const FileDescriptor old =
         FileDescriptor::forReading(save.target, FileDescriptor::Links::refused);
-    return old.isOpen() ? fresh.inherit(old) : errno;
+    return old.isOpen() ? newFile.inherit(old) : errno;
 }
 
 /// Whether the file holds what was saved, as far as there is reason to doubt it.
 bool hasArrived(const Save& save) {
-    return !SafeWriter::mayGoAstrayAt(save.target) || SafeWriter::areAt(save.target, save.bytes);
+    return !SafeWriter::mayLoseWritesAt(save.target) || SafeWriter::holds(save.target, save.bytes);
 }
 
 /// Puts a finished file in place of the old one, if any. False if the place does not allow that,
@@ -136,23 +136,23 @@ bool replace(const Save& save) {
     constexpr mode_t newFileMode = 0666;  // less what the user's mask takes away
     constexpr mode_t untilItInherits = 0600;
     const QByteArray folder = FileFolder::of(save.target);
-    TemporaryFile fresh(folder, save.old ? untilItInherits : newFileMode);
-    if (save.old && isAboutPlace(fresh.error())) {
+    TemporaryFile newFile(folder, save.old ? untilItInherits : newFileMode);
+    if (save.old && isAboutPlace(newFile.error())) {
         return false;
     }
-    check(save, fresh.error());
-    check(save, fresh.file().writeAll(save.bytes));
+    check(save, newFile.error());
+    check(save, newFile.file().writeAll(save.bytes));
     if (save.old) {
-        const int error = inherit(save, fresh);
+        const int error = inherit(save, newFile);
         if (isAboutAttributes(error)) {
             return false;
         }
         check(save, error);
     }
-    check(save, fresh.file().synchronize());
-    check(save, fresh.file().close());
+    check(save, newFile.file().synchronize());
+    check(save, newFile.file().close());
     askForConsent(save);
-    const int error = fresh.moveTo(save.target);
+    const int error = newFile.moveTo(save.target);
     if (save.old && isAboutPlace(error)) {
         return false;
     }
@@ -276,23 +276,23 @@ void SafeWriter::write(const QString& path, std::span<const std::uint8_t> bytes,
     }
 }
 
-bool SafeWriter::mayGoAstrayOn(std::uint32_t fileSystem) {
-    return std::find(astray.begin(), astray.end(), fileSystem) != astray.end();
+bool SafeWriter::mayLoseWritesOn(std::uint32_t fileSystem) {
+    return std::find(unreliable.begin(), unreliable.end(), fileSystem) != unreliable.end();
 }
 
-bool SafeWriter::mayGoAstrayAt(const QByteArray& path) {
+bool SafeWriter::mayLoseWritesAt(const QByteArray& path) {
     struct statfs status {};
     return ::statfs(path.constData(), &status) == 0 &&
-           mayGoAstrayOn(static_cast<std::uint32_t>(status.f_type));
+           mayLoseWritesOn(static_cast<std::uint32_t>(status.f_type));
 }
 
-bool SafeWriter::areAt(const QByteArray& path, std::span<const std::uint8_t> bytes) {
+bool SafeWriter::holds(const QByteArray& path, std::span<const std::uint8_t> bytes) {
     const FileDescriptor file = FileDescriptor::forReading(path);
     struct stat status {};
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0 ||
         status.st_size != static_cast<off_t>(bytes.size())) {
         return false;
     }
-    return bytes.size() > mostReadBack ||
+    return bytes.size() > readBackLimit ||
            ContentDigest::ofOpenFile(file) == ContentDigest::of(bytes);
 }

@@ -9,7 +9,7 @@
 
 class ContentDigest;
 
-/// Replaces the content of files without ever losing the old one.
+/// Replaces the content of files without ever losing the old content.
 namespace SafeWriter {
 
 /// Whether a file that holds this may be written over.
@@ -33,22 +33,21 @@ using Consent = std::function<bool(const ContentDigest& present)>;
 void write(const QString& path, std::span<const std::uint8_t> bytes, const QString& safetyFolder,
            const Consent& mayReplace = nullptr);
 
-// How `write` finds out whether the bytes have arrived. A disk of this machine that says that it
-// has written has done so; a server, or a program that plays a file system, may find out later that
-// it could not.
+// How `write` verifies that the bytes have arrived. A local disk that reports a write as done has
+// done it; a server, or a program that serves a file system, may find out later that it could not.
 
-/// Whether a file system of this type, as `statfs` names it, is a server's (NFS, SMB, CIFS) or a
-/// program's (FUSE).
-bool mayGoAstrayOn(std::uint32_t fileSystem);
+/// Whether a file system of this type, as `statfs` names it, may report a write as done and lose
+/// it: those of servers (NFS, SMB, CIFS) and of programs (FUSE).
+bool mayLoseWritesOn(std::uint32_t fileSystem);
 
 /// Whether the file is on such a file system. No if the system cannot tell.
-bool mayGoAstrayAt(const QByteArray& path);
+bool mayLoseWritesAt(const QByteArray& path);
 
-/// Up to this size the content is read back; of larger files only the size is asked, as reading
+/// Up to this size the content is read back; of larger files only the size is compared, as reading
 /// them over a network again would take as long as saving.
-inline constexpr std::size_t mostReadBack = std::size_t{16} << 20;
+inline constexpr std::size_t readBackLimit = std::size_t{16} << 20;
 
-/// Whether the file at `path` holds `bytes`, as far as that is looked at.
-bool areAt(const QByteArray& path, std::span<const std::uint8_t> bytes);
+/// Whether the file at `path` holds `bytes`, as far as that is compared.
+bool holds(const QByteArray& path, std::span<const std::uint8_t> bytes);
 
 }  // namespace SafeWriter

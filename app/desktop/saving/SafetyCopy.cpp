@@ -114,7 +114,7 @@ int SafetyCopy::create(const QByteArray& folder) {
 }
 
 int SafetyCopy::writeRecord() const {
-    // Names of files are bytes; those that are no text survive this too.
+    // File names are bytes; those that are not valid UTF-8 survive this too.
     QJsonObject record{{kindName, kind},
                        {fileName, QString::fromLatin1(target_.toPercentEncoding("/"))}};
     if (newContent_) {
@@ -156,7 +156,7 @@ std::vector<SafetyCopy> SafetyCopy::leftBehind(const QString& folder) {
         if (!copy.claim()) {
             continue;
         }
-        if (!copy.hasRecord() || (copy.readRecord() && copy.isNeedless())) {
+        if (!copy.hasRecord() || (copy.readRecord() && copy.isObsolete())) {
             copy.remove();
         } else if (!copy.target_.isEmpty()) {
             found.push_back(std::move(copy));
@@ -190,7 +190,7 @@ bool SafetyCopy::readRecord() {
 }
 
 /// Whether the file holds the old bytes or all the new ones, and not only in memory.
-bool SafetyCopy::isNeedless() const {
+bool SafetyCopy::isObsolete() const {
     const FileDescriptor target(open(target_, O_RDONLY | O_NONBLOCK));
     const std::optional<ContentDigest> present = digestOf(target);
     if (!present || target.synchronize() != 0) {

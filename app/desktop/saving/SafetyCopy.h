@@ -49,7 +49,7 @@ private:
     bool claim();
     bool hasRecord() const;
     bool readRecord();
-    bool isNeedless() const;
+    bool isObsolete() const;
     int create(const QByteArray& folder);
     int writeRecord() const;
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr QLatin1String settingName("recentDocuments");
 
-/// Read anew each time: another process may have added a file.
+/// Read again each time: another process may have added a file.
 class Settings : public QSettings {
 public:
     Settings()
@@ -28,7 +28,7 @@ public:
         return paths;
     }
 
-    /// As addresses: a path need not be a text, and settings are.
+    /// As URIs: a path need not be UTF-8, and settings are.
     void setPaths(const QStringList& paths) {
         QStringList uris;
         for (const QString& path : paths) {

@@ -88,7 +88,7 @@ LaunchToken tokenIn(const QVariantMap& platformData) {
 }
 
 /// How often another program may end just when it is asked, before this gives up.
-constexpr int mostAttempts = 5;
+constexpr int attemptLimit = 5;
 
 constexpr QLatin1String service(SingleInstance::serviceName);
 constexpr QLatin1String object(SingleInstance::objectPath);
@@ -212,13 +212,13 @@ SingleInstance::~SingleInstance() {
 }
 
 SingleInstance::Role SingleInstance::start(const QStringList& paths, const LaunchToken& token,
-                                           std::chrono::milliseconds longest) {
+                                           std::chrono::milliseconds timeout) {
     // The object before the name: who sees the name may call at once.
     if (!bus_.isConnected() ||
         !bus_.registerObject(object, service_.get(), QDBusConnection::ExportAllSlots)) {
         return Role::alone;
     }
-    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+    for (int attempt = 0; attempt < attemptLimit; ++attempt) {
         const auto reply = bus_.interface()->registerService(service);
         if (!reply.isValid()) {
             break;
@@ -226,7 +226,7 @@ SingleInstance::Role SingleInstance::start(const QStringList& paths, const Launc
         if (reply.value() == QDBusConnectionInterface::ServiceRegistered) {
             return Role::first;
         }
-        const Answer answer = handOver(paths, token, longest);
+        const Answer answer = handOver(paths, token, timeout);
         if (answer != Answer::refused) {
             bus_.unregisterObject(object);
             return answer == Answer::taken ? Role::handedOver : Role::alone;
@@ -237,10 +237,10 @@ SingleInstance::Role SingleInstance::start(const QStringList& paths, const Launc
 }
 
 SingleInstance::Answer SingleInstance::handOver(const QStringList& paths, const LaunchToken& token,
-                                                std::chrono::milliseconds longest) {
-    const auto deadline = std::chrono::steady_clock::now() + longest;
+                                                std::chrono::milliseconds timeout) {
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
     const QDBusMessage reply = bus_.call(callFor(paths, token, deadline), QDBus::Block,
-                                         static_cast<int>((longest + margin).count()));
+                                         static_cast<int>((timeout + margin).count()));
     if (reply.type() == QDBusMessage::ReplyMessage) {
         return Answer::taken;
     }

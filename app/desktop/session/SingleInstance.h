@@ -23,7 +23,7 @@ public:
     static constexpr auto objectPath = "/com/ventrel/Tabulet";
 
     /// How long to wait for a running program that does not answer.
-    static constexpr std::chrono::milliseconds patience{5000};
+    static constexpr std::chrono::milliseconds replyTimeout{5000};
 
     enum class Role : std::uint8_t {
         first,       ///< this is the program; others will hand over to it
@@ -41,9 +41,9 @@ public:
     ~SingleInstance() override;
 
     /// Finds out which role this has, and hands over the files if there is another program. Blocks
-    /// for little more than `longest` if that does not answer. Once.
+    /// for little more than `timeout` if that does not answer. Once.
     Role start(const QStringList& paths, const LaunchToken& token,
-               std::chrono::milliseconds longest = patience);
+               std::chrono::milliseconds timeout = replyTimeout);
 
     /// Gives the name away, before the program ends. A call that is already on its way is refused,
     /// and who made it becomes the first.
@@ -61,7 +61,7 @@ private:
     enum class Answer : std::uint8_t { taken, refused, none };
 
     Answer handOver(const QStringList& paths, const LaunchToken& token,
-                    std::chrono::milliseconds longest);
+                    std::chrono::milliseconds timeout);
 
     QDBusConnection bus_;
     std::unique_ptr<ApplicationService> service_;

@@ -47,21 +47,21 @@ void FileWatch::renew() {
     if (!queue_.isOpen()) {
         return;
     }
-    Watches fresh;
+    Watches renewed;
     if (!path_.isEmpty()) {
         const QByteArrayList paths = FilePath::followed(path_);
         for (const QByteArray& path : paths) {
-            addEntry(fresh, path);
+            addEntry(renewed, path);
         }
-        addFile(fresh, paths.last());
+        addFile(renewed, paths.last());
     }
     const QList<int> old = watches_.uniqueKeys();
     for (const int watch : old) {
-        if (!fresh.contains(watch)) {
+        if (!renewed.contains(watch)) {
             ::inotify_rm_watch(queue_.number(), watch);
         }
     }
-    watches_ = fresh;
+    watches_ = renewed;
 }
 
 void FileWatch::addFile(Watches& watches, const QByteArray& path) const {

@@ -9,11 +9,11 @@
 
 #include "app/desktop/files/FileDescriptor.h"
 
-/// Hears from the system when something may have happened to one file: when it is written to, put
-/// in place, taken away, or a link that leads to it is changed. Says so rather too often than too
-/// seldom; but nothing comes from file systems that other machines write to. (QFileSystemWatcher
-/// loses a file that is replaced, tells of every other file of a folder too, and takes no names
-/// that are no text.)
+/// Signals when something may have happened to one file: when it is written to, created, replaced
+/// or deleted, or when a link that leads to it is changed. Signals rather too often than too
+/// seldom; but what other machines do to files on a server goes unnoticed. (QFileSystemWatcher
+/// loses a file that is replaced, reports every other file of a folder too, and takes no names that
+/// are not UTF-8.)
 class FileWatch : public QObject {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ public:
     explicit FileWatch(QObject* parent = nullptr);
     ~FileWatch() override;
 
-    /// Listens to the file at `path` only; there need not be one. An empty path: to none.
+    /// Watches the file at `path` only, which need not exist; an empty path stands for none.
     void watch(const QByteArray& path);
 
 Q_SIGNALS:

@@ -40,7 +40,7 @@ std::span<char* const> optionsIn(std::span<char* const> arguments) {
 
 }  // namespace
 
-bool CommandLine::asksForText(std::span<char* const> arguments) {
+bool CommandLine::onlyPrints(std::span<char* const> arguments) {
     constexpr std::array<std::string_view, 5> words = {"-h", "--help", "--help-all", "-v",
                                                        "--version"};
     const auto options = optionsIn(arguments);
@@ -61,10 +61,10 @@ bool CommandLine::hasDisplay(std::span<char* const> arguments) {
 }
 
 CommandLine CommandLine::parse(std::span<char* const> arguments) {
-    // Names of files need not be texts, as the application's own list of arguments takes them.
-    QStringList texts;
+    // File names need not be UTF-8, which the application's own list of arguments takes them for.
+    QStringList decoded;
     for (const char* argument : arguments) {
-        texts += FilePath::decoded(argument);
+        decoded += FilePath::decoded(argument);
     }
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -84,14 +84,14 @@ CommandLine CommandLine::parse(std::span<char* const> arguments) {
     QCommandLineOption service(QStringLiteral("service"));
     service.setFlags(QCommandLineOption::HiddenFromHelp);
     parser.addOption(service);
-    if (!parser.parse(texts)) {
+    if (!parser.parse(decoded)) {
         fail(parser.errorText());
     }
-    parser.process(texts);
+    parser.process(decoded);
 
     CommandLine result{pathsNamedBy(parser.positionalArguments()), parser.isSet(service),
                        parser.value(picture)};
-    if (parser.isSet(picture) && (result.paths.size() != 1 || result.picturePath.isEmpty())) {
+    if (parser.isSet(picture) && (result.paths.size() != 1 || result.screenshotPath.isEmpty())) {
         fail(QCoreApplication::translate("CommandLine",
                                          "--picture needs a path and exactly one file."));
     }

@@ -13,14 +13,14 @@ struct CommandLine {
     bool isService = false;
 
     /// Where to save a screenshot of the window that shows the only file; empty for none.
-    QString picturePath;
+    QString screenshotPath;
 
     /// Whether there is something to show windows on: a display, or what the arguments or the
     /// environment have chosen instead.
     static bool hasDisplay(std::span<char* const> arguments);
 
     /// Whether the arguments only ask for something to be printed, which needs no display.
-    static bool asksForText(std::span<char* const> arguments);
+    static bool onlyPrints(std::span<char* const> arguments);
 
     /// Understands the arguments of the program as the system gave them, the first of which is its
     /// name. Prints help and version, and errors, and then ends the process.

@@ -11,19 +11,19 @@
 #include "app/ui/dialogs/MessageDialog.h"
 #include "app/ui/dialogs/RecoveryDialog.h"
 
-CrashRecovery::CrashRecovery(QString place, QObject* parent)
-    : QObject(parent), place_(std::move(place)) {}
+CrashRecovery::CrashRecovery(QString folder, QObject* parent)
+    : QObject(parent), folder_(std::move(folder)) {}
 
-void CrashRecovery::look() {
-    if (hasLooked_) {
+void CrashRecovery::search() {
+    if (hasSearched_) {
         return;
     }
-    hasLooked_ = true;
+    hasSearched_ = true;
     BackgroundTask::run(
         *this,
-        [place = place_] {
+        [folder = folder_] {
             return std::make_shared<Findings>(
-                Findings{SafetyCopy::leftBehind(place), RecoverableDocument::find(place)});
+                Findings{SafetyCopy::leftBehind(folder), RecoverableDocument::find(folder)});
         },
         [this](const std::shared_ptr<Findings>& findings) {
             findings_ = std::move(*findings);

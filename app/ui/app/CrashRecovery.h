@@ -15,11 +15,11 @@ class CrashRecovery : public QObject {
     Q_OBJECT
 
 public:
-    /// Looks in the folder `place`.
-    explicit CrashRecovery(QString place, QObject* parent = nullptr);
+    /// Searches in `folder`.
+    explicit CrashRecovery(QString folder, QObject* parent = nullptr);
 
-    /// Looks in the background, but only the first time.
-    void look();
+    /// Searches in the background, but only the first time.
+    void search();
 
     /// Asks about what was found, over `window`.
     void ask(QWidget& window);
@@ -41,8 +41,8 @@ private:
     void restore(const SafetyCopy& copy);
     void showFolder(const QString& path);
 
-    QString place_;
-    bool hasLooked_ = false;
+    QString folder_;
+    bool hasSearched_ = false;
     Findings findings_;
     QPointer<QWidget> window_;
 };

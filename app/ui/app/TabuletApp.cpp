@@ -40,7 +40,7 @@ TabuletApp::TabuletApp(QObject* parent)
       crashRecovery_(StateFolder::recoveryPath()) {
     connect(&colorScheme_, &ColorScheme::preferenceChanged, this,
             [this] { appearance_.follow(colorScheme_.preference()); });
-    connect(&crashRecovery_, &CrashRecovery::found, this, &TabuletApp::askAboutLost);
+    connect(&crashRecovery_, &CrashRecovery::found, this, &TabuletApp::offerRecovery);
     connect(&crashRecovery_, &CrashRecovery::recoverChosen, this, &TabuletApp::recover);
     connect(&terminationSignals_, &TerminationSignals::received, this,
             &TabuletApp::quitWithoutAsking);
@@ -73,9 +73,9 @@ void TabuletApp::start(const QStringList& paths) {
     }
 }
 
-void TabuletApp::waitForCalls() {
-    constexpr std::chrono::seconds patience{10};
-    QTimer::singleShot(patience, this, [this] {
+void TabuletApp::waitForRequests() {
+    constexpr std::chrono::seconds timeout{10};
+    QTimer::singleShot(timeout, this, [this] {
         if (windows_.isEmpty()) {
             quit();
         }
@@ -83,13 +83,13 @@ void TabuletApp::waitForCalls() {
 }
 
 /// The questions appear over a window, which must be in its place by then.
-void TabuletApp::lookForLosses(DocumentWindow& window) {
-    connect(&window, &DocumentWindow::documentShown, &crashRecovery_, &CrashRecovery::look);
+void TabuletApp::searchAfterCrash(DocumentWindow& window) {
+    connect(&window, &DocumentWindow::documentShown, &crashRecovery_, &CrashRecovery::search);
     connect(&window.controller(), &DocumentController::openFailed, &crashRecovery_,
-            &CrashRecovery::look);
+            &CrashRecovery::search);
 }
 
-void TabuletApp::askAboutLost() {
+void TabuletApp::offerRecovery() {
     const auto found =
         std::find_if(windows_.begin(), windows_.end(),
                      [](const DocumentWindow* window) { return window->isUndisturbed(); });
@@ -158,7 +158,7 @@ DocumentWindow* TabuletApp::makeWindow() {
     auto* window = new DocumentWindow(name);
     windows_ += window;
     if (windows_.size() == 1) {
-        lookForLosses(*window);
+        searchAfterCrash(*window);
     }
     window->session().backUpTo(recoveryStore_);
     connect(window, &DocumentWindow::newChosen, this, &TabuletApp::newDocument);

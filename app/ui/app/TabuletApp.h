@@ -30,8 +30,8 @@ public:
     /// Opens the files, or a new document if there are none.
     void start(const QStringList& paths);
 
-    /// Opens nothing yet: what to open will be handed over. Ends the program if that does not come.
-    void waitForCalls();
+    /// Opens nothing yet: another program will say what to open. Quits if it does not.
+    void waitForRequests();
 
     DocumentWindow* newDocument();
 
@@ -65,12 +65,12 @@ protected:
 private:
     void backUpAll();
     void tellHowToRestart(QSessionManager& manager) const;
-    void askAboutLost();
+    void offerRecovery();
     void recover(const RecoverableDocument& lost);
     DocumentWindow* windowReading(const RecoverableDocument& lost) const;
     DocumentWindow* windowFor(const RecoverableDocument& lost);
     DocumentWindow* makeWindow();
-    void lookForLosses(DocumentWindow& window);
+    void searchAfterCrash(DocumentWindow& window);
     DocumentWindow* windowShowing(const QString& path) const;
     DocumentWindow* pristineWindow() const;
     DocumentWindow* openOne(const QString& path);

@@ -52,8 +52,8 @@ int showWindows(int argc, char** argv) {
     // The toolkit has taken out its own options.
     const CommandLine commandLine = CommandLine::parse({argv, static_cast<std::size_t>(argc)});
 
-    if (!commandLine.picturePath.isEmpty()) {
-        takeScreenshot(commandLine.paths.first(), commandLine.picturePath);
+    if (!commandLine.screenshotPath.isEmpty()) {
+        takeScreenshot(commandLine.paths.first(), commandLine.screenshotPath);
         return QApplication::exec();
     }
     SingleInstance instance;
@@ -68,7 +68,7 @@ int showWindows(int argc, char** argv) {
                      &SingleInstance::stop);
     QObject::connect(&instance, &SingleInstance::newWindowChosen, &app, &TabuletApp::openNewWindow);
     if (commandLine.isService && role == SingleInstance::Role::first) {
-        app.waitForCalls();
+        app.waitForRequests();
     } else {
         app.start(commandLine.paths);
     }
@@ -80,7 +80,7 @@ int showWindows(int argc, char** argv) {
 int main(int argc, char** argv) {
     TerminationSignals::block();
     const std::span<char* const> arguments(argv, static_cast<std::size_t>(argc));
-    if (CommandLine::asksForText(arguments)) {
+    if (CommandLine::onlyPrints(arguments)) {
         return printText(argc, argv);
     }
     return CommandLine::hasDisplay(arguments) ? showWindows(argc, argv)

@@ -16,7 +16,7 @@ void fail(const QString& message) {
     QCoreApplication::exit(1);
 }
 
-void savePicture(DocumentWindow& window, const QString& path) {
+void saveScreenshot(DocumentWindow& window, const QString& path) {
     QBuffer bytes;
     bytes.open(QIODevice::WriteOnly);
     window.grab().save(&bytes, "PNG");
@@ -31,12 +31,12 @@ void savePicture(DocumentWindow& window, const QString& path) {
 
 }  // namespace
 
-void takeScreenshot(const QString& path, const QString& picturePath) {
+void takeScreenshot(const QString& path, const QString& screenshotPath) {
     auto* window = new DocumentWindow(QString());
     QObject::connect(&window->controller(), &DocumentController::openFailed, window,
                      [](const FileError& error) { fail(QString::fromUtf8(error.what())); });
     QObject::connect(window, &DocumentWindow::documentShown, window,
-                     [window, picturePath] { savePicture(*window, picturePath); });
+                     [window, screenshotPath] { saveScreenshot(*window, screenshotPath); });
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, window, &QObject::deleteLater);
     window->open(path);
     window->show();

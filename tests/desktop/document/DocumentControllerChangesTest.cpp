@@ -76,7 +76,7 @@ private Q_SLOTS:
 
     void overwritesWhatWasChosen() {
         write(second);
-        controller_->seeFile({digestOf(second)});
+        controller_->updateFileContent({digestOf(second)});
         controller_->overruleFile();
         QVERIFY(isSaved());
         // That choice was for once.
@@ -86,7 +86,7 @@ private Q_SLOTS:
     }
 
     void overwritesNothingElseThanWhatWasChosen() {
-        controller_->seeFile({digestOf(second)});
+        controller_->updateFileContent({digestOf(second)});
         controller_->overruleFile();
         write("{ other = 1; }");
         QVERIFY(!isSaved());
@@ -153,7 +153,7 @@ private Q_SLOTS:
     // --- Without a file ---
 
     void isModifiedWithoutItsFile() {
-        controller_->seeFile({});
+        controller_->updateFileContent({});
         QVERIFY(controller_->isModified());
         QVERIFY(!controller_->hasEdits());
         edit();
@@ -164,18 +164,18 @@ private Q_SLOTS:
     }
 
     void isCleanWhenTheFileIsBack() {
-        controller_->seeFile({});
-        controller_->seeFile({});
-        controller_->seeFile({digestOf(first)});
+        controller_->updateFileContent({});
+        controller_->updateFileContent({});
+        controller_->updateFileContent({digestOf(first)});
         QVERIFY(!controller_->isModified());
         edit();
-        controller_->seeFile({digestOf(first)});
+        controller_->updateFileContent({digestOf(first)});
         QVERIFY(controller_->isModified());
         QVERIFY(controller_->hasEdits());
     }
 
     void isCleanWhenItIsSavedAgain() {
-        controller_->seeFile({});
+        controller_->updateFileContent({});
         edit();
         QVERIFY(isSaved());
         QVERIFY(!controller_->isModified());
@@ -183,7 +183,7 @@ private Q_SLOTS:
     }
 
     void isModifiedBesideWhatCannotBeRead() {
-        controller_->seeFile({digestOf(second)});
+        controller_->updateFileContent({digestOf(second)});
         QVERIFY(!controller_->isModified());
         controller_->setFileUnreadable();
         QVERIFY(controller_->isModified());

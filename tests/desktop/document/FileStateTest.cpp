@@ -47,7 +47,7 @@ private Q_SLOTS:
             QTest::newRow(name) << unreadable << overruled << Content(present) << withoutWork
                                 << withWork << isLost;
         };
-        row("as it was", never, never, base, Verdict::inStep, Verdict::inStep, false);
+        row("as it was", never, never, base, Verdict::inSync, Verdict::inSync, false);
         row("changed", never, never, other, Verdict::reload, Verdict::ask, false);
         row("gone", never, never, missing, Verdict::missing, Verdict::missing, true);
         row("saved after all", never, never, attempted, Verdict::settled, Verdict::settled, true);
@@ -55,12 +55,12 @@ private Q_SLOTS:
         row("not readable", other, never, other, Verdict::unreadable, Verdict::unreadable, true);
         row("not readable, changed", other, never, another, Verdict::reload, Verdict::ask, true);
         row("not readable, gone", other, never, missing, Verdict::missing, Verdict::missing, true);
-        row("not readable, back", other, never, base, Verdict::inStep, Verdict::inStep, false);
+        row("not readable, back", other, never, base, Verdict::inSync, Verdict::inSync, false);
 
         row("overruled", never, other, other, Verdict::settled, Verdict::settled, true);
         row("overruled, changed", never, other, another, Verdict::ask, Verdict::ask, true);
         row("overruled, gone", never, other, missing, Verdict::missing, Verdict::missing, true);
-        row("overruled, back", never, other, base, Verdict::inStep, Verdict::inStep, false);
+        row("overruled, back", never, other, base, Verdict::inSync, Verdict::inSync, false);
         row("gone on purpose", never, missing, missing, Verdict::settled, Verdict::settled, true);
         row("gone on purpose, made", never, missing, other, Verdict::ask, Verdict::ask, true);
         row("overruled as not readable", other, other, other, Verdict::settled, Verdict::settled,
@@ -71,62 +71,62 @@ private Q_SLOTS:
         QFETCH(const Content, unreadable);
         QFETCH(const Content, overruled);
         QFETCH(const Content, present);
-        FileState state = FileState::inStepWith(base.digest);
+        FileState state = FileState::inSyncWith(base.digest);
         state.attempted = attempted.digest;
         if (unreadable) {
-            state.see(*unreadable);
+            state.update(*unreadable);
             state.unreadable = state.present;
         }
         if (overruled) {
-            state.see(*overruled);
+            state.update(*overruled);
             state.overruled = state.present;
         }
-        state.see(*present);
+        state.update(*present);
         QTEST(state.verdict(false), "withoutWork");
         QTEST(state.verdict(true), "withWork");
         QTEST(state.isLost(), "isLost");
     }
 
     void followsAgainWhenTheFileIsBack() {
-        FileState state = FileState::inStepWith(base.digest);
-        state.see(other);
+        FileState state = FileState::inSyncWith(base.digest);
+        state.update(other);
         state.overruled = state.present;
-        state.see(base);
-        state.see(another);
+        state.update(base);
+        state.update(another);
         QCOMPARE(state.verdict(false), Verdict::reload);
         QVERIFY(!state.isLost());
     }
 
     void readsAgainWhatIsMadeAgain() {
-        FileState state = FileState::inStepWith(base.digest);
-        state.see(other);
+        FileState state = FileState::inSyncWith(base.digest);
+        state.update(other);
         state.unreadable = state.present;
-        state.see(missing);
-        state.see(other);
+        state.update(missing);
+        state.update(other);
         QCOMPARE(state.verdict(false), Verdict::reload);
         QVERIFY(!state.isLost());
     }
 
     void knowsWhatMayBeOverwritten() {
-        FileState state = FileState::inStepWith(base.digest);
+        FileState state = FileState::inSyncWith(base.digest);
         QVERIFY(state.mayOverwrite(*base.digest));
         QVERIFY(!state.mayOverwrite(*attempted.digest));
         state.attempted = attempted.digest;
         QVERIFY(state.mayOverwrite(*attempted.digest));
-        state.see(other);
+        state.update(other);
         QVERIFY(!state.mayOverwrite(*other.digest));
         state.overruled = state.present;
         QVERIFY(state.mayOverwrite(*other.digest));
         QVERIFY(!state.mayOverwrite(*another.digest));
         // Who has overruled that the file is gone has not seen what is there later.
-        state.see(missing);
+        state.update(missing);
         state.overruled = state.present;
         QVERIFY(!state.mayOverwrite(*other.digest));
     }
 
-    void isInStepWithoutAFile() {
+    void isInSyncWithoutAFile() {
         const FileState state;
-        QCOMPARE(state.verdict(true), Verdict::inStep);
+        QCOMPARE(state.verdict(true), Verdict::inSync);
         QVERIFY(!state.isLost());
         QVERIFY(!state.mayOverwrite(*base.digest));
     }

@@ -367,32 +367,32 @@ private Q_SLOTS:
 
     void trustsDisksOfThisMachine() {
         QFETCH(quint32, type);
-        QTEST(SafeWriter::mayGoAstrayOn(type), "mayGoAstray");
+        QTEST(SafeWriter::mayLoseWritesOn(type), "mayGoAstray");
     }
 
     void asksTheSystemForTheType() {
         // A file system that is there on every Linux, and is no server's.
-        QVERIFY(!SafeWriter::mayGoAstrayAt("/proc/self/status"));
-        QVERIFY(!SafeWriter::mayGoAstrayAt("/no/such/file"));
+        QVERIFY(!SafeWriter::mayLoseWritesAt("/proc/self/status"));
+        QVERIFY(!SafeWriter::mayLoseWritesAt("/no/such/file"));
     }
 
     void readsBackSmallFiles() {
         make(path(), "saved");
-        QVERIFY(SafeWriter::areAt(systemPath(), spanOf("saved")));
-        QVERIFY(!SafeWriter::areAt(systemPath(), spanOf("other")));
-        QVERIFY(!SafeWriter::areAt(systemPath(), spanOf("longer")));
-        QVERIFY(!SafeWriter::areAt(systemPath() + "x", spanOf("saved")));
+        QVERIFY(SafeWriter::holds(systemPath(), spanOf("saved")));
+        QVERIFY(!SafeWriter::holds(systemPath(), spanOf("other")));
+        QVERIFY(!SafeWriter::holds(systemPath(), spanOf("longer")));
+        QVERIFY(!SafeWriter::holds(systemPath() + "x", spanOf("saved")));
     }
 
     void asksForTheSizeOfLargeFiles() {
-        const QByteArray largest(SafeWriter::mostReadBack, 'a');
-        const QByteArray other(SafeWriter::mostReadBack, 'b');
+        const QByteArray largest(SafeWriter::readBackLimit, 'a');
+        const QByteArray other(SafeWriter::readBackLimit, 'b');
         make(path(), largest);
-        QVERIFY(SafeWriter::areAt(systemPath(), spanOf(largest)));
-        QVERIFY(!SafeWriter::areAt(systemPath(), spanOf(other)));
+        QVERIFY(SafeWriter::holds(systemPath(), spanOf(largest)));
+        QVERIFY(!SafeWriter::holds(systemPath(), spanOf(other)));
         make(path(), largest + 'a');
-        QVERIFY(SafeWriter::areAt(systemPath(), spanOf(other + 'b')));
-        QVERIFY(!SafeWriter::areAt(systemPath(), spanOf(other + "bb")));
+        QVERIFY(SafeWriter::holds(systemPath(), spanOf(other + 'b')));
+        QVERIFY(!SafeWriter::holds(systemPath(), spanOf(other + "bb")));
     }
 
 private:

@@ -26,7 +26,7 @@ private Q_SLOTS:
     void takesFiles() {
         const CommandLine line = parsed({"tabulet", "a.plist", "b c.plist"});
         QCOMPARE(line.paths, (QStringList{QStringLiteral("a.plist"), QStringLiteral("b c.plist")}));
-        QVERIFY(line.picturePath.isEmpty());
+        QVERIFY(line.screenshotPath.isEmpty());
     }
 
     void takesFilesThatLookLikeOptions() {
@@ -34,7 +34,7 @@ private Q_SLOTS:
         QCOMPARE(line.paths, QStringList{QStringLiteral("--help")});
     }
 
-    void takesFilesWhoseNamesAreNoTexts() {
+    void takesFilesWhoseNamesAreNotUtf8() {
         const CommandLine line = parsed({"tabulet", "\xE9\xC3\xA9 .plist"});
         QCOMPARE(FilePath::encoded(line.paths.first()), QByteArray("\xE9\xC3\xA9 .plist"));
     }
@@ -85,9 +85,9 @@ private Q_SLOTS:
         QCOMPARE(foundBehind, !variable.isEmpty());
     }
 
-    void takesPicture() {
+    void takesScreenshot() {
         const CommandLine line = parsed({"tabulet", "--picture", "p.png", "a.plist"});
-        QCOMPARE(line.picturePath, QStringLiteral("p.png"));
+        QCOMPARE(line.screenshotPath, QStringLiteral("p.png"));
         QCOMPARE(line.paths, QStringList{QStringLiteral("a.plist")});
     }
 
@@ -106,9 +106,9 @@ private Q_SLOTS:
         QByteArray program = "tabulet";
         QByteArray end = "--";
         const std::array<char*, 2> first = {program.data(), argument.data()};
-        QTEST(CommandLine::asksForText(first), "isText");
+        QTEST(CommandLine::onlyPrints(first), "isText");
         const std::array<char*, 3> behind = {program.data(), end.data(), argument.data()};
-        QVERIFY(!CommandLine::asksForText(behind));
+        QVERIFY(!CommandLine::onlyPrints(behind));
     }
 };
 

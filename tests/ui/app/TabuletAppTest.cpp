@@ -133,7 +133,7 @@ private Q_SLOTS:
         QCOMPARE(app_->windows().size(), 1);
     }
 
-    void takesFilesWhoseNamesAreNoTexts() {
+    void takesFilesWhoseNamesAreNotUtf8() {
         const QByteArray name = QFile::encodeName(folder_->path()) + "/caf\xE9 %25.plist";
         const QString path = FilePath::decoded(name);
         QCOMPARE(ByteFile::write(path, Samples::bytes(Samples::numbers(3), PlistFormat::xml)),
@@ -163,7 +163,7 @@ private Q_SLOTS:
         QCOMPARE(::unlink(name.constData()), 0);
     }
 
-    void namesFilesThatAreNoTextsInErrors() {
+    void namesFilesThatAreNotUtf8InErrors() {
         app_->start({FilePath::decoded("/caf\xE9/gone.\xE9")});
         QTRY_VERIFY(window(0).findChild<QMessageBox*>() != nullptr);
         QCOMPARE(window(0).findChild<QMessageBox*>()->text(),
