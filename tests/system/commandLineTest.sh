@@ -22,7 +22,7 @@ expect() {
     fi
 }
 
-noDisplay="tabulet: There is no display to show windows on: neither DISPLAY nor WAYLAND_DISPLAY is set."
+noDisplay="tabulet: No display is available: neither DISPLAY nor WAYLAND_DISPLAY is set. Start Tabulet from a desktop session."
 expect 1 "$noDisplay" "$program"
 expect 1 "$noDisplay" "$program" a.plist
 expect 1 "$noDisplay" env DISPLAY= "$program" -- --platform
@@ -32,7 +32,7 @@ noAddress="tabulet: “https://example.org/a.plist” is not the address of a fi
 for display in QT_QPA_PLATFORM= QT_QPA_PLATFORM=offscreen; do
     expect 2 "$noOption" env "$display" "$program" --frobnicate
     expect 2 "$noAddress" env "$display" "$program" a.plist https://example.org/a.plist
-    expect 2 "tabulet: --picture needs a path and exactly one file." \
+    expect 2 "tabulet: --picture needs the path of the picture and exactly one file to open." \
         env "$display" "$program" --picture p.png
 done
 

@@ -159,9 +159,10 @@ bool replace(const Save& save) {
     check(save, error);
     check(save, FileFolder::synchronize(folder));
     if (!hasArrived(save)) {
-        fail(save,
-             explained(QT_TRANSLATE_NOOP(
-                 "SafeWriter", "The file system accepted it, but now contains something else.")));
+        fail(save, explained(QT_TRANSLATE_NOOP(
+                       "SafeWriter",
+                       "The file system reported success, but the file does not contain what was "
+                       "saved. Save it somewhere else.")));
     }
     return true;
 }

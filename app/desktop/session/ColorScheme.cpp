@@ -43,7 +43,7 @@ ColorScheme::ColorScheme(const QDBusConnection& bus, QObject* parent) : QObject(
     qDBusRegisterMetaType<QDBusVariant>();
     if (!bus_.connect(service, path, interface, QLatin1String("SettingChanged"), this,
                       SLOT(handleSettingChange(QString, QString, QDBusVariant)))) {
-        qWarning("Changes of the desktop's colours will not be seen.");
+        qWarning("Cannot watch the desktop's color scheme; changes of it will go unnoticed.");
     }
     ask();
 }

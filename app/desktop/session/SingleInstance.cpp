@@ -184,7 +184,7 @@ bool ApplicationService::refuses(const QVariantMap& platformData) const {
         return true;
     }
     if (isTooLate(platformData)) {
-        sendErrorReply(QDBusError::Timeout, QStringLiteral("Nobody is waiting for this any more."));
+        sendErrorReply(QDBusError::Timeout, QStringLiteral("The deadline of the call has passed."));
         return true;
     }
     return false;

@@ -92,8 +92,9 @@ CommandLine CommandLine::parse(std::span<char* const> arguments) {
     CommandLine result{pathsNamedBy(parser.positionalArguments()), parser.isSet(service),
                        parser.value(picture)};
     if (parser.isSet(picture) && (result.paths.size() != 1 || result.screenshotPath.isEmpty())) {
-        fail(QCoreApplication::translate("CommandLine",
-                                         "--picture needs a path and exactly one file."));
+        fail(QCoreApplication::translate(
+            "CommandLine",
+            "--picture needs the path of the picture and exactly one file to open."));
     }
     return result;
 }

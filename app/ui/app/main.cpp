@@ -29,7 +29,8 @@ int refuseWithoutDisplay(int argc, char** argv) {
     CommandLine::parse({argv, static_cast<std::size_t>(argc)});
     const QString reason = QCoreApplication::translate(
         "CommandLine",
-        "There is no display to show windows on: neither DISPLAY nor WAYLAND_DISPLAY is set.");
+        "No display is available: neither DISPLAY nor WAYLAND_DISPLAY is set. Start Tabulet from "
+        "a desktop session.");
     std::cerr << "tabulet: " << qUtf8Printable(reason) << '\n';
     return 1;
 }

@@ -79,12 +79,12 @@ Mit %1.</translation>
         <translation>Die zu öffnenden Eigenschaftslisten.</translation>
     </message>
     <message>
-        <source>--picture needs a path and exactly one file.</source>
-        <translation>--picture benötigt einen Pfad und genau eine Datei.</translation>
+        <source>--picture needs the path of the picture and exactly one file to open.</source>
+        <translation>--picture benötigt den Pfad des Bildes und genau eine Datei, die geöffnet wird.</translation>
     </message>
     <message>
-        <source>There is no display to show windows on: neither DISPLAY nor WAYLAND_DISPLAY is set.</source>
-        <translation>Es gibt keine Anzeige für Fenster: Weder DISPLAY noch WAYLAND_DISPLAY ist gesetzt.</translation>
+        <source>No display is available: neither DISPLAY nor WAYLAND_DISPLAY is set. Start Tabulet from a desktop session.</source>
+        <translation>Es ist keine Anzeige verfügbar: Weder DISPLAY noch WAYLAND_DISPLAY ist gesetzt. Starten Sie Tabulet aus einer Desktop-Sitzung.</translation>
     </message>
 </context>
 <context>
@@ -321,8 +321,8 @@ Die Sicherung liegt in „%2“.</translation>
         <translation>„%1“ wird gespeichert&#xa0;… Danach wird das Fenster geschlossen.</translation>
     </message>
     <message>
-        <source>The screenshot “%1” could not be written. %2</source>
-        <translation>Das Bildschirmfoto „%1“ konnte nicht geschrieben werden. %2</translation>
+        <source>The screenshot “%1” could not be saved. %2</source>
+        <translation>Das Bildschirmfoto „%1“ konnte nicht gespeichert werden. %2</translation>
     </message>
 </context>
 <context>
@@ -999,8 +999,8 @@ Die Sicherung liegt in „%2“.</translation>
         <translation>Sie wurde nicht angetastet.</translation>
     </message>
     <message>
-        <source>The file system accepted it, but now contains something else.</source>
-        <translation>Das Dateisystem hat sie angenommen, enthält jetzt aber etwas anderes.</translation>
+        <source>The file system reported success, but the file does not contain what was saved. Save it somewhere else.</source>
+        <translation>Das Dateisystem hat Erfolg gemeldet, aber die Datei enthält nicht, was gespeichert wurde. Speichern Sie sie an einem anderen Ort.</translation>
     </message>
     <message>
         <source>Another program has moved or replaced it in the meantime.</source>

@@ -24,7 +24,7 @@ void saveScreenshot(DocumentWindow& window, const QString& path) {
     if (error.isEmpty()) {
         QCoreApplication::exit(0);
     } else {
-        fail(DocumentWindow::tr("The screenshot “%1” could not be written. %2")
+        fail(DocumentWindow::tr("The screenshot “%1” could not be saved. %2")
                  .arg(FilePath::shown(path), error));
     }
 }
