@@ -152,7 +152,7 @@ public:
     const PlistValue& operator[](const PlistStep& step) const&& = delete;
 
     /// A copy in which `child` stands where `step` leads: in the place of what is there, or, with a
-    /// new key, behind the last entry of a dictionary. A position must exist. Costs in proportion
+    /// new key, after the last entry of a dictionary. A position must exist. Costs in proportion
     /// to the number of children; what they hold is shared.
     PlistValue with(const PlistStep& step, PlistValue child) const;
 

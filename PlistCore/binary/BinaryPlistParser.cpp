@@ -193,14 +193,14 @@ struct OpenContainer {
     const std::uint8_t* endOfKeys = nullptr;
     const std::uint8_t* end = nullptr;
     const std::uint8_t* fetched = nullptr;  ///< up to here known values were fetched
-    PlistCell* slot = nullptr;              ///< where the member behind `next` goes
+    PlistCell* slot = nullptr;              ///< where the member after `next` goes
     PlistCell* keys = nullptr;
     PlistCell* values = nullptr;  ///< null while keys are being read
     unsigned flags = 0;           ///< of the values together
     bool hasOtherKeys = false;    ///< some key is not a string
 };
 
-/// The bytes of an object behind its marker, or behind the count that follows the marker.
+/// The bytes of an object after its marker, or after the count that follows the marker.
 struct Payload {
     std::uint64_t offset = 0;
     std::uint64_t count = 0;
@@ -561,7 +561,7 @@ PlistInteger Reader::integerAt(std::uint64_t offset) const {
     return number;
 }
 
-/// The count in the marker at `offset` or behind it, not checked yet, and where what it counts
+/// The count in the marker at `offset` or after it, not checked yet, and where what it counts
 /// begins.
 Payload Reader::payloadOf(std::uint64_t offset) const {
     const unsigned count = byteAt(offset) & 0xF;

@@ -115,7 +115,7 @@ std::uint8_t* putInteger(const PlistCell& cell, std::uint8_t* out) noexcept {
     return putUnsigned(word, out);
 }
 
-/// A marker with a count: in its low nibble up to 14, as an integer object behind it from 15 on.
+/// A marker with a count: in its low nibble up to 14, as an integer object after it from 15 on.
 std::uint8_t* putHead(unsigned marker, std::size_t count, std::uint8_t* out) noexcept {
     constexpr unsigned countFollows = 0xF;
     if (count < countFollows) {
@@ -410,7 +410,7 @@ ObjectNumber Writer::writeData(std::string_view bytes) {
     return number;
 }
 
-/// Puts the object behind the file written so far, where it is compared with equal ones, and takes
+/// Puts the object after the file written so far, where it is compared with equal ones, and takes
 /// it into the file only if there is none.
 ObjectNumber Writer::writeUnique(const PlistCell& cell, std::uint64_t hash) {
     const std::size_t encodedSize = putScalar(cell);
@@ -427,7 +427,7 @@ ObjectNumber Writer::writeUnique(const PlistCell& cell, std::uint64_t hash) {
     return next;
 }
 
-/// Writes a scalar behind the end of the buffer and returns its size.
+/// Writes a scalar after the end of the buffer and returns its size.
 std::size_t Writer::putScalar(const PlistCell& cell) {
     std::uint8_t* const start = bytes_.reserve(headRoom);
     std::uint8_t* end = start;
@@ -471,7 +471,7 @@ std::uint8_t* Writer::putText(const PlistCell& cell) {
     return out + text.size();
 }
 
-/// Whether object `number` equals the scalar `cell`, whose encoded form stands behind the end of
+/// Whether object `number` equals the scalar `cell`, whose encoded form stands after the end of
 /// the buffer.
 bool Writer::isObject(ObjectNumber number, const PlistCell& cell, std::size_t encodedSize) const {
     const std::uint8_t* const object = bytes_.data() + offsets_[number];

@@ -8,7 +8,7 @@
 
 namespace plist::detail {
 
-/// The memory of one document that was read: large regions in which values and texts lie one behind
+/// The memory of one document that was read: large regions in which values and texts lie one after
 /// the other, freed all at once without a walk.
 ///
 /// Memory is handed out from blocks of `blockSize` bytes at addresses that are multiples of it: a
@@ -53,7 +53,7 @@ public:
         return place;
     }
 
-    /// Gives back what lies behind the first `kept` bytes of the `size` bytes at `place`, the last
+    /// Gives back what lies after the first `kept` bytes of the `size` bytes at `place`, the last
     /// ones that `allocate` handed out. Both are multiples of 8. Pages of its own that were not
     /// touched cost nothing anyway.
     void shrinkLast(void* place, std::size_t size, std::size_t kept) noexcept {

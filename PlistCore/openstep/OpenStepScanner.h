@@ -17,7 +17,7 @@ namespace plist::detail {
 /// that names the place; only a failure pays for finding line and column.
 class OpenStepScanner {
 public:
-    /// Starts behind a byte-order mark, if there is one; it counts in the columns of line 1.
+    /// Starts after a byte-order mark, if there is one; it counts in the columns of line 1.
     explicit OpenStepScanner(std::string_view text);
 
     bool isAtEnd() const noexcept { return position_ == text_.size(); }

@@ -28,7 +28,7 @@ public:
     /// three letters.
     static constexpr std::size_t greatestGrowth = 3;
 
-    /// How many bytes behind the folded text may be overwritten.
+    /// How many bytes after the folded text may be overwritten.
     static constexpr std::size_t slack = 16;
 
     /// Writes the folded form of `text`, valid UTF-8, to `place` and returns where it ends. There

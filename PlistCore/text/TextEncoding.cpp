@@ -126,7 +126,7 @@ constexpr std::array<Start, 6> wideStarts = {{
     {"\0<\0?\0x\0m\0l"sv, "UTF-16BE"},
 }};
 
-/// The place just behind the first "encoding=" in any case, or npos.
+/// The place just after the first "encoding=" in any case, or npos.
 std::size_t findEncoding(std::string_view declaration) {
     constexpr std::string_view name = "encoding=";
     const auto found =

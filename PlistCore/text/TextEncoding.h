@@ -18,12 +18,12 @@ inline constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 /// The mark beats whatever an XML declaration says.
 std::optional<std::string_view> wideEncoding(std::span<const std::uint8_t> bytes);
 
-/// What an XML declaration at the very start (behind a UTF-8 byte-order mark at most) names as its
+/// What an XML declaration at the very start (after a UTF-8 byte-order mark at most) names as its
 /// encoding, spelt as it stands there; nothing if there is no declaration or it names none. Only
 /// the first 256 bytes are looked at, and whitespace around the "=" are not understood.
 std::optional<std::string> declaredEncoding(std::span<const std::uint8_t> bytes);
 
-/// Whether XML text that declares `encoding` in ASCII is UTF-8 all the same: behind a UTF-8
+/// Whether XML text that declares `encoding` in ASCII is UTF-8 all the same: after a UTF-8
 /// byte-order mark, or if its declaration would be gibberish in that encoding (as with "UTF-16").
 bool contradictsDeclaration(std::span<const std::uint8_t> bytes, std::string_view encoding);
 

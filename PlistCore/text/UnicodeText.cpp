@@ -72,7 +72,7 @@ inline std::size_t sequenceLength(std::uint32_t word) noexcept {
     return 0;
 }
 
-/// The four bytes at `place`, the first of them lowest; zeros stand for those behind `end`.
+/// The four bytes at `place`, the first of them lowest; zeros stand for those after `end`.
 inline std::uint32_t wordAt(const char* place, const char* end) noexcept {
     const std::size_t available = std::min<std::size_t>(static_cast<std::size_t>(end - place), 4);
     std::uint32_t word = 0;

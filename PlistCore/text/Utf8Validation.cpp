@@ -24,7 +24,7 @@ enum Fault : unsigned {
     overlong2 = 32,          ///< C0 and C1
     overlong4 = 64,          ///< F0 80-8F
     tooLargeAtAll = 64,      ///< F5 80-8F and above: shares a bit, its lead bytes differ
-    twoContinuations = 128,  ///< no fault behind the lead byte of three or four bytes
+    twoContinuations = 128,  ///< no fault after the lead byte of three or four bytes
 };
 constexpr unsigned anyLow = tooShort | tooLong | twoContinuations;
 

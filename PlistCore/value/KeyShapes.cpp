@@ -7,7 +7,7 @@ namespace {
 /// Longer dictionaries are rarely alike, and following them would fill the tree.
 constexpr std::size_t greatestLength = 64;
 
-/// How many keys are looked at behind one shape before it counts as one whose keys do not repeat.
+/// How many keys are looked at after one shape before it counts as one whose keys do not repeat.
 constexpr int greatestBreadth = 16;
 
 /// The shapes that are made on trust; beyond them the tree grows only as fast as it proves useful.

@@ -31,7 +31,7 @@ struct PlistBlock {
     /// Of a dictionary: an array cell that owns a share of the list of keys.
     PlistCell keys;
 
-    /// A block with room for `size` bytes behind its head. Throws `std::bad_alloc`.
+    /// A block with room for `size` bytes after its head. Throws `std::bad_alloc`.
     static PlistBlock* make(std::size_t size);
 
     /// The block whose payload starts at `pointer`.
@@ -42,7 +42,7 @@ struct PlistBlock {
 
     char* payload() noexcept { return reinterpret_cast<char*>(this) + sizeof(PlistBlock); }
 
-    /// Where the owned cells start: behind the pointer to the keys of a dictionary, else at once.
+    /// Where the owned cells start: after the pointer to the keys of a dictionary, else at once.
     const PlistCell* ownedCells() noexcept {
         const std::size_t skipped = keys.has(PlistCell::outOfLine) ? sizeof(void*) : 0;
         return reinterpret_cast<const PlistCell*>(payload() + skipped);

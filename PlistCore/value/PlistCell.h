@@ -84,7 +84,7 @@ public:
     }
 
     /// The same for `bytes` of which 16 are readable: much faster, for where every text passes. The
-    /// cell is put together in registers, because a load behind smaller stores would wait for them.
+    /// cell is put together in registers, because a load after smaller stores would wait for them.
     static PlistCell inPlaceFromBlock(PlistType type, std::uint8_t flags, const void* bytes,
                                       std::size_t length) noexcept {
         if constexpr (std::endian::native != std::endian::little) {

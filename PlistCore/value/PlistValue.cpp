@@ -48,7 +48,7 @@ void moveCells(std::vector<Item>& source, char* place) {
     std::uninitialized_move(source.begin(), source.end(), reinterpret_cast<Item*>(place));
 }
 
-/// A block of values behind `prefix` bytes, and the summary of them.
+/// A block of values after `prefix` bytes, and the summary of them.
 detail::PlistBlock* blockOfValues(std::vector<PlistValue>& values, std::size_t prefix,
                                   Summary& summary) {
     detail::PlistBlock* block =

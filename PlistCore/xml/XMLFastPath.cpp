@@ -15,7 +15,7 @@ namespace plist::detail {
 
 namespace {
 
-/// Enough for any tag, a number or a date, and the end tag behind it.
+/// Enough for any tag, a number or a date, and the end tag after it.
 constexpr std::size_t margin = 64;
 
 /// The most digits that cannot overflow 64 bits.

@@ -30,7 +30,7 @@ constexpr bool isBlank(char byte) {
     return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
 }
 
-/// Whether `byte` stands behind the first one of a character of several bytes.
+/// Whether `byte` stands after the first one of a character of several bytes.
 constexpr bool continuesCharacter(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }

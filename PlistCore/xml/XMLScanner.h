@@ -31,7 +31,7 @@ std::string_view elementName(XMLElement element);
 /// Steps through the bytes of an XML property list: misc content, tags, texts and references. Knows
 /// nothing of values.
 ///
-/// Every operation starts at `position` and moves it behind what it took. Failures are
+/// Every operation starts at `position` and moves it past what it took. Failures are
 /// `PlistError`s with a byte offset.
 class XMLScanner {
 public:
@@ -84,7 +84,7 @@ public:
     [[noreturn]] void failAtEnd() const;
 
 private:
-    /// Moves behind the next `terminator`, looked for from `start` on.
+    /// Moves past the next `terminator`, searched for from `start` on.
     void skipPast(std::string_view terminator, std::size_t start);
     void skipDoctype();
     std::string_view readName() noexcept;

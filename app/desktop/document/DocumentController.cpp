@@ -68,7 +68,7 @@ WriteResult write(const PlistFile& file, const QString& path, const SafeWriter::
 }
 
 /// What to call a document that comes back without its file. The file's extension would be
-/// in the way of the word behind it.
+/// in the way of the word after it.
 QString recoveredName(const QString& title) {
     const QString suffix = DocumentController::tr(" (recovered)");
     if (title.endsWith(suffix)) {

@@ -31,7 +31,7 @@ qsizetype characterSize(QByteArrayView bytes, qsizetype start) {
     while (size < 4 && isContinuation(bytes, start + size)) {
         ++size;
     }
-    // Behind a whole character there may be continuations of nothing.
+    // After a whole character there may be continuations of nothing.
     while (size > 1 && !bytes.sliced(start, size).isValidUtf8()) {
         --size;
     }

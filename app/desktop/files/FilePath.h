@@ -30,7 +30,7 @@ QString shownName(const QString& path);
 /// What is before the last component of an absolute path; "/" for what is in the root.
 QString folder(const QString& path);
 
-/// The path from the root, without empty components, "." and "..". Those ".." that stand behind a
+/// The path from the root, without empty components, "." and "..". Those ".." that stand after a
 /// link stay: they lead elsewhere than the path suggests.
 QString absolute(const QString& path);
 

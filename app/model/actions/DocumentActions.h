@@ -66,14 +66,14 @@ public:
     /// or in an array its value.
     void addItem() const;
 
-    /// Puts a copy behind each selected node, one undo entry for all, and selects the copies.
+    /// Puts a copy after each selected node, one undo entry for all, and selects the copies.
     void duplicate() const;
 
     /// Deletes the selected nodes, and selects the row that takes the place of the first of them.
     void deleteSelected() const;
 
     /// Moves the selected nodes, which gather to one block, before the sibling above the first, or
-    /// behind the one below the last of them. Only if all are siblings.
+    /// after the one below the last of them. Only if all are siblings.
     void moveSelected(Direction direction) const;
 
     /// Sorts the `sortTarget`.

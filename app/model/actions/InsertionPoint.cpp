@@ -16,7 +16,7 @@ std::optional<InsertionPoint> lastIn(PlistNode& container) {
     return InsertionPoint{PlistNodePtr(&container), container.childCount()};
 }
 
-std::optional<InsertionPoint> behind(const OutlineRow& row) {
+std::optional<InsertionPoint> after(const OutlineRow& row) {
     return InsertionPoint{PlistNodePtr(row.node().parent()), row.index() + 1};
 }
 
@@ -36,7 +36,7 @@ std::optional<InsertionPoint> InsertionPoint::forNewItems(const OutlineState& ou
     if (row.isExpanded() || row.node().parent() == nullptr) {
         return firstIn(row.node());
     }
-    return behind(row);
+    return after(row);
 }
 
 std::optional<InsertionPoint> InsertionPoint::forDrop(const OutlineState& outline, PlistNode& root,
@@ -53,5 +53,5 @@ std::optional<InsertionPoint> InsertionPoint::forDrop(const OutlineState& outlin
     if (row.isExpanded()) {
         return firstIn(row.node());
     }
-    return row.node().parent() == nullptr ? lastIn(root) : behind(row);
+    return row.node().parent() == nullptr ? lastIn(root) : after(row);
 }

@@ -40,9 +40,9 @@ void OutlineRowList::update(std::size_t at, std::vector<OutlineRow> rows, std::s
     }
     insertRetained(at + first, std::span(rows).subspan(first, end - first));
     const auto target = rows_.begin() + static_cast<std::ptrdiff_t>(at);
-    const auto behind = static_cast<std::ptrdiff_t>(end);
+    const auto after = static_cast<std::ptrdiff_t>(end);
     std::copy_n(rows.begin(), first, target);
-    std::copy(rows.begin() + behind, rows.end(), target + behind);
+    std::copy(rows.begin() + after, rows.end(), target + after);
 }
 
 void OutlineRowList::insert(std::size_t place, std::span<const OutlineRow> rows) {

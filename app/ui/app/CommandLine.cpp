@@ -32,7 +32,7 @@ QStringList pathsNamedBy(const QStringList& arguments) {
     return paths;
 }
 
-/// The arguments before "--", behind which there are only files.
+/// The arguments before "--", after which there are only files.
 std::span<char* const> optionsIn(std::span<char* const> arguments) {
     const auto end = std::find(arguments.begin(), arguments.end(), std::string_view("--"));
     return {arguments.begin(), end};

@@ -104,7 +104,7 @@ void TabuletApp::offerRecovery() {
 }
 
 DocumentWindow* TabuletApp::newDocument() {
-    DocumentWindow* window = makeWindow();
+    DocumentWindow* window = createWindow();
     window->show();
     return window;
 }
@@ -144,14 +144,14 @@ DocumentWindow* TabuletApp::openOne(const QString& path) {
     }
     DocumentWindow* window = pristineWindow();
     if (window == nullptr) {
-        window = makeWindow();
+        window = createWindow();
     }
     window->open(path);
     window->show();
     return window;
 }
 
-DocumentWindow* TabuletApp::makeWindow() {
+DocumentWindow* TabuletApp::createWindow() {
     ++untitledCount_;
     const QString name =
         untitledCount_ == 1 ? tr("Untitled") : tr("Untitled %1").arg(untitledCount_);
@@ -244,7 +244,7 @@ DocumentWindow* TabuletApp::windowFor(const RecoverableDocument& lost) {
         }
     }
     DocumentWindow* window = pristineWindow();
-    return window != nullptr ? window : makeWindow();
+    return window != nullptr ? window : createWindow();
 }
 
 // --- The end ---

@@ -69,7 +69,7 @@ private:
     void recover(const RecoverableDocument& lost);
     DocumentWindow* windowReading(const RecoverableDocument& lost) const;
     DocumentWindow* windowFor(const RecoverableDocument& lost);
-    DocumentWindow* makeWindow();
+    DocumentWindow* createWindow();
     void searchAfterCrash(DocumentWindow& window);
     DocumentWindow* windowShowing(const QString& path) const;
     DocumentWindow* pristineWindow() const;

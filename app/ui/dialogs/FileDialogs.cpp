@@ -10,7 +10,7 @@ namespace {
 
 constexpr auto fileSuffix = "plist";
 
-QFileDialog* makeDialog(QWidget& window, const QString& title) {
+QFileDialog* createDialog(QWidget& window, const QString& title) {
     auto* dialog = new QFileDialog(&window, title);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowModality(Qt::WindowModal);
@@ -24,7 +24,7 @@ QFileDialog* makeDialog(QWidget& window, const QString& title) {
 }  // namespace
 
 QFileDialog* FileDialogs::opening(QWidget& window, const QString& folder) {
-    QFileDialog* dialog = makeDialog(window, QCoreApplication::translate("FileDialogs", "Open"));
+    QFileDialog* dialog = createDialog(window, QCoreApplication::translate("FileDialogs", "Open"));
     dialog->setFileMode(QFileDialog::ExistingFiles);
     dialog->setAcceptMode(QFileDialog::AcceptOpen);
     if (!folder.isEmpty()) {
@@ -34,7 +34,8 @@ QFileDialog* FileDialogs::opening(QWidget& window, const QString& folder) {
 }
 
 QFileDialog* FileDialogs::saving(QWidget& window, const QString& path, const QString& name) {
-    QFileDialog* dialog = makeDialog(window, QCoreApplication::translate("FileDialogs", "Save As"));
+    QFileDialog* dialog =
+        createDialog(window, QCoreApplication::translate("FileDialogs", "Save As"));
     dialog->setFileMode(QFileDialog::AnyFile);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(QLatin1String(fileSuffix));

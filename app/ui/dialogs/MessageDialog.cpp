@@ -10,8 +10,8 @@
 
 namespace {
 
-QMessageBox* makeBox(QWidget& window, QMessageBox::Icon icon, const QString& text,
-                     const QString& explanation) {
+QMessageBox* createBox(QWidget& window, QMessageBox::Icon icon, const QString& text,
+                       const QString& explanation) {
     auto* box = new QMessageBox(&window);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setWindowModality(Qt::WindowModal);
@@ -29,7 +29,7 @@ QMessageBox* makeBox(QWidget& window, QMessageBox::Icon icon, const QString& tex
 }  // namespace
 
 QMessageBox* MessageDialog::show(QWidget& window, const QString& text, const QString& explanation) {
-    QMessageBox* box = makeBox(window, QMessageBox::Warning, text, explanation);
+    QMessageBox* box = createBox(window, QMessageBox::Warning, text, explanation);
     box->setStandardButtons(QMessageBox::Ok);
     box->open();
     return box;
@@ -69,7 +69,7 @@ QString MessageDialog::advice(const FileError& error) {
 }
 
 QMessageBox* MessageDialog::askToDiscard(QWidget& window, const QString& question) {
-    QMessageBox* box = makeBox(
+    QMessageBox* box = createBox(
         window, QMessageBox::Warning, question,
         QCoreApplication::translate("MessageDialog", "Discarded changes can't be recovered."));
     box->setStandardButtons(QMessageBox::Discard | QMessageBox::Cancel);
@@ -79,7 +79,7 @@ QMessageBox* MessageDialog::askToDiscard(QWidget& window, const QString& questio
 }
 
 QMessageBox* MessageDialog::askToRestore(QWidget& window, const QString& name) {
-    QMessageBox* box = makeBox(
+    QMessageBox* box = createBox(
         window, QMessageBox::Warning,
         QCoreApplication::translate("MessageDialog", "Saving “%1” was interrupted.").arg(name),
         QCoreApplication::translate(
@@ -103,7 +103,7 @@ QMessageBox* MessageDialog::askToRestore(QWidget& window, const QString& name) {
 }
 
 QMessageBox* MessageDialog::askToSave(QWidget& window, const QString& name) {
-    QMessageBox* box = makeBox(
+    QMessageBox* box = createBox(
         window, QMessageBox::Warning,
         QCoreApplication::translate("MessageDialog", "Do you want to save the changes to “%1”?")
             .arg(name),
@@ -118,13 +118,13 @@ QMessageBox* MessageDialog::askToSave(QWidget& window, const QString& name) {
 QMessageBox* MessageDialog::askAboutChange(QWidget& window, const FileError& error,
                                            std::function<void(ChangeAnswer)> answered) {
     QMessageBox* box =
-        makeBox(window, QMessageBox::Warning, error.message(),
-                QStringLiteral("%1\n\n%2")
-                    .arg(error.failureReason(),
-                         QCoreApplication::translate(
-                             "MessageDialog",
-                             "Overwrite replaces what is in the file now. Reload replaces "
-                             "what is in the window, and can be undone.")));
+        createBox(window, QMessageBox::Warning, error.message(),
+                  QStringLiteral("%1\n\n%2")
+                      .arg(error.failureReason(),
+                           QCoreApplication::translate(
+                               "MessageDialog",
+                               "Overwrite replaces what is in the file now. Reload replaces "
+                               "what is in the window, and can be undone.")));
     const QAbstractButton* overwrite = box->addButton(
         QCoreApplication::translate("MessageDialog", "Overwrite"), QMessageBox::DestructiveRole);
     const QAbstractButton* saveAs = box->addButton(

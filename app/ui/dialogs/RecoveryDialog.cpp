@@ -77,7 +77,7 @@ RecoveryDialog::RecoveryDialog(std::vector<RecoverableDocument> documents, QWidg
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(explanation(this));
     layout->addWidget(list_);
-    layout->addWidget(makeButtons());
+    layout->addWidget(createButtons());
     connect(list_, &QListWidget::itemSelectionChanged, this, &RecoveryDialog::updateButtons);
     updateButtons();
     resize(dialogWidth, sizeHint().height());
@@ -90,7 +90,7 @@ void RecoveryDialog::addRow(int number) {
     row->setData(numberRole, number);
 }
 
-QWidget* RecoveryDialog::makeButtons() {
+QWidget* RecoveryDialog::createButtons() {
     auto* buttons = new QDialogButtonBox(this);
     recover_ = buttons->addButton(tr("Recover"), QDialogButtonBox::AcceptRole);
     recover_->setDefault(true);

@@ -25,7 +25,7 @@ Q_SIGNALS:
 
 private:
     void addRow(int number);
-    QWidget* makeButtons();
+    QWidget* createButtons();
     void updateButtons();
     QList<int> selectedNumbers() const;
     void recover();

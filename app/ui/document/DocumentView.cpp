@@ -29,7 +29,7 @@ DocumentView::DocumentView(PlistDocument& document, UndoManager* undoManager, QW
       matchCount_(new MatchCount(this)),
       toolBar_(new DocumentToolBar(this)) {
     setFocusProxy(table_);
-    makeLayout();
+    createLayout();
     followToolBar();
     followDocument();
     followSearch();
@@ -40,7 +40,7 @@ DocumentView::~DocumentView() {
     delete table_;
 }
 
-void DocumentView::makeLayout() {
+void DocumentView::createLayout() {
     // Both are visible together, the empty state on top: the table keeps the focus, and takes what
     // is pasted and dropped.
     auto* content = new QStackedLayout;

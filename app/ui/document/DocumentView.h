@@ -51,7 +51,7 @@ public:
     DocumentToolBar* toolBar() const noexcept { return toolBar_; }
 
 private:
-    void makeLayout();
+    void createLayout();
     void followToolBar();
     void followDocument();
     void followSearch();

@@ -42,7 +42,7 @@ FormatSegment::FormatSegment(const QString& title, QWidget* parent) : QToolButto
     setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
 }
 
-/// Made anew only for other colours: styles keep a picture for each palette that they meet.
+/// Created again only for other colors: styles keep an image for each palette that they meet.
 const QPalette& FormatSegment::chosenPalette() {
     if (chosenFor_ != palette().cacheKey() ||
         chosen_.currentColorGroup() != palette().currentColorGroup()) {

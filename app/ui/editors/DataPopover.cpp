@@ -139,7 +139,7 @@ DataPopover::DataPopover(Bytes bytes, const QString& name, std::function<void(By
     setWindowTitle(name);
     dump_->setReadOnly(true);
     dump_->setLineWrapMode(QPlainTextEdit::NoWrap);
-    makeLayout();
+    createLayout();
     connect(base64_, &QPlainTextEdit::textChanged, this, [this] { isEdited_ = true; });
     filler_ = std::make_unique<Base64Filler>(*base64_, [this] {
         isEdited_ = false;
@@ -150,7 +150,7 @@ DataPopover::DataPopover(Bytes bytes, const QString& name, std::function<void(By
 
 DataPopover::~DataPopover() = default;
 
-void DataPopover::makeLayout() {
+void DataPopover::createLayout() {
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(dump_, 2);
     layout->addWidget(note_);

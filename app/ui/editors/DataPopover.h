@@ -38,7 +38,7 @@ public:
 private:
     class Base64Filler;
 
-    void makeLayout();
+    void createLayout();
     void applyText();
     void apply(const std::optional<std::vector<std::uint8_t>>& bytes);
     void setInvalid(bool isInvalid);

@@ -27,7 +27,7 @@ LongTextEditor::LongTextEditor(const QString& text, InlineTextField::Owner owner
       notice_(new QLabel(this)) {
     setWindowModality(Qt::WindowModal);
     setSizeGripEnabled(true);
-    makeLayout();
+    createLayout();
     if (!text_->setExactText(text)) {
         showNotice(
             tr("This text is read-only here: it has several kinds of line breaks or special "
@@ -35,7 +35,7 @@ LongTextEditor::LongTextEditor(const QString& text, InlineTextField::Owner owner
     }
 }
 
-void LongTextEditor::makeLayout() {
+void LongTextEditor::createLayout() {
     // Otherwise the buttons could not be reached by keyboard.
     text_->setTabChangesFocus(true);
     text_->installEventFilter(this);

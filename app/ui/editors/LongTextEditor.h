@@ -39,7 +39,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void makeLayout();
+    void createLayout();
     void showNotice(const QString& text);
     void end();
 

@@ -14,12 +14,12 @@ class ProgressPage : public QWidget {
     Q_OBJECT
 
 public:
-    /// How long the page stays blank, in milliseconds.
+    /// How long the page stays empty, in milliseconds.
     static constexpr int delay = 300;
 
     explicit ProgressPage(QWidget* parent = nullptr);
 
-    /// Starts again, blank, with another text and the progress of another task.
+    /// Starts again, empty, with another text and the progress of another task.
     void start(const QString& text, std::shared_ptr<const ProgressReporter> progress);
 
     /// Shows nothing any more.

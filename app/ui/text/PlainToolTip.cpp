@@ -13,18 +13,18 @@ qsizetype lineEnd(const QString& text, qsizetype begin) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     finder.setPosition(begin);
     qsizetype end = begin;
-    qsizetype afterBlank = begin;
+    qsizetype afterSpace = begin;
     for (int i = 0; i < PlainToolTip::lineLength; ++i) {
         const qsizetype next = finder.toNextBoundary();
         if (next < 0 || next == text.size()) {
             return text.size();
         }
         if (text.at(end).isSpace()) {
-            afterBlank = next;
+            afterSpace = next;
         }
         end = next;
     }
-    return afterBlank > begin ? afterBlank : end;
+    return afterSpace > begin ? afterSpace : end;
 }
 
 }  // namespace

@@ -72,9 +72,9 @@ DocumentWindow::DocumentWindow(const QString& untitledName, QWidget* parent)
     setAttribute(Qt::WA_DeleteOnClose);
     setContextMenuPolicy(Qt::PreventContextMenu);
     setAcceptDrops(true);
-    makeMenus();
+    createMenus();
     addToolBar(view_->toolBar());
-    makeLayout();
+    createLayout();
     resize(defaultSize);
     followController();
     followSession();
@@ -90,7 +90,7 @@ DocumentWindow::~DocumentWindow() {
     delete pages_;
 }
 
-void DocumentWindow::makeLayout() {
+void DocumentWindow::createLayout() {
     pages_->addWidget(view_);
     pages_->addWidget(progress_);
     auto* content = new QWidget(this);
@@ -105,7 +105,7 @@ void DocumentWindow::makeLayout() {
     setCentralWidget(content);
 }
 
-void DocumentWindow::makeMenus() {
+void DocumentWindow::createMenus() {
     fileMenu_ = new FileMenu(this);
     menuBar()->addMenu(fileMenu_);
     connect(fileMenu_, &FileMenu::newChosen, this, &DocumentWindow::newChosen);

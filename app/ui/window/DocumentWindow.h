@@ -87,8 +87,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void makeMenus();
-    void makeLayout();
+    void createMenus();
+    void createLayout();
     void followFile();
     void updateActivity();
     bool hasInput() const;

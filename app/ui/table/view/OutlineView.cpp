@@ -17,7 +17,7 @@
 
 OutlineView::OutlineView(OutlineState& outline, QWidget* parent)
     : QTableView(parent), header_(new OutlineHeader(this)) {
-    // Before the model connects to the outline: what is in sight is remembered while the view has
+    // Before the model connects to the outline: the visible rows are remembered while the view has
     // not yet heard of a change.
     followOutline(outline);
     model_ = new OutlineTableModel(outline, this);
@@ -146,7 +146,7 @@ void OutlineView::placeEditor(QWidget& editor, const QModelIndex& index) const {
     itemDelegateForIndex(index)->updateEditorGeometry(&editor, cellOption(index), index);
 }
 
-// --- What is in sight ---
+// --- What is visible ---
 
 void OutlineView::rowsChanged() {
     isChangingRows_ = false;
