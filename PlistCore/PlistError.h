@@ -35,7 +35,7 @@ public:
         PlistFormat format = PlistFormat::openStep;
         friend bool operator==(const NotWritable&, const NotWritable&) = default;
     };
-    /// The bytes are no property list at all.
+    /// The bytes are not a property list at all.
     struct UnrecognizedFormat {
         friend bool operator==(const UnrecognizedFormat&, const UnrecognizedFormat&) = default;
     };

@@ -30,7 +30,7 @@ public:
     PlistString(const char* utf8) : PlistString(std::string_view(utf8)) {}
     PlistString(std::nullptr_t) = delete;
 
-    /// The text of bytes from anywhere; nothing if they are no valid UTF-8.
+    /// The text of bytes from anywhere; nothing if they are not valid UTF-8.
     static std::optional<PlistString> fromUtf8(std::string_view bytes);
 
     PlistString(const PlistString& other) noexcept : cell_(other.cell_) { cell_.retain(); }

@@ -18,7 +18,7 @@
 namespace plist::PlistText {
 
 /// A whole number, decimal or "0x" hexadecimal, with a sign; whitespace and line breaks around it
-/// are ignored. Nothing if the text is no such number or lies outside the valid range.
+/// are ignored. Nothing if the text is not such a number or lies outside the valid range.
 std::optional<PlistInteger> parseInteger(std::string_view text);
 
 /// A number, "nan", "inf" or "infinity" in any case, with a sign; whitespace and line breaks
@@ -32,7 +32,7 @@ std::optional<bool> parseBoolean(std::string_view text);
 /// without its whitespace and with the missing "=" supplied.
 std::optional<std::vector<std::uint8_t>> parseBase64(std::string_view text);
 
-/// The value of `type` that `text` stands for; nothing if it is no valid text of that type
+/// The value of `type` that `text` stands for; nothing if it is not a valid text of that type
 /// (containers never have one) or no valid UTF-8.
 std::optional<PlistValue> value(std::string_view text, PlistType type);
 

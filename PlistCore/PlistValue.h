@@ -136,9 +136,9 @@ public:
     PlistEntries entries() const& noexcept;
     PlistEntries entries() const&& = delete;
 
-    /// The child that `step` leads to; null if there is none, also if this is no container. A key
-    /// costs a look at each entry up to the one found, a position costs nothing. Valid while this
-    /// value or a copy of it lives.
+    /// The child that `step` leads to; null if there is none, also if this is not a container. A
+    /// key costs a look at each entry up to the one found, a position costs nothing. Valid while
+    /// this value or a copy of it lives.
     const PlistValue* find(const PlistStep& step) const& noexcept;
     const PlistValue* find(const PlistStep& step) const&& = delete;
 

@@ -212,8 +212,8 @@ void OpenStepScanner::decodeEscape() {
     constexpr std::string_view names = "abfnrtv";
     constexpr std::string_view characters = "\a\b\f\n\r\t\v";
     const std::size_t index = names.find(name);
-    // The quotes, the backslash and the line break are covered by this: what is no name stands for
-    // itself. So does the first byte of a longer character; its other bytes follow as text.
+    // The quotes, the backslash and the line break are covered by this: what is not a name stands
+    // for itself. So does the first byte of a longer character; its other bytes follow as text.
     decoded_.push_back(index == std::string_view::npos ? name : characters[index]);
 }
 

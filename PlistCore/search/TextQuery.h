@@ -18,8 +18,8 @@ namespace plist::detail {
 /// class serves one thread.
 class TextQuery {
 public:
-    /// `query` without the spaces and tabs around it, and without anything if it is no valid UTF-8.
-    /// Once `stop` says so, tests of long texts end early, with any answer.
+    /// `query` without the spaces and tabs around it, and without anything if it is not valid
+    /// UTF-8. Once `stop` says so, tests of long texts end early, with any answer.
     TextQuery(std::string_view query, std::stop_token stop);
 
     /// Whether nothing is left of the query once it is trimmed and folded. It matches nothing then.

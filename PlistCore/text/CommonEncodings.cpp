@@ -77,7 +77,7 @@ std::optional<std::string> fromUnits(std::string_view bytes) {
     return text;
 }
 
-/// A mark tells the byte order and is no part of the text; without one the order is the machine's.
+/// A mark tells the byte order and is not part of the text; without one the order is the machine's.
 template <std::size_t size>
 std::optional<std::string> fromMarkedUnits(std::string_view bytes) {
     constexpr char32_t mark = 0xFEFF;

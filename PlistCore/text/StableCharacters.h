@@ -1,7 +1,7 @@
 #pragma once
 
 /// Characters that canonical composition (NFC) leaves alone wherever they stand: it neither changes
-/// them nor joins them to what is before them, and they are no marks that could be put in another
+/// them nor joins them to what is before them, and they are not marks that could be put in another
 /// order. A text of nothing else is its own composition.
 namespace plist::detail::StableCharacters {
 

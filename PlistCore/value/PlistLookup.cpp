@@ -10,7 +10,7 @@ namespace plist {
 
 namespace {
 
-/// Bytes that are no text are no key.
+/// Bytes that are not valid UTF-8 are not a key.
 const PlistValue* childWithKey(const PlistValue& value, std::string_view key) noexcept {
     if (!detail::UnicodeText::isValidUtf8(key)) {
         return nullptr;

@@ -82,8 +82,8 @@ std::int64_t exponentOf(std::string_view digits) noexcept {
                                : static_cast<std::int64_t>(number);
 }
 
-/// Whether a valid literal, not zero, whose value is no finite double is too large for one rather
-/// than too small: whether its first digit other than 0 stands for more than 1.
+/// Whether a valid literal, not zero, whose value is not a finite double is too large for one
+/// rather than too small: whether its first digit other than 0 stands for more than 1.
 bool isTooLarge(std::string_view literal, const RealNotation& notation) noexcept {
     const std::size_t mark = literal.find_first_of(notation.exponentMarks);
     const std::string_view mantissa = literal.substr(0, mark);
@@ -182,7 +182,7 @@ double numberOf(const PlistValue& value) {
     }
 }
 
-/// `number` without its fraction; 0 if that is no valid integer.
+/// `number` without its fraction; 0 if that is not a valid integer.
 PlistInteger truncated(double number) noexcept {
     const double whole = std::trunc(number);
     // NaN fails both comparisons.

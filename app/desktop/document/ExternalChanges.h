@@ -38,7 +38,7 @@ public:
     /// Why the file is unreadable; else empty.
     QString reason() const { return trouble_ == Trouble::unreadable ? reason_ : QString(); }
 
-    /// Has what the user is just typing into a field, which is no edit yet, count as one.
+    /// Has what the user is just typing into a field, which is not an edit yet, count as one.
     void setInputCheck(std::function<bool()> hasInput) { hasInput_ = std::move(hasInput); }
 
     /// Looks whether something has happened that the system did not tell of.

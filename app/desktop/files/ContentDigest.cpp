@@ -72,6 +72,6 @@ std::optional<ContentDigest> ContentDigest::fromHex(QStringView text) {
     }
     ContentDigest digest;
     std::copy(bytes.begin(), bytes.end(), digest.bytes_.begin());
-    // Of what is no digit, or more than was asked for, fromHex takes what it can.
+    // Of what is not a digit, or more than was asked for, fromHex takes what it can.
     return digest.hex() == text ? std::optional(digest) : std::nullopt;
 }

@@ -18,7 +18,7 @@ namespace PlistDocumentReader {
 /// `progress` tells how much of the file has come, until all of it is there.
 ///
 /// `digest` receives the digest of the bytes as soon as they are there, so also where they turn out
-/// to be no property list.
+/// not to be a property list.
 PlistFile read(const QString& path, ProgressReporter* progress = nullptr,
                ContentDigest* digest = nullptr);
 

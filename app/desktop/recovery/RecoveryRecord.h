@@ -31,7 +31,7 @@ struct RecoveryRecord {
     /// The record as a file, which a person can read too.
     QByteArray toJson() const;
 
-    /// Nothing if `json` is no such record.
+    /// Nothing if `json` is not such a record.
     static std::optional<RecoveryRecord> fromJson(const QByteArray& json);
 
     bool operator==(const RecoveryRecord& other) const = default;

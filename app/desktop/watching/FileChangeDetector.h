@@ -20,7 +20,7 @@ struct FileStamp {
     enum class Kind : std::uint8_t {
         missing,
         regular,
-        other,  ///< it cannot be asked, or is no regular file
+        other,  ///< it cannot be asked, or is not a regular file
     };
 
     Kind kind = Kind::other;

@@ -18,7 +18,7 @@
 class PlistDocument;
 
 /// The only way in which the tree of a document is changed. Each operation is one undo group with a
-/// name. What is no change does nothing and registers nothing.
+/// name. What changes nothing does nothing and registers nothing.
 ///
 /// A record without state of its own, cheap to copy. The document must outlive it and the entries
 /// of the undo manager; without an undo manager edits happen all the same.

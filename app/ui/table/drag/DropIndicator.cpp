@@ -67,15 +67,15 @@ DropIndicator DropIndicator::below(qint64 position, const PlistNode& container,
 void DropIndicator::paint(QPainter& painter, const QPalette& palette) const {
     // The colors of an active window: a drop can go to a window that is not.
     const QColor color = palette.color(QPalette::Active, QPalette::Highlight);
-    const QColor ground = palette.color(QPalette::Active, QPalette::Base);
+    const QColor background = palette.color(QPalette::Active, QPalette::Base);
     painter.save();
     painter.setPen(color);
     painter.drawRect(container.adjusted(0, 0, -1, -1));
-    painter.fillRect(line.adjusted(0, -halo, 0, halo), ground);
+    painter.fillRect(line.adjusted(0, -halo, 0, halo), background);
     painter.fillRect(line, color);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(color, line.height()));
-    painter.setBrush(ground);
+    painter.setBrush(background);
     painter.drawEllipse(QRectF(ring));
     painter.restore();
 }
