@@ -353,7 +353,7 @@ private Q_SLOTS:
 
     void trustsDisksOfThisMachine_data() {
         QTest::addColumn<quint32>("type");
-        QTest::addColumn<bool>("mayGoAstray");
+        QTest::addColumn<bool>("mayLoseWrites");
         QTest::newRow("ext4") << 0xEF53U << false;
         QTest::newRow("xfs") << 0x58465342U << false;
         QTest::newRow("btrfs") << 0x9123683EU << false;
@@ -367,7 +367,7 @@ private Q_SLOTS:
 
     void trustsDisksOfThisMachine() {
         QFETCH(quint32, type);
-        QTEST(SafeWriter::mayLoseWritesOn(type), "mayGoAstray");
+        QTEST(SafeWriter::mayLoseWritesOn(type), "mayLoseWrites");
     }
 
     void asksTheSystemForTheType() {
